@@ -1,0 +1,3 @@
+#include "plugin/DebugUtility.h"
+
+Q_LOGGING_CATEGORY(CATEGORY_UTILITY, "Zemrik.Runtime.Utility")

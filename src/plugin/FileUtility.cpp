@@ -1,0 +1,292 @@
+#include "plugin/FileUtility.h"
+
+#include "plugin/DebugUtility.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+
+#include <cerrno>
+#include <utime.h>
+
+namespace {
+
+const char pathVariablesGroup[] = "Zemrik/Runtime/pathVariables";
+
+QVariant applicationPathVariable(const QString &name)
+{
+    const QCoreApplication *application = QCoreApplication::instance();
+    return application ? application->property(FileUtility::pathPropertyName(name).constData())
+                       : QVariant();
+}
+
+QString settingsPathVariable(const QString &name)
+{
+    QSettings settings;
+    settings.beginGroup(QLatin1String(pathVariablesGroup));
+    return settings.value(name).toString().trimmed();
+}
+
+// The separator that ends the variable's name: a "/" anywhere wins over a backslash before it.
+int prefixEnd(const QString &path)
+{
+    const int slash = path.indexOf(QLatin1Char('/'));
+    return slash >= 0 ? slash : path.indexOf(QLatin1Char('\\'));
+}
+
+}
+
+QString FileUtility::resolvedPath(const QString &path, bool system)
+{
+    if (!path.startsWith(QLatin1Char('$')) && !path.startsWith(QLatin1Char('~')))
+        return path;
+
+    const int separator = prefixEnd(path);
+    const int end = separator < 0 ? path.length() : separator;
+    QString name = path.mid(1, end - 1);
+    if (name.isEmpty() && path.at(0) == QLatin1Char('~'))
+        name = QStringLiteral("HOME");
+
+    QString value;
+    if (name.isEmpty()) {
+        qCWarning(CATEGORY_UTILITY) << Q_FUNC_INFO << "Path variable name not specified" << path;
+    } else {
+        value = pathVariable(name, QString(), system);
+        if (!pathVariableExists(name, system))
+            qCWarning(CATEGORY_UTILITY) << Q_FUNC_INFO << "Nonexistent Path variable" << name;
+    }
+    return value + path.mid(end);
+}
+
+QString FileUtility::resolvedPath(const QUrl &url, bool system)
+{
+    if (url.scheme() == QLatin1String("qrc"))
+        return QLatin1Char(':') + url.path(QUrl::FullyDecoded);
+    if (url.isLocalFile())
+        return resolvedPath(url.toLocalFile(), system);
+    const QString path = url.path(QUrl::FullyDecoded);
+    return path.isEmpty() ? QString() : resolvedPath(path, system);
+}
+
+QUrl FileUtility::resolvedPathUrl(const QString &path, bool system)
+{
+    return pathUrl(resolvedPath(path, system));
+}
+
+QUrl FileUtility::pathUrl(const QString &path)
+{
+    const QFileInfo info(path);
+    const bool resource =
+            info.exists() ? !info.isNativePath() : path.startsWith(QLatin1String(":/"));
+    return resource ? resourcePathUrl(path) : QUrl::fromLocalFile(path);
+}
+
+QUrl FileUtility::resourcePathUrl(const QString &path)
+{
+    return QUrl(QStringLiteral("qrc:///") + path.mid(2));
+}
+
+QString FileUtility::pathVariable(const QString &name, const QString &defaultValue, bool system)
+{
+    if (name.isEmpty()) {
+        qCWarning(CATEGORY_UTILITY) << Q_FUNC_INFO << "Empty name";
+        return defaultValue;
+    }
+
+    const QVariant property = applicationPathVariable(name);
+    QString value;
+    if (property.isValid() && !property.isNull())
+        value = property.toString();
+    if (system && value.isEmpty())
+        value = settingsPathVariable(name);
+    if (system && value.isEmpty()) {
+        const QByteArray variable = name.toUtf8();
+        if (!qEnvironmentVariableIsEmpty(variable.constData()))
+            value = QString::fromUtf8(qgetenv(variable.constData()));
+    }
+    if (value.isEmpty()) {
+        value = defaultPathVariable(name);
+        if (!value.isEmpty()) {
+            qCDebug(CATEGORY_UTILITY) << Q_FUNC_INFO << "Setting default" << name << "=" << value;
+            setPathVariable(name, value);
+        }
+    }
+    return value;
+}
+
+void FileUtility::setPathVariable(const QString &name, const QString &value)
+{
+    if (name.isEmpty()) {
+        qCWarning(CATEGORY_UTILITY) << Q_FUNC_INFO << "Empty name, value=" << value;
+        return;
+    }
+    if (QCoreApplication *application = QCoreApplication::instance())
+        application->setProperty(pathPropertyName(name).constData(),
+                                 value.isEmpty() ? QVariant() : QVariant(value));
+}
+
+int FileUtility::pathVariableType(const QString &name, bool system)
+{
+    const QVariant property = applicationPathVariable(name);
+    if (property.isValid() && !property.isNull())
+        return PathVariableApplication;
+    if (!system)
+        return PathVariableNone;
+    if (!settingsPathVariable(name).isEmpty())
+        return PathVariableSettings;
+    if (!qEnvironmentVariableIsEmpty(name.toUtf8().constData()))
+        return PathVariableEnvironment;
+    return PathVariableNone;
+}
+
+bool FileUtility::pathVariableExists(const QString &name, bool system)
+{
+    return pathVariableType(name, system) != PathVariableNone;
+}
+
+QStringList FileUtility::pathVariableNames()
+{
+    QStringList names;
+    const QCoreApplication *application = QCoreApplication::instance();
+    if (!application)
+        return names;
+    const QByteArray prefix = pathPropertyName(QString());
+    const QList<QByteArray> properties = application->dynamicPropertyNames();
+    for (const QByteArray &property : properties) {
+        if (property.startsWith(prefix))
+            names.append(QString::fromUtf8(property.mid(prefix.size())));
+    }
+    return names;
+}
+
+QVariantMap FileUtility::pathVariablesMap()
+{
+    QVariantMap map;
+    const QStringList names = pathVariableNames();
+    for (const QString &name : names)
+        map.insert(name, pathVariable(name, QString(), true));
+    return map;
+}
+
+QString FileUtility::defaultPathVariable(const QString &name)
+{
+    if (name == QLatin1String("HOME"))
+        return defaultHomePath();
+    if (name == QLatin1String("TEMP"))
+        return defaultTempPath();
+    return QString();
+}
+
+QByteArray FileUtility::pathPropertyName(const QString &name)
+{
+    return QByteArray(pathVariablesGroup) + '.' + name.toUtf8();
+}
+
+QString FileUtility::homePath()
+{
+    return pathVariable(QStringLiteral("HOME"), QString(), true);
+}
+
+bool FileUtility::setHomePath(const QString &path)
+{
+    setPathVariable(QStringLiteral("HOME"), path);
+    return QFileInfo::exists(path);
+}
+
+QString FileUtility::defaultHomePath()
+{
+    return QDir::homePath();
+}
+
+QString FileUtility::defaultTempPath()
+{
+    return QDir::tempPath();
+}
+
+bool FileUtility::mkpath(const QDir &dir)
+{
+    if (dir.exists())
+        return true;
+    return QDir(QFileInfo(dir.path()).path()).mkpath(dir.dirName());
+}
+
+bool FileUtility::mkpath(const QString &path)
+{
+    return mkpath(QDir(path));
+}
+
+bool FileUtility::setHidden(const QString &path, bool hidden)
+{
+    Q_UNUSED(path)
+    Q_UNUSED(hidden)
+    return true;
+}
+
+QStringList FileUtility::dirEntryList(const QDir &dir)
+{
+    QStringList list;
+    dirEntryList(dir, QString(), list);
+    return list;
+}
+
+void FileUtility::dirEntryList(const QDir &dir, const QString &relativePath, QStringList &list)
+{
+    const QFileInfoList entries =
+            dir.entryInfoList(QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QFileInfo &entry : entries) {
+        const QString name = relativePath.isEmpty()
+                ? entry.fileName()
+                : relativePath + QDir::separator() + entry.fileName();
+        if (entry.isDir())
+            dirEntryList(QDir(entry.filePath()), name, list);
+        else
+            list.append(name);
+    }
+}
+
+QByteArray FileUtility::readFile(const QString &path)
+{
+    QFile file(path);
+    if (!file.exists() || !file.open(QIODevice::ReadOnly))
+        return QByteArray();
+    return file.readAll();
+}
+
+bool FileUtility::writeFile(const QString &path, const QByteArray &data)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        return false;
+    // QFile::write counts what is only buffered; the flush tells whether the disk took it.
+    return file.write(data) >= data.size() && file.flush();
+}
+
+bool FileUtility::copyDateTime(const QString &fromFilePath, const QString &toFilePath)
+{
+    const QFileInfo source(fromFilePath);
+    if (!source.exists()) {
+        qCWarning(CATEGORY_UTILITY) << Q_FUNC_INFO << "fromFilePath not found:" << fromFilePath;
+        return false;
+    }
+    if (!QFileInfo::exists(toFilePath)) {
+        qCWarning(CATEGORY_UTILITY) << Q_FUNC_INFO << "toFilePath not found:" << toFilePath;
+        return false;
+    }
+    return setDateTime(toFilePath, source.lastRead(), source.lastModified());
+}
+
+bool FileUtility::setDateTime(const QString &filePath, const QDateTime &lastRead,
+                              const QDateTime &lastModified)
+{
+    // Whole seconds as an unsigned 32-bit count, which is what toTime_t() gave.
+    utimbuf times;
+    times.actime = static_cast<uint>(lastRead.toSecsSinceEpoch());
+    times.modtime = static_cast<uint>(lastModified.toSecsSinceEpoch());
+    if (utime(filePath.toLocal8Bit().constData(), &times) == 0)
+        return true;
+    const int error = errno;
+    qCWarning(CATEGORY_UTILITY) << Q_FUNC_INFO << "error:" << error << "file:" << filePath
+                                << "times:" << lastRead << lastModified;
+    return false;
+}

@@ -1,0 +1,108 @@
+#include "plugin/TessalinePlugin.h"
+
+#include "plugin/Tessaline.h"
+#include "plugin/TessalineDebug.h"
+#include "plugin/TessalineError.h"
+#include "plugin/TessalineObject.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <QNetworkProxyFactory>
+#include <QQmlEngine>
+#include <QTranslator>
+#include <qqml.h>
+
+// The linker drops a resource nobody names from a static build; a plug-in that is loaded late
+// registers it here, which is harmless where the static initialiser already has.
+extern int qInitResources_TessalineLib();
+
+namespace {
+
+const int majorVersion = 1;
+const int minorVersion = 0;
+
+template <typename T>
+void creatable(const char *uri, const char *name)
+{
+    qmlRegisterType<T>(uri, majorVersion, minorVersion, name);
+}
+
+template <typename T>
+void uncreatable(const char *uri, const char *name)
+{
+    qmlRegisterUncreatableType<T>(
+            uri, majorVersion, minorVersion, name,
+            QStringLiteral("The Zemrik type %1 is not creatable").arg(QLatin1String(name)));
+}
+
+void registerSingleton(const char *uri)
+{
+    qmlRegisterSingletonType<Tessaline>(uri, majorVersion, minorVersion, "Tessaline",
+                                        TessalinePlugin::tessalineProvider);
+}
+
+}
+
+Tessaline *TessalinePlugin::m_Tessaline = nullptr;
+
+TessalinePlugin::TessalinePlugin(QObject *parent)
+    : QQmlExtensionPlugin(parent)
+{
+}
+
+void TessalinePlugin::registerTypes(const char *uri)
+{
+    qCDebug(FRAMEWORK_PLUGIN) << Q_FUNC_INFO << uri;
+    qInitResources_TessalineLib();
+
+    // The order counts: of two rows with one name the later one is what documents see.
+    registerSingleton(uri);
+    uncreatable<TessalineObject>(uri, "TessalineObject");
+    uncreatable<Tessaline>(uri, "Tessaline");
+    uncreatable<TessalineError>(uri, "TessalineError");
+
+    // Expressions reach the later registration too, so the singleton goes in once more.
+    registerSingleton(uri);
+}
+
+void TessalinePlugin::initializeEngine(QQmlEngine *engine, const char *uri)
+{
+    qCDebug(FRAMEWORK_PLUGIN) << Q_FUNC_INFO << uri;
+    qCDebug(FRAMEWORK_PLUGIN) << Q_FUNC_INFO << "Offline storage path:"
+                              << engine->offlineStoragePath();
+    initializeNetwork();
+    installTranslation(engine);
+    QQmlExtensionPlugin::initializeEngine(engine, uri);
+}
+
+QObject *TessalinePlugin::tessalineProvider(QQmlEngine *engine, QJSEngine *scriptEngine)
+{
+    Q_UNUSED(scriptEngine)
+    qCDebug(FRAMEWORK_PLUGIN) << Q_FUNC_INFO << m_Tessaline;
+    if (!m_Tessaline) {
+        m_Tessaline = new Tessaline(engine);
+        // A second engine would otherwise delete the shared object when it goes.
+        QQmlEngine::setObjectOwnership(m_Tessaline, QQmlEngine::CppOwnership);
+    }
+    return m_Tessaline;
+}
+
+void TessalinePlugin::initializeNetwork()
+{
+    qCDebug(FRAMEWORK_PLUGIN) << Q_FUNC_INFO << "Using system network proxy configuration";
+    QNetworkProxyFactory::setUseSystemConfiguration(true);
+}
+
+void TessalinePlugin::installTranslation(QQmlEngine *engine)
+{
+    auto *translator = new QTranslator(engine);
+    const QLocale locale(QLocale::system().uiLanguages().value(0));
+    // Null delimiters and suffix: empty ones that aren't null find no file at all.
+    if (!translator->load(QStringLiteral("TessalinePlugin_") + locale.name(),
+                          QStringLiteral(":/languages"), QString(), QString()))
+        return;
+    if (!QCoreApplication::installTranslator(translator))
+        qCDebug(FRAMEWORK_PLUGIN) << Q_FUNC_INFO << "installTranslator() Failed";
+}
+
+#include "moc_TessalinePlugin.cpp"

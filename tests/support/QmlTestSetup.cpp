@@ -1,0 +1,193 @@
+#include "support/QmlTestSetup.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QQmlContext>
+
+#include <mutex>
+
+namespace {
+
+struct LoggedLine
+{
+    QtMsgType type;
+    QByteArray category;
+    QString text;
+};
+
+std::mutex logMutex;
+QList<LoggedLine> loggedLines;
+QtMessageHandler previousHandler = nullptr;
+
+// Keeps each line and lets Quick Test see it as well (it knows which ones were announced).
+void keepLine(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    {
+        const std::lock_guard<std::mutex> lock(logMutex);
+        loggedLines.append({ type, context.category, text });
+    }
+    if (type != QtDebugMsg && previousHandler)
+        previousHandler(type, context, text);
+}
+
+QString levelName(QtMsgType type)
+{
+    switch (type) {
+    case QtDebugMsg: return QStringLiteral("debug");
+    case QtInfoMsg: return QStringLiteral("info");
+    case QtWarningMsg: return QStringLiteral("warning");
+    case QtCriticalMsg: return QStringLiteral("critical");
+    case QtFatalMsg: return QStringLiteral("fatal");
+    }
+    return QString();
+}
+
+bool writeBytes(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.flush();
+}
+
+QByteArray readBytes(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+}
+
+QmlTestSupport::QmlTestSupport(QObject *parent)
+    : QObject(parent)
+{
+}
+
+QString QmlTestSupport::home() const
+{
+    return QString::fromLocal8Bit(qgetenv("HOME"));
+}
+
+QString QmlTestSupport::dataPath() const
+{
+    const QStringList arguments = QCoreApplication::arguments();
+    const int input = arguments.indexOf(QStringLiteral("-input"));
+    return QFileInfo(arguments.value(input + 1)).absolutePath();
+}
+
+QString QmlTestSupport::sourcePath() const
+{
+    return QString::fromLocal8Bit(qgetenv("TESSALINE_SOURCE_DIR"));
+}
+
+QString QmlTestSupport::makeFolder()
+{
+    static int number = 0;
+    const QString path = QDir(home()).filePath(QStringLiteral("folder-%1").arg(++number));
+    return QDir().mkpath(path) ? path : QString();
+}
+
+bool QmlTestSupport::writeText(const QString &path, const QString &text)
+{
+    return writeBytes(path, text.toUtf8());
+}
+
+QString QmlTestSupport::readText(const QString &path)
+{
+    return QString::fromUtf8(readBytes(path));
+}
+
+bool QmlTestSupport::writeHex(const QString &path, const QString &hex)
+{
+    return writeBytes(path, QByteArray::fromHex(hex.toLatin1()));
+}
+
+QString QmlTestSupport::readHex(const QString &path)
+{
+    return QString::fromLatin1(readBytes(path).toHex());
+}
+
+bool QmlTestSupport::exists(const QString &path)
+{
+    return QFileInfo::exists(path);
+}
+
+bool QmlTestSupport::mkpath(const QString &path)
+{
+    return QDir().mkpath(path);
+}
+
+bool QmlTestSupport::remove(const QString &path)
+{
+    return QFileInfo(path).isDir() ? QDir(path).removeRecursively() : QFile::remove(path);
+}
+
+bool QmlTestSupport::setPermissions(const QString &path, int permissions)
+{
+    return QFile::setPermissions(path, QFile::Permissions(permissions));
+}
+
+QString QmlTestSupport::environment(const QString &name)
+{
+    return QString::fromUtf8(qgetenv(name.toUtf8().constData()));
+}
+
+void QmlTestSupport::setEnvironment(const QString &name, const QString &value)
+{
+    qputenv(name.toUtf8().constData(), value.toUtf8());
+}
+
+void QmlTestSupport::setApplicationProperty(const QString &name, const QVariant &value)
+{
+    QCoreApplication::instance()->setProperty(name.toUtf8().constData(), value);
+}
+
+void QmlTestSupport::collectGarbage()
+{
+    qmlEngine(this)->collectGarbage();
+}
+
+void QmlTestSupport::clearLog()
+{
+    const std::lock_guard<std::mutex> lock(logMutex);
+    loggedLines.clear();
+}
+
+int QmlTestSupport::logCount(const QString &level, const QString &category, const QString &words)
+{
+    const std::lock_guard<std::mutex> lock(logMutex);
+    int count = 0;
+    for (const LoggedLine &line : qAsConst(loggedLines)) {
+        const bool categoryMatches =
+                category.isEmpty() || category == QString::fromLatin1(line.category);
+        if (categoryMatches && levelName(line.type) == level && line.text.contains(words))
+            ++count;
+    }
+    return count;
+}
+
+QStringList QmlTestSupport::logLines()
+{
+    const std::lock_guard<std::mutex> lock(logMutex);
+    QStringList lines;
+    for (const LoggedLine &line : qAsConst(loggedLines))
+        lines.append(levelName(line.type) + QLatin1Char('|') + QString::fromLatin1(line.category)
+                     + QLatin1Char('|') + line.text);
+    return lines;
+}
+
+void QmlTestSetup::applicationAvailable()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("Zemrik Tests"));
+    QCoreApplication::setApplicationName(QStringLiteral("Quick Tests"));
+}
+
+void QmlTestSetup::qmlEngineAvailable(QQmlEngine *engine)
+{
+    if (!previousHandler)
+        previousHandler = qInstallMessageHandler(keepLine);
+    auto *support = new QmlTestSupport(engine);
+    QQmlEngine::setContextForObject(support, engine->rootContext());
+    engine->rootContext()->setContextProperty(QStringLiteral("TestSupport"), support);
+    engine->addImportPath(QStringLiteral(":/imports"));
+}

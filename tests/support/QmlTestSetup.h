@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QObject>
+#include <QQmlEngine>
+#include <QStringList>
+#include <QVariantList>
+
+// What QML tests reach as the context property "TestSupport": files made behind the module's back,
+// the process's log lines, and a home that is gone afterwards.
+class QmlTestSupport : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString home READ home CONSTANT)   // the process's own home
+    Q_PROPERTY(QString dataPath READ dataPath CONSTANT)   // folder of the test document
+    Q_PROPERTY(QString sourcePath READ sourcePath CONSTANT)   // root of the source tree
+
+public:
+    explicit QmlTestSupport(QObject *parent = nullptr);
+
+    QString home() const;
+    QString dataPath() const;
+    QString sourcePath() const;
+
+    // A new empty folder below the home.
+    Q_INVOKABLE QString makeFolder();
+    // Files as the disk has them. Text is UTF-8.
+    Q_INVOKABLE bool writeText(const QString &path, const QString &text);
+    Q_INVOKABLE QString readText(const QString &path);
+    Q_INVOKABLE bool writeHex(const QString &path, const QString &hex);
+    Q_INVOKABLE QString readHex(const QString &path);
+    Q_INVOKABLE bool exists(const QString &path);
+    Q_INVOKABLE bool mkpath(const QString &path);
+    Q_INVOKABLE bool remove(const QString &path);
+    Q_INVOKABLE bool setPermissions(const QString &path, int permissions);
+    Q_INVOKABLE QString environment(const QString &name);
+    Q_INVOKABLE void setEnvironment(const QString &name, const QString &value);
+    Q_INVOKABLE void setApplicationProperty(const QString &name, const QVariant &value);
+    Q_INVOKABLE void collectGarbage();
+
+    // Log lines since the last clearLog(): how many of that level ("debug", "info", "warning",
+    // "critical") and category hold the words; an empty category means any.
+    Q_INVOKABLE void clearLog();
+    Q_INVOKABLE int logCount(const QString &level, const QString &category, const QString &words);
+    Q_INVOKABLE QStringList logLines();
+};
+
+// Called by the Quick Test runner.
+class QmlTestSetup : public QObject
+{
+    Q_OBJECT
+
+public slots:
+    void applicationAvailable();
+    void qmlEngineAvailable(QQmlEngine *engine);
+};
