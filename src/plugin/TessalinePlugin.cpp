@@ -60,6 +60,37 @@ void TessalinePlugin::registerTypes(const char *uri)
     uncreatable<TessalineObject>(uri, "TessalineObject");
     uncreatable<Tessaline>(uri, "Tessaline");
     uncreatable<TessalineError>(uri, "TessalineError");
+    // uncreatable<AppletsPlayer>(uri, "AppPlayer");
+    // uncreatable<AppletsPlayerSettings>(uri, "AppPlayerSettings");
+    // uncreatable<Environment>(uri, "Environment");
+    // uncreatable<Logging>(uri, "Logging");
+    // creatable<App>(uri, "App");
+    // creatable<AppInfo>(uri, "AppInfo");
+    // creatable<AppInfoList>(uri, "AppInfoList");
+    // uncreatable<AppFilter>(uri, "AppFilter");
+    // uncreatable<SettingsBase>(uri, "Settings");
+    // uncreatable<Network>(uri, "Network");
+    // uncreatable<NetworkProxy>(uri, "NetworkProxy");
+    // creatable<NetworkRequest>(uri, "NetworkRequest");
+    // creatable<NetworkRequestHeaders>(uri, "NetworkRequestHeaders");
+    // creatable<AppPackage>(uri, "AppPackage");
+    // uncreatable<AppDependency>(uri, "AppDependency");
+    // creatable<ItemPackage>(uri, "ItemPackage");
+    // creatable<UrlInfo>(uri, "UrlInfo");
+    // creatable<File>(uri, "File");
+    // creatable<FileInfo>(uri, "FileInfo");
+    // creatable<FileFolder>(uri, "FileFolder");
+    // creatable<Settings>(uri, "Settings");
+    // creatable<ExifInfo>(uri, "ExifInfo");
+    // creatable<StorageInfo>(uri, "StorageInfo");
+    // creatable<ZipReader>(uri, "ZipReader");
+    // creatable<ZipWriter>(uri, "ZipWriter");
+    // creatable<ZipFileInfo>(uri, "ZipFileInfo");
+    // uncreatable<StandardPaths>(uri, "StandardPaths");
+    // uncreatable<Device>(uri, "Device");
+    // creatable<ImageObject>(uri, "ImageObject");
+    // creatable<PropertySet>(uri, "PropertySet");
+    // creatable<BinaryData>(uri, "BinaryData");
 
     // Expressions reach the later registration too, so the singleton goes in once more.
     registerSingleton(uri);
