@@ -1,5 +1,6 @@
 #include "plugin/TessalinePlugin.h"
 
+#include "plugin/PropertySet.h"
 #include "plugin/Tessaline.h"
 #include "plugin/TessalineDebug.h"
 #include "plugin/TessalineError.h"
@@ -89,7 +90,7 @@ void TessalinePlugin::registerTypes(const char *uri)
     // uncreatable<StandardPaths>(uri, "StandardPaths");
     // uncreatable<Device>(uri, "Device");
     // creatable<ImageObject>(uri, "ImageObject");
-    // creatable<PropertySet>(uri, "PropertySet");
+    creatable<PropertySet>(uri, "PropertySet");
     // creatable<BinaryData>(uri, "BinaryData");
 
     // Expressions reach the later registration too, so the singleton goes in once more.
