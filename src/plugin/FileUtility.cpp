@@ -35,7 +35,7 @@ int prefixEnd(const QString &path)
     return slash >= 0 ? slash : path.indexOf(QLatin1Char('\\'));
 }
 
-}
+} // namespace
 
 QString FileUtility::resolvedPath(const QString &path, bool system)
 {
@@ -50,7 +50,7 @@ QString FileUtility::resolvedPath(const QString &path, bool system)
 
     QString value;
     if (name.isEmpty()) {
-        qCWarning(CATEGORY_UTILITY) << Q_FUNC_INFO << "Path variable name not specified" << path;
+        qCWarning(CATEGORY_UTILITY) << Q_FUNC_INFO << "Path variable name not specified";
     } else {
         value = pathVariable(name, QString(), system);
         if (!pathVariableExists(name, system))
@@ -78,7 +78,7 @@ QUrl FileUtility::pathUrl(const QString &path)
 {
     const QFileInfo info(path);
     const bool resource =
-            info.exists() ? !info.isNativePath() : path.startsWith(QLatin1String(":/"));
+        info.exists() ? !info.isNativePath() : path.startsWith(QLatin1String(":/"));
     return resource ? resourcePathUrl(path) : QUrl::fromLocalFile(path);
 }
 
@@ -233,11 +233,11 @@ QStringList FileUtility::dirEntryList(const QDir &dir)
 void FileUtility::dirEntryList(const QDir &dir, const QString &relativePath, QStringList &list)
 {
     const QFileInfoList entries =
-            dir.entryInfoList(QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot, QDir::Name);
+        dir.entryInfoList(QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot, QDir::Name);
     for (const QFileInfo &entry : entries) {
         const QString name = relativePath.isEmpty()
-                ? entry.fileName()
-                : relativePath + QDir::separator() + entry.fileName();
+                                 ? entry.fileName()
+                                 : relativePath + QDir::separator() + entry.fileName();
         if (entry.isDir())
             dirEntryList(QDir(entry.filePath()), name, list);
         else
@@ -279,10 +279,11 @@ bool FileUtility::copyDateTime(const QString &fromFilePath, const QString &toFil
 bool FileUtility::setDateTime(const QString &filePath, const QDateTime &lastRead,
                               const QDateTime &lastModified)
 {
-    // Whole seconds as an unsigned 32-bit count, which is what toTime_t() gave.
-    utimbuf times;
-    times.actime = static_cast<uint>(lastRead.toSecsSinceEpoch());
-    times.modtime = static_cast<uint>(lastModified.toSecsSinceEpoch());
+    // The deprecated conversion, for what it gives outside of 32 bits and for an invalid date.
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    const utimbuf times = {lastRead.toTime_t(), lastModified.toTime_t()};
+    QT_WARNING_POP
     if (utime(filePath.toLocal8Bit().constData(), &times) == 0)
         return true;
     const int error = errno;

@@ -32,8 +32,8 @@ public:
     };
 
     // The path with its variable replaced. A path without a leading "~" or "$" comes back as it is,
-    // without any look-up; an unknown variable is replaced by nothing. A path with a prefix may open
-    // QSettings: resolve once outside loops.
+    // without any look-up; an unknown variable is replaced by nothing. A path with a prefix may
+    // open QSettings: resolve once outside loops.
     static QString resolvedPath(const QString &path, bool system);
     // A qrc URL becomes a resource path (":/a"), a file URL its local path; of any other URL the
     // decoded path counts.

@@ -1,0 +1,242 @@
+#include "plugin/XmlUtility.h"
+
+#include "plugin/TessalineDebug.h"
+
+#include <QDomDocument>
+#include <QJsonValue>
+#include <QXmlDefaultHandler>
+#include <QXmlSimpleReader>
+
+namespace {
+
+// QDomDocument and everything that walks it recurse, and run out of stack at some 25,000 elements.
+const int maximumDepth = 1000;
+
+// Where and why a text does not parse.
+struct ParseError
+{
+    QString message;
+    int line = 0;
+    int column = 0;
+};
+
+// The reader behind QDomDocument is deprecated, but QXmlStreamReader would not do here: it is
+// stricter, gives up where QDomDocument reads on, and so never sees how deep the rest goes.
+QT_WARNING_PUSH
+QT_WARNING_DISABLE_DEPRECATED
+
+// Stops the reader at the first element that lies too deep.
+class DepthHandler : public QXmlDefaultHandler
+{
+public:
+    bool isTooDeep() const { return m_depth > maximumDepth; }
+    const ParseError &error() const { return m_error; }
+
+    bool startElement(const QString &, const QString &, const QString &,
+                      const QXmlAttributes &) override
+    {
+        return ++m_depth <= maximumDepth;
+    }
+
+    bool endElement(const QString &, const QString &, const QString &) override
+    {
+        --m_depth;
+        return true;
+    }
+
+    // The message for an element that was refused.
+    QString errorString() const override
+    {
+        return QStringLiteral("more than %1 elements inside each other").arg(maximumDepth);
+    }
+
+    bool fatalError(const QXmlParseException &exception) override
+    {
+        m_error = {exception.message(), exception.lineNumber(), exception.columnNumber()};
+        return false;
+    }
+
+private:
+    int m_depth = 0;
+    ParseError m_error;
+};
+
+bool isTooDeep(const QString &xml, ParseError *error)
+{
+    QXmlInputSource source;
+    source.setData(xml);
+    DepthHandler handler;
+    QXmlSimpleReader reader;
+    // As QDomDocument sets them, so that both accept the same texts.
+    reader.setFeature(QStringLiteral("http://xml.org/sax/features/namespaces"), false);
+    reader.setFeature(QStringLiteral("http://xml.org/sax/features/namespace-prefixes"), true);
+    reader.setContentHandler(&handler);
+    reader.setErrorHandler(&handler);
+    reader.parse(source);
+    if (handler.isTooDeep())
+        *error = handler.error();
+    return handler.isTooDeep();
+}
+
+QT_WARNING_POP
+
+bool parse(const QString &xml, QDomDocument *document, ParseError *error)
+{
+    return !isTooDeep(xml, error)
+           && document->setContent(xml, &error->message, &error->line, &error->column);
+}
+
+XmlUtility::Options optionsFromMap(const QVariantMap &map)
+{
+    const XmlUtility::Options defaults;
+    const auto text = [&map](const char *key, const QString &value) {
+        return map.value(QLatin1String(key), value).toString();
+    };
+    const auto flag = [&map](const char *key, bool value) {
+        return map.value(QLatin1String(key), value).toBool();
+    };
+    XmlUtility::Options options;
+    options.attributePrefix = text("attributePrefix", defaults.attributePrefix);
+    options.textProperty = text("textProperty", defaults.textProperty);
+    options.commentProperty = text("commentProperty", defaults.commentProperty);
+    options.nodesProperty = text("nodesProperty", defaults.nodesProperty);
+    options.indexFormat = text("indexFormat", defaults.indexFormat);
+    options.rootProperty = flag("rootProperty", defaults.rootProperty);
+    options.preserveNamespaces = flag("preserveNamespaces", defaults.preserveNamespaces);
+    return options;
+}
+
+// The children of one element while it is walked: the values under each name, the names with their
+// indexes in document order, and the text.
+class Children
+{
+public:
+    Children(const QDomElement &element, const XmlUtility::Options &options);
+
+    void storeInto(QVariantMap &map);
+    const QString &text() const { return m_text; }
+
+private:
+    struct Values
+    {
+        QVariantList list;
+        int firstNode = 0; // index in m_nodes of the first one
+    };
+
+    void addNode(const QDomNode &node);
+    void addValue(const QString &name, const QVariant &value);
+
+    const XmlUtility::Options &m_options;
+    QMap<QString, Values> m_values;
+    QVariantList m_nodes;
+    QString m_text;
+};
+
+Children::Children(const QDomElement &element, const XmlUtility::Options &options)
+    : m_options(options)
+{
+    for (QDomNode node = element.firstChild(); !node.isNull(); node = node.nextSibling())
+        addNode(node);
+}
+
+void Children::addNode(const QDomNode &node)
+{
+    switch (node.nodeType()) {
+    case QDomNode::ElementNode: {
+        const QDomElement element = node.toElement();
+        addValue(XmlUtility::propertyName(element.tagName(), m_options),
+                 XmlUtility::toVariant(element, m_options));
+        break;
+    }
+    case QDomNode::TextNode:
+    case QDomNode::CDATASectionNode:
+        // Of several pieces, around a child or a comment, the last one counts.
+        m_text = node.toCharacterData().data();
+        break;
+    case QDomNode::CommentNode:
+        addValue(m_options.commentProperty, node.toComment().data());
+        break;
+    default:
+        qCDebug(FRAMEWORK_UTILITY)
+            << "static QVariant XmlUtility::toVariant(const QDomElement&, const "
+               "XmlUtility::Options&)"
+            << "Unhandled node" << node.nodeName();
+        break;
+    }
+}
+
+void Children::addValue(const QString &name, const QVariant &value)
+{
+    Values &values = m_values[name];
+    if (values.list.isEmpty())
+        values.firstNode = m_nodes.size();
+    m_nodes.append(name + m_options.indexFormat.arg(values.list.size()));
+    values.list.append(value);
+}
+
+void Children::storeInto(QVariantMap &map)
+{
+    for (auto it = m_values.constBegin(); it != m_values.constEnd(); ++it) {
+        const Values &values = it.value();
+        if (values.list.size() > 1) {
+            map.insert(it.key(), values.list);
+        } else {
+            map.insert(it.key(), values.list.first());
+            m_nodes[values.firstNode] = it.key();
+        }
+    }
+    if (!m_nodes.isEmpty() && !m_options.nodesProperty.isEmpty())
+        map.insert(m_options.nodesProperty, m_nodes);
+}
+
+} // namespace
+
+QVariantMap XmlUtility::toVariantMap(const QString &xml, const QVariantMap &options)
+{
+    const Options xmlOptions = optionsFromMap(options);
+
+    QDomDocument document(QStringLiteral("xml"));
+    ParseError error;
+    if (!parse(xml, &document, &error)) {
+        qCDebug(FRAMEWORK_UTILITY)
+            << Q_FUNC_INFO << error.message << "Line:" << error.line << "Column:" << error.column;
+        return QVariantMap();
+    }
+
+    const QDomElement root = document.documentElement();
+    if (!xmlOptions.rootProperty)
+        return toVariant(root, xmlOptions).toMap();
+    QVariantMap map;
+    addElement(root, map, xmlOptions);
+    return map;
+}
+
+QVariant XmlUtility::toVariant(const QDomElement &element, const Options &options)
+{
+    QVariantMap map;
+    const QDomNamedNodeMap attributes = element.attributes();
+    for (int i = 0; i < attributes.count(); ++i) {
+        const QDomAttr attribute = attributes.item(i).toAttr();
+        map.insert(options.attributePrefix + attribute.name(), attribute.value());
+    }
+
+    Children children(element, options);
+    children.storeInto(map);
+
+    const QString text = children.text();
+    if (map.isEmpty())
+        return text.isEmpty() ? QVariant(QJsonValue()) : QVariant(text); // empty: null in a script
+    if (!text.isEmpty())
+        map.insert(options.textProperty, text);
+    return map;
+}
+
+void XmlUtility::addElement(const QDomElement &element, QVariantMap &map, const Options &options)
+{
+    map.insert(propertyName(element.tagName(), options), toVariant(element, options));
+}
+
+QString XmlUtility::propertyName(const QString &name, const Options &options)
+{
+    return options.preserveNamespaces ? name : name.mid(name.indexOf(QLatin1Char(':')) + 1);
+}
