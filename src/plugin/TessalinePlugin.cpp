@@ -1,5 +1,9 @@
 #include "plugin/TessalinePlugin.h"
 
+#include "files/File.h"
+#include "files/FileFolder.h"
+#include "files/FileInfo.h"
+#include "moc_TessalinePlugin.cpp"
 #include "plugin/PropertySet.h"
 #include "plugin/Tessaline.h"
 #include "plugin/TessalineDebug.h"
@@ -9,9 +13,9 @@
 #include <QCoreApplication>
 #include <QLocale>
 #include <QNetworkProxyFactory>
+#include <qqml.h>
 #include <QQmlEngine>
 #include <QTranslator>
-#include <qqml.h>
 
 // The linker drops a resource nobody names from a static build; a plug-in that is loaded late
 // registers it here, which is harmless where the static initialiser already has.
@@ -32,8 +36,8 @@ template <typename T>
 void uncreatable(const char *uri, const char *name)
 {
     qmlRegisterUncreatableType<T>(
-            uri, majorVersion, minorVersion, name,
-            QStringLiteral("The Zemrik type %1 is not creatable").arg(QLatin1String(name)));
+        uri, majorVersion, minorVersion, name,
+        QStringLiteral("The Zemrik type %1 is not creatable").arg(QLatin1String(name)));
 }
 
 void registerSingleton(const char *uri)
@@ -42,7 +46,7 @@ void registerSingleton(const char *uri)
                                         TessalinePlugin::tessalineProvider);
 }
 
-}
+} // namespace
 
 Tessaline *TessalinePlugin::m_Tessaline = nullptr;
 
@@ -78,9 +82,9 @@ void TessalinePlugin::registerTypes(const char *uri)
     // uncreatable<AppDependency>(uri, "AppDependency");
     // creatable<ItemPackage>(uri, "ItemPackage");
     // creatable<UrlInfo>(uri, "UrlInfo");
-    // creatable<File>(uri, "File");
-    // creatable<FileInfo>(uri, "FileInfo");
-    // creatable<FileFolder>(uri, "FileFolder");
+    creatable<File>(uri, "File");
+    creatable<FileInfo>(uri, "FileInfo");
+    creatable<FileFolder>(uri, "FileFolder");
     // creatable<Settings>(uri, "Settings");
     // creatable<ExifInfo>(uri, "ExifInfo");
     // creatable<StorageInfo>(uri, "StorageInfo");
@@ -100,8 +104,8 @@ void TessalinePlugin::registerTypes(const char *uri)
 void TessalinePlugin::initializeEngine(QQmlEngine *engine, const char *uri)
 {
     qCDebug(FRAMEWORK_PLUGIN) << Q_FUNC_INFO << uri;
-    qCDebug(FRAMEWORK_PLUGIN) << Q_FUNC_INFO << "Offline storage path:"
-                              << engine->offlineStoragePath();
+    qCDebug(FRAMEWORK_PLUGIN) << Q_FUNC_INFO
+                              << "Offline storage path:" << engine->offlineStoragePath();
     initializeNetwork();
     installTranslation(engine);
     QQmlExtensionPlugin::initializeEngine(engine, uri);
@@ -137,4 +141,3 @@ void TessalinePlugin::installTranslation(QQmlEngine *engine)
         qCDebug(FRAMEWORK_PLUGIN) << Q_FUNC_INFO << "installTranslator() Failed";
 }
 
-#include "moc_TessalinePlugin.cpp"
