@@ -3,7 +3,6 @@
 #include "files/File.h"
 #include "files/FileFolder.h"
 #include "files/FileInfo.h"
-#include "moc_TessalinePlugin.cpp"
 #include "plugin/PropertySet.h"
 #include "plugin/Tessaline.h"
 #include "plugin/TessalineDebug.h"
@@ -141,3 +140,4 @@ void TessalinePlugin::installTranslation(QQmlEngine *engine)
         qCDebug(FRAMEWORK_PLUGIN) << Q_FUNC_INFO << "installTranslator() Failed";
 }
 
+#include "moc_TessalinePlugin.cpp"
