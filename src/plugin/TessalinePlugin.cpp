@@ -3,6 +3,10 @@
 #include "files/File.h"
 #include "files/FileFolder.h"
 #include "files/FileInfo.h"
+#include "files/Settings.h"
+#include "files/SettingsBase.h"
+#include "plugin/Device.h"
+#include "plugin/Environment.h"
 #include "plugin/PropertySet.h"
 #include "plugin/Tessaline.h"
 #include "plugin/TessalineDebug.h"
@@ -66,13 +70,13 @@ void TessalinePlugin::registerTypes(const char *uri)
     uncreatable<TessalineError>(uri, "TessalineError");
     // uncreatable<AppletsPlayer>(uri, "AppPlayer");
     // uncreatable<AppletsPlayerSettings>(uri, "AppPlayerSettings");
-    // uncreatable<Environment>(uri, "Environment");
+    uncreatable<Environment>(uri, "Environment");
     // uncreatable<Logging>(uri, "Logging");
     // creatable<App>(uri, "App");
     // creatable<AppInfo>(uri, "AppInfo");
     // creatable<AppInfoList>(uri, "AppInfoList");
     // uncreatable<AppFilter>(uri, "AppFilter");
-    // uncreatable<SettingsBase>(uri, "Settings");
+    uncreatable<SettingsBase>(uri, "Settings");
     // uncreatable<Network>(uri, "Network");
     // uncreatable<NetworkProxy>(uri, "NetworkProxy");
     // creatable<NetworkRequest>(uri, "NetworkRequest");
@@ -84,14 +88,14 @@ void TessalinePlugin::registerTypes(const char *uri)
     creatable<File>(uri, "File");
     creatable<FileInfo>(uri, "FileInfo");
     creatable<FileFolder>(uri, "FileFolder");
-    // creatable<Settings>(uri, "Settings");
+    creatable<Settings>(uri, "Settings");
     // creatable<ExifInfo>(uri, "ExifInfo");
     // creatable<StorageInfo>(uri, "StorageInfo");
     // creatable<ZipReader>(uri, "ZipReader");
     // creatable<ZipWriter>(uri, "ZipWriter");
     // creatable<ZipFileInfo>(uri, "ZipFileInfo");
     // uncreatable<StandardPaths>(uri, "StandardPaths");
-    // uncreatable<Device>(uri, "Device");
+    uncreatable<Device>(uri, "Device");
     // creatable<ImageObject>(uri, "ImageObject");
     creatable<PropertySet>(uri, "PropertySet");
     // creatable<BinaryData>(uri, "BinaryData");

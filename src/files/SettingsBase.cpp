@@ -1,0 +1,78 @@
+#include "files/SettingsBase.h"
+
+SettingsBase::SettingsBase(QObject *parent)
+    : QSettings(parent)
+{
+}
+
+SettingsBase::SettingsBase(const QString &organization, const QString &application, QObject *parent)
+    : QSettings(organization, application, parent)
+{
+}
+
+SettingsBase::SettingsBase(QSettings::Scope scope, const QString &organization,
+                           const QString &application, QObject *parent)
+    : QSettings(scope, organization, application, parent)
+{
+}
+
+SettingsBase::SettingsBase(QSettings::Format format, QSettings::Scope scope,
+                           const QString &organization, const QString &application, QObject *parent)
+    : QSettings(format, scope, organization, application, parent)
+{
+}
+
+SettingsBase::SettingsBase(const QString &fileName, QSettings::Format format, QObject *parent)
+    : QSettings(fileName, format, parent)
+{
+}
+
+void SettingsBase::synchronize()
+{
+    sync();
+}
+
+QVariant SettingsBase::value(const QString &key, const QVariant &defaultValue) const
+{
+    const QVariant stored = QSettings::value(key, defaultValue);
+    if (stored.isNull() || stored.toString().trimmed().isEmpty())
+        return defaultValue;
+    return stored;
+}
+
+void SettingsBase::setValue(const QString &key, const QVariant &value, const QVariant &defaultValue)
+{
+    const bool isDefault = !defaultValue.isNull() && value == defaultValue;
+    if (value.isNull() || isDefault || value.toString().trimmed().isEmpty())
+        remove(key);
+    else
+        QSettings::setValue(key, value);
+}
+
+QVariant SettingsBase::groupValue(const QString &group, const QString &key,
+                                  const QVariant &defaultValue)
+{
+    beginGroup(group);
+    const QVariant result = value(key, defaultValue);
+    endGroup();
+    return result;
+}
+
+void SettingsBase::setGroupValue(const QString &group, const QString &key, const QVariant &value)
+{
+    beginGroup(group);
+    setValue(key, value);
+    endGroup();
+}
+
+void SettingsBase::setColorValue(const QString &key, const QColor &color)
+{
+    setValue(key, colorText(color));
+}
+
+QString SettingsBase::colorText(const QColor &color)
+{
+    return color.name(color.alpha() == 255 ? QColor::HexRgb : QColor::HexArgb);
+}
+
+#include "moc_SettingsBase.cpp"

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "plugin/TessalineGlobal.h"
+
+#include <QColor>
+#include <QSettings>
+#include <QVariant>
+
+// QSettings where an empty value counts as not set: the base of the player's own settings. QML sees
+// it as the uncreatable "Settings" that the class Settings takes the name of; objects of it offer
+// scripts their path and synchronize() only. Nothing here reports a failure.
+class TESSALINE_EXPORT SettingsBase : public QSettings
+{
+    Q_OBJECT
+    Q_PROPERTY(QString path READ path CONSTANT)
+
+public:
+    explicit SettingsBase(QObject *parent = nullptr);
+    explicit SettingsBase(const QString &organization, const QString &application = QString(),
+                          QObject *parent = nullptr);
+    SettingsBase(QSettings::Scope scope, const QString &organization,
+                 const QString &application = QString(), QObject *parent = nullptr);
+    SettingsBase(QSettings::Format format, QSettings::Scope scope, const QString &organization,
+                 const QString &application = QString(), QObject *parent = nullptr);
+    SettingsBase(const QString &fileName, QSettings::Format format, QObject *parent = nullptr);
+
+    QString path() const { return fileName(); }
+
+    Q_INVOKABLE void synchronize();
+
+    // A value whose text is blank reads as the default. That holds for every type, so a list or a
+    // map, which have no text form, can be stored but never reads back.
+    QVariant value(const QString &key, const QVariant &defaultValue = QVariant()) const;
+    // Stores what isn't null, isn't equal to the default and has a text; removes the key otherwise.
+    void setValue(const QString &key, const QVariant &value,
+                  const QVariant &defaultValue = QVariant());
+
+    QVariant groupValue(const QString &group, const QString &key,
+                        const QVariant &defaultValue = QVariant());
+    void setGroupValue(const QString &group, const QString &key, const QVariant &value);
+
+    // Stores "#rrggbb", or "#aarrggbb" for a colour that isn't opaque.
+    void setColorValue(const QString &key, const QColor &color);
+    static QString colorText(const QColor &color);
+};
