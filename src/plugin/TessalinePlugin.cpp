@@ -1,5 +1,8 @@
 #include "plugin/TessalinePlugin.h"
 
+#include "catalogue/AppDependency.h"
+#include "catalogue/AppInfo.h"
+#include "catalogue/AppInfoList.h"
 #include "files/File.h"
 #include "files/FileFolder.h"
 #include "files/FileInfo.h"
@@ -73,8 +76,8 @@ void TessalinePlugin::registerTypes(const char *uri)
     uncreatable<Environment>(uri, "Environment");
     // uncreatable<Logging>(uri, "Logging");
     // creatable<App>(uri, "App");
-    // creatable<AppInfo>(uri, "AppInfo");
-    // creatable<AppInfoList>(uri, "AppInfoList");
+    creatable<AppInfo>(uri, "AppInfo");
+    creatable<AppInfoList>(uri, "AppInfoList");
     // uncreatable<AppFilter>(uri, "AppFilter");
     uncreatable<SettingsBase>(uri, "Settings");
     // uncreatable<Network>(uri, "Network");
@@ -82,7 +85,7 @@ void TessalinePlugin::registerTypes(const char *uri)
     // creatable<NetworkRequest>(uri, "NetworkRequest");
     // creatable<NetworkRequestHeaders>(uri, "NetworkRequestHeaders");
     // creatable<AppPackage>(uri, "AppPackage");
-    // uncreatable<AppDependency>(uri, "AppDependency");
+    uncreatable<AppDependency>(uri, "AppDependency");
     // creatable<ItemPackage>(uri, "ItemPackage");
     // creatable<UrlInfo>(uri, "UrlInfo");
     creatable<File>(uri, "File");
