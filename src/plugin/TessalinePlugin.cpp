@@ -11,6 +11,8 @@
 #include "plugin/Device.h"
 #include "plugin/Environment.h"
 #include "plugin/PropertySet.h"
+#include "plugin/StandardPaths.h"
+#include "plugin/StorageInfo.h"
 #include "plugin/Tessaline.h"
 #include "plugin/TessalineDebug.h"
 #include "plugin/TessalineError.h"
@@ -93,11 +95,11 @@ void TessalinePlugin::registerTypes(const char *uri)
     creatable<FileFolder>(uri, "FileFolder");
     creatable<Settings>(uri, "Settings");
     // creatable<ExifInfo>(uri, "ExifInfo");
-    // creatable<StorageInfo>(uri, "StorageInfo");
+    creatable<StorageInfo>(uri, "StorageInfo");
     // creatable<ZipReader>(uri, "ZipReader");
     // creatable<ZipWriter>(uri, "ZipWriter");
     // creatable<ZipFileInfo>(uri, "ZipFileInfo");
-    // uncreatable<StandardPaths>(uri, "StandardPaths");
+    uncreatable<StandardPaths>(uri, "StandardPaths");
     uncreatable<Device>(uri, "Device");
     // creatable<ImageObject>(uri, "ImageObject");
     creatable<PropertySet>(uri, "PropertySet");
