@@ -8,6 +8,8 @@
 #include "files/FileInfo.h"
 #include "files/Settings.h"
 #include "files/SettingsBase.h"
+#include "player/AppletsPlayer.h"
+#include "player/AppletsPlayerSettings.h"
 #include "plugin/Device.h"
 #include "plugin/Environment.h"
 #include "plugin/PropertySet.h"
@@ -73,8 +75,8 @@ void TessalinePlugin::registerTypes(const char *uri)
     uncreatable<TessalineObject>(uri, "TessalineObject");
     uncreatable<Tessaline>(uri, "Tessaline");
     uncreatable<TessalineError>(uri, "TessalineError");
-    // uncreatable<AppletsPlayer>(uri, "AppPlayer");
-    // uncreatable<AppletsPlayerSettings>(uri, "AppPlayerSettings");
+    uncreatable<AppletsPlayer>(uri, "AppPlayer");
+    uncreatable<AppletsPlayerSettings>(uri, "AppPlayerSettings");
     uncreatable<Environment>(uri, "Environment");
     // uncreatable<Logging>(uri, "Logging");
     // creatable<App>(uri, "App");
