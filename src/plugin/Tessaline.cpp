@@ -1,7 +1,17 @@
 #include "plugin/Tessaline.h"
 
+#include "files/File.h"
+#include "files/FileFolder.h"
+#include "files/FileInfo.h"
+#include "files/Settings.h"
+#include "plugin/ColorUtility.h"
+#include "plugin/Device.h"
+#include "plugin/Environment.h"
 #include "plugin/FileUtility.h"
+#include "plugin/PropertyHelper.h"
 #include "plugin/TessalineDebug.h"
+#include "plugin/TessalineObject.h"
+#include "plugin/XmlUtility.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -42,6 +52,20 @@
     The user's home folder, which is what "~" stands for in paths. It is looked up at the first read
     and kept from then on: the property "userHomePath" of the application object if there is one,
     or else the system's home folder.
+*/
+
+/*!
+    \qmlproperty FileFolder Tessaline::userHomeFolder
+    \readonly
+    The folder at userHomePath. Each read makes a new object that nobody deletes: keep it in a
+    property instead of reading it again and again.
+*/
+
+/*!
+    \qmlproperty FileFolder Tessaline::temporaryFolder
+    \readonly
+    The system's folder for temporary files. Each read makes a new object that nobody deletes: keep
+    it in a property instead of reading it again and again.
 */
 
 /*!
@@ -104,10 +128,28 @@
 */
 
 /*!
+    \qmlproperty Settings Tessaline::settings
+    \readonly
+    The application's own settings store.
+*/
+
+/*!
+    \qmlproperty Environment Tessaline::environment
+    \readonly
+    The process's environment variables.
+*/
+
+/*!
     \qmlproperty real Tessaline::displayScaleFactor
     What to multiply a size in units of 1/72 inch with to get pixels. It follows the primary
    screen's logical density unless a factor above 0 is written; writing 0 or less follows the screen
    again. Each write is signalled, also one that changes nothing.
+*/
+
+/*!
+    \qmlproperty Device Tessaline::device
+    \readonly
+    What the device offers.
 */
 
 /*!
@@ -280,6 +322,16 @@ void Tessaline::setUserHomePath(const QString &path)
     emit userHomePathChanged();
 }
 
+FileFolder *Tessaline::userHomeFolder()
+{
+    return new FileFolder(userHomePath());
+}
+
+FileFolder *Tessaline::temporaryFolder() const
+{
+    return new FileFolder(QDir(QDir::tempPath()));
+}
+
 QString Tessaline::offlineStoragePath() const
 {
     const QQmlEngine *engine = this->engine();
@@ -340,6 +392,16 @@ QString Tessaline::qtVersion() const
     return QString::fromLatin1(qVersion());
 }
 
+Settings *Tessaline::settings()
+{
+    return lazyChild(m_settings, this);
+}
+
+Environment *Tessaline::environment()
+{
+    return lazyChild(m_environment, this);
+}
+
 double Tessaline::displayScaleFactor() const
 {
     if (m_displayScaleFactor > 0)
@@ -370,6 +432,11 @@ void Tessaline::onLogicalDotsPerInchChanged(double dpi)
                             << screen->logicalDotsPerInch();
     if (m_displayScaleFactor <= 0)
         emit displayScaleFactorChanged();
+}
+
+Device *Tessaline::device()
+{
+    return lazyChild(m_device, this);
 }
 
 QStringList Tessaline::importPathList() const
@@ -436,6 +503,25 @@ void Tessaline::setPathVariable(const QString &name, const QString &value)
 QUrl Tessaline::resolvedUrl(const QUrl &url) const
 {
     return url;
+}
+
+/*!
+    \qmlmethod color Tessaline::contrastColor(color color, color tintColor)
+    Black or white, whichever reads better on \a color. With \a tintColor the result is blended
+    towards it by its alpha.
+*/
+QColor Tessaline::contrastColor(const QColor &color, const QColor &tintColor) const
+{
+    return ColorUtility::contrastColor(color, tintColor);
+}
+
+/*!
+    \qmlmethod color Tessaline::alphaColor(color color, real alpha)
+    The colour with another alpha, 0.0 to 1.0.
+*/
+QColor Tessaline::alphaColor(const QColor &color, double alpha) const
+{
+    return ColorUtility::alphaColor(color, alpha);
 }
 
 /*!
@@ -601,6 +687,63 @@ bool Tessaline::grabWindowToFile(const QString &path, const QRect &rect)
 {
     const QImage image = grabWindow(rect);
     return !image.isNull() && image.save(resolvedPath(path));
+}
+
+/*!
+    \qmlmethod object Tessaline::xmlToJson(string xml, object options)
+    An XML document as an object: attributes, texts and child elements become its keys. \a options
+    may hold \c attributePrefix ("@"), \c textProperty ("#text"), \c commentProperty ("#comment"),
+    \c nodesProperty ("#nodes"), \c indexFormat ("[%1]"), \c rootProperty (false) and
+    \c preserveNamespaces (false). Text that doesn't parse gives an empty object.
+*/
+QVariantMap Tessaline::xmlToJson(const QString &xml, const QVariantMap &options) const
+{
+    return XmlUtility::toVariantMap(xml, options);
+}
+
+/*!
+    \qmlmethod File Tessaline::file(string path)
+    \qmlmethod File Tessaline::file(url pathUrl)
+    A new object for the file. The path may begin with a path variable.
+*/
+File *Tessaline::file(const QString &path) const
+{
+    return TessalineObject::givenToScript(new File(path));
+}
+
+File *Tessaline::file(const QUrl &pathUrl) const
+{
+    return TessalineObject::givenToScript(new File(pathUrl));
+}
+
+/*!
+    \qmlmethod FileFolder Tessaline::fileFolder(string path)
+    \qmlmethod FileFolder Tessaline::fileFolder(url pathUrl)
+    A new object for the folder. The path may begin with a path variable.
+*/
+FileFolder *Tessaline::fileFolder(const QString &path) const
+{
+    return TessalineObject::givenToScript(new FileFolder(path));
+}
+
+FileFolder *Tessaline::fileFolder(const QUrl &pathUrl) const
+{
+    return TessalineObject::givenToScript(new FileFolder(pathUrl));
+}
+
+/*!
+    \qmlmethod FileInfo Tessaline::fileInfo(string path)
+    \qmlmethod FileInfo Tessaline::fileInfo(url pathUrl)
+    A new object that tells about the file. The path may begin with a path variable.
+*/
+FileInfo *Tessaline::fileInfo(const QString &path) const
+{
+    return TessalineObject::givenToScript(new FileInfo(path));
+}
+
+FileInfo *Tessaline::fileInfo(const QUrl &pathUrl) const
+{
+    return TessalineObject::givenToScript(new FileInfo(pathUrl));
 }
 
 /*!

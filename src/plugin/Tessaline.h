@@ -12,10 +12,16 @@
 #include <QUrl>
 #include <QVariantMap>
 
+class Device;
+class Environment;
+class File;
+class FileFolder;
+class FileInfo;
 class QGuiApplication;
 class QImage;
 class QQmlEngine;
 class QQuickWindow;
+class Settings;
 
 // The module's singleton, one for all engines of the process: a child of the first engine that
 // asked. It needs a QGuiApplication; without one its constructor ends the process. What it says
@@ -25,6 +31,8 @@ class TESSALINE_EXPORT Tessaline : public QObject
     Q_OBJECT
     Q_PROPERTY(
         QString userHomePath READ userHomePath WRITE setUserHomePath NOTIFY userHomePathChanged)
+    Q_PROPERTY(FileFolder *userHomeFolder READ userHomeFolder NOTIFY userHomePathChanged)
+    Q_PROPERTY(FileFolder *temporaryFolder READ temporaryFolder CONSTANT)
     Q_PROPERTY(QString offlineStoragePath READ offlineStoragePath WRITE setOfflineStoragePath NOTIFY
                    offlineStoragePathChanged)
     Q_PROPERTY(QString version READ version CONSTANT)
@@ -36,8 +44,11 @@ class TESSALINE_EXPORT Tessaline : public QObject
     Q_PROPERTY(QString kernelType READ kernelType CONSTANT)
     Q_PROPERTY(QString kernelVersion READ kernelVersion CONSTANT)
     Q_PROPERTY(QString qtVersion READ qtVersion CONSTANT)
+    Q_PROPERTY(Settings *settings READ settings CONSTANT)
+    Q_PROPERTY(Environment *environment READ environment CONSTANT)
     Q_PROPERTY(double displayScaleFactor READ displayScaleFactor WRITE setDisplayScaleFactor NOTIFY
                    displayScaleFactorChanged)
+    Q_PROPERTY(Device *device READ device CONSTANT)
     Q_PROPERTY(QStringList importPathList READ importPathList WRITE setImportPathList NOTIFY
                    importPathListChanged)
 
@@ -48,6 +59,10 @@ public:
     // FileUtility::homePath(), and kept from then on.
     QString userHomePath();
     void setUserHomePath(const QString &path);
+
+    // New objects at each read, without a parent and without another owner.
+    FileFolder *userHomeFolder();
+    FileFolder *temporaryFolder() const;
 
     QString offlineStoragePath() const;
     void setOfflineStoragePath(const QString &path);
@@ -62,10 +77,15 @@ public:
     QString kernelVersion() const;
     QString qtVersion() const;
 
+    Settings *settings();
+    Environment *environment();
+
     // Device pixels per reference pixel of 1/72 inch: the override, or the primary screen's. An
     // override of 0 or less removes it. Each write is signalled.
     double displayScaleFactor() const;
     void setDisplayScaleFactor(double factor);
+
+    Device *device();
 
     QStringList importPathList() const;
     void setImportPathList(const QStringList &paths);
@@ -78,6 +98,11 @@ public:
     Q_INVOKABLE void setPathVariable(const QString &name, const QString &value);
     // The URL as it is.
     Q_INVOKABLE QUrl resolvedUrl(const QUrl &url) const;
+
+    // Black or white, whichever reads better on `color`, blended towards `tintColor` by its alpha.
+    Q_INVOKABLE QColor contrastColor(const QColor &color, const QColor &tintColor = QColor()) const;
+    // A copy of `color` with the given alpha, 0.0 to 1.0.
+    Q_INVOKABLE QColor alphaColor(const QColor &color, double alpha) const;
 
     // 32 lower-case hexadecimal digits, new at each call.
     Q_INVOKABLE QString createId() const;
@@ -100,6 +125,18 @@ public:
     Q_INVOKABLE bool grabWindowToClipboard(const QRect &rect = QRect());
     // The format follows the file's suffix; false too if the file can't be written.
     Q_INVOKABLE bool grabWindowToFile(const QString &path, const QRect &rect = QRect());
+
+    // See XmlUtility for the options; empty for text that doesn't parse.
+    Q_INVOKABLE QVariantMap xmlToJson(const QString &xml,
+                                      const QVariantMap &options = QVariantMap()) const;
+
+    // New objects that belong to the script engine.
+    Q_INVOKABLE File *file(const QString &path) const;
+    Q_INVOKABLE File *file(const QUrl &pathUrl) const;
+    Q_INVOKABLE FileFolder *fileFolder(const QString &path) const;
+    Q_INVOKABLE FileFolder *fileFolder(const QUrl &pathUrl) const;
+    Q_INVOKABLE FileInfo *fileInfo(const QString &path) const;
+    Q_INVOKABLE FileInfo *fileInfo(const QUrl &pathUrl) const;
 
     // Logs what the object's meta-object holds, under FRAMEWORK_CORE at debug level. The result is
     // "null" or empty.
@@ -125,4 +162,7 @@ private slots:
 private:
     QDir m_home{QString()};
     double m_displayScaleFactor = 0.0; // 0: follow the screen
+    Settings *m_settings = nullptr;
+    Environment *m_environment = nullptr;
+    Device *m_device = nullptr;
 };

@@ -203,7 +203,7 @@ void tst_MetaObjects::metaObjectIsAsTheTableSays()
     QFETCH(QString, path);
     const QByteArray pointer = QByteArray(QTest::currentDataTag()) + '*';
     const QMetaObject *metaObject = QMetaType::metaObjectForType(QMetaType::type(pointer));
-    QVERIFY2(metaObject, pointer + " is not registered");
+    QVERIFY2(metaObject, (pointer + " is not registered").constData());
 
     const QStringList expected = expectedLines(path);
     QVERIFY(!expected.isEmpty());
