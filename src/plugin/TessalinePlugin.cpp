@@ -1,5 +1,6 @@
 #include "plugin/TessalinePlugin.h"
 
+#include "catalogue/App.h"
 #include "catalogue/AppDependency.h"
 #include "catalogue/AppInfo.h"
 #include "catalogue/AppInfoList.h"
@@ -79,7 +80,7 @@ void TessalinePlugin::registerTypes(const char *uri)
     uncreatable<AppletsPlayerSettings>(uri, "AppPlayerSettings");
     uncreatable<Environment>(uri, "Environment");
     // uncreatable<Logging>(uri, "Logging");
-    // creatable<App>(uri, "App");
+    creatable<App>(uri, "App");
     creatable<AppInfo>(uri, "AppInfo");
     creatable<AppInfoList>(uri, "AppInfoList");
     // uncreatable<AppFilter>(uri, "AppFilter");
