@@ -1,6 +1,7 @@
 #include "plugin/PropertySet.h"
 
-#include <QJSValue>
+#include <QPointer>
+#include <QQmlEngine>
 #include <QScopedValueRollback>
 
 /*!
@@ -42,6 +43,28 @@ QVariant comparable(const QVariant &value)
     return value.userType() == qMetaTypeId<QJSValue>() ? value.value<QJSValue>().toVariant()
                                                        : value;
 }
+
+// Carries the method for scripts, in a class without dynamic properties. The script engine owns the
+// object, for as long as a script holds the function.
+class VariableReplacer : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit VariableReplacer(PropertySet *set)
+        : m_set(set)
+    {
+    }
+
+    Q_INVOKABLE QString replaceVariables(const QString &text, bool caseSensitive = false,
+                                         const QString &variableFormat = QString()) const
+    {
+        return m_set ? m_set->replaceVariables(text, caseSensitive, variableFormat) : text;
+    }
+
+private:
+    const QPointer<PropertySet> m_set;
+};
 
 } // namespace
 
@@ -136,6 +159,15 @@ QString PropertySet::replaceVariables(const QString &text, bool caseSensitive,
     return result;
 }
 
+QJSValue PropertySet::replaceVariablesFunction()
+{
+    QJSEngine *engine = qjsEngine(this);
+    if (!engine)
+        return QJSValue();
+    return engine->newQObject(new VariableReplacer(this))
+        .property(QStringLiteral("replaceVariables"));
+}
+
 /*!
     \qmlmethod bool PropertySet::containsKey(string key)
     Whether the set has the \a key, with whatever value.
@@ -188,3 +220,4 @@ QVariant PropertySet::updateValue(const QString &key, const QVariant &input)
 }
 
 #include "moc_PropertySet.cpp"
+#include "PropertySet.moc"

@@ -2,6 +2,7 @@
 
 #include "plugin/TessalineGlobal.h"
 
+#include <QJSValue>
 #include <QQmlParserStatus>
 #include <QQmlPropertyMap>
 #include <QVariantMap>
@@ -14,6 +15,7 @@ class TESSALINE_EXPORT PropertySet : public QQmlPropertyMap, public QQmlParserSt
     Q_OBJECT
     Q_INTERFACES(QQmlParserStatus)
     Q_PROPERTY(QVariantMap json READ json WRITE setJson)
+    Q_PROPERTY(QJSValue replaceVariables READ replaceVariablesFunction CONSTANT) // see below
 
 public:
     explicit PropertySet(QObject *parent = nullptr);
@@ -34,8 +36,10 @@ public:
     // Puts the values in place of the keys' patterns, key by key, each on the result of the one
     // before. The word "key" in the format stands for the key; an empty format means "@key@".
     // Unknown variables stay as they are.
-    Q_INVOKABLE QString replaceVariables(const QString &text, bool caseSensitive = false,
-                                         const QString &variableFormat = QString()) const;
+#ifndef Q_MOC_RUN
+    QString replaceVariables(const QString &text, bool caseSensitive = false,
+                             const QString &variableFormat = QString()) const;
+#endif
     Q_INVOKABLE bool containsKey(const QString &key) const;
     // The keys that hold an equal value, in the order of keys().
     Q_INVOKABLE QStringList containsValue(const QVariant &value) const;
@@ -59,6 +63,16 @@ protected:
     QVariant updateValue(const QString &key, const QVariant &input) override;
 
 private:
+    // In a class with dynamic properties the engine sees only the last of several overloads, so a
+    // method with default arguments would lose its second and third argument. Scripts therefore get
+    // the method as a property that holds a function. The engine passes over private methods; as
+    // one, the method itself stays in the meta-object for everybody else.
+#ifdef Q_MOC_RUN
+    Q_INVOKABLE QString replaceVariables(const QString &text, bool caseSensitive = false,
+                                         const QString &variableFormat = QString()) const;
+#endif
+    QJSValue replaceVariablesFunction();
+
     bool m_initializing = false;
     mutable bool m_reading = false;
 };

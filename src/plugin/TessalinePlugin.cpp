@@ -20,6 +20,7 @@
 #include "plugin/TessalineDebug.h"
 #include "plugin/TessalineError.h"
 #include "plugin/TessalineObject.h"
+#include "plugin/UrlInfo.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -92,7 +93,7 @@ void TessalinePlugin::registerTypes(const char *uri)
     // creatable<AppPackage>(uri, "AppPackage");
     uncreatable<AppDependency>(uri, "AppDependency");
     // creatable<ItemPackage>(uri, "ItemPackage");
-    // creatable<UrlInfo>(uri, "UrlInfo");
+    creatable<UrlInfo>(uri, "UrlInfo");
     creatable<File>(uri, "File");
     creatable<FileInfo>(uri, "FileInfo");
     creatable<FileFolder>(uri, "FileFolder");
