@@ -96,6 +96,9 @@ void File::close()
         return;
     m_file.close();
     emit openModeChanged();
+    // Closing writes what is still buffered.
+    if (m_file.error() != QFileDevice::NoError)
+        emit errorChanged();
 }
 
 bool File::flush()
@@ -110,27 +113,33 @@ bool File::reset()
 
 QString File::readLine()
 {
-    return QString();
+    if (!m_file.isOpen()) {
+        qCWarning(FRAMEWORK_FILE) << Q_FUNC_INFO << "File not open";
+        return QString();
+    }
+    const QString line = StringUtility::toString(afterReading(m_file.readLine()), m_textEncoding);
+    emit positionChanged();
+    return line;
 }
 
 void File::writeLine(const QString &text)
 {
-    Q_UNUSED(text)
+    writeBytes(StringUtility::toStringData(text + QLatin1Char('\n'), m_textEncoding));
 }
 
 QVariant File::read(int length)
 {
-    return m_file.read(length);
+    return afterReading(m_file.read(length));
 }
 
 QVariant File::readAll()
 {
-    return m_file.readAll();
+    return afterReading(m_file.readAll());
 }
 
 void File::write(const QJSValue &data)
 {
-    Q_UNUSED(data)
+    writeBytes(StringUtility::toValueData(data, m_textEncoding));
 }
 
 void File::onBytesWritten(qlonglong bytes)
@@ -148,8 +157,17 @@ bool File::notifyMove(bool succeeded)
     return succeeded;
 }
 
+QByteArray File::afterReading(const QByteArray &bytes)
+{
+    if (m_file.error() == QFileDevice::ReadError)
+        emit errorChanged();
+    return bytes;
+}
+
 void File::writeBytes(const QByteArray &bytes)
 {
+    if (bytes.isEmpty())
+        return;
     const qint64 written = m_file.write(bytes);
     // QFile never emits this by itself.
     if (written > 0)

@@ -121,6 +121,7 @@ public slots:
 private:
     void connectSignals();
     bool notifyMove(bool succeeded);
+    QByteArray afterReading(const QByteArray &bytes);
     void writeBytes(const QByteArray &bytes);
 
     QFile m_file;

@@ -112,6 +112,11 @@ private slots:
     void onPathChanged();
 
 private:
+    // Whether the folder's guard forbids what `function` is about to do, which is then logged.
+    bool refusesMove(const char *function) const;
+    bool refusesChange(const char *function) const;
+    bool copyEntries(const QDir &source, const QDir &target);
+
     QDir m_dir;
     bool m_constant = false;
     bool m_readOnly = false;
