@@ -4,11 +4,13 @@
 #include "files/FileFolder.h"
 #include "files/FileInfo.h"
 #include "files/Settings.h"
+#include "player/AppletsPlayer.h"
 #include "plugin/ColorUtility.h"
 #include "plugin/Device.h"
 #include "plugin/Environment.h"
 #include "plugin/FileUtility.h"
 #include "plugin/PropertyHelper.h"
+#include "plugin/StandardPaths.h"
 #include "plugin/TessalineDebug.h"
 #include "plugin/TessalineObject.h"
 #include "plugin/XmlUtility.h"
@@ -66,6 +68,18 @@
     \readonly
     The system's folder for temporary files. Each read makes a new object that nobody deletes: keep
     it in a property instead of reading it again and again.
+*/
+
+/*!
+    \qmlproperty AppPlayer Tessaline::player
+    \readonly
+    The player that runs the applet, if the host offers one; null otherwise.
+*/
+
+/*!
+    \qmlproperty StandardPaths Tessaline::standardPaths
+    \readonly
+    The platform's folders for documents, pictures, settings and so on.
 */
 
 /*!
@@ -330,6 +344,32 @@ FileFolder *Tessaline::userHomeFolder()
 FileFolder *Tessaline::temporaryFolder() const
 {
     return new FileFolder(QDir(QDir::tempPath()));
+}
+
+AppletsPlayer *Tessaline::player() const
+{
+    const QQmlEngine *engine = this->engine();
+    if (!engine)
+        return nullptr;
+    const QQmlContext *context = engine->rootContext();
+    if (!context) {
+        qCCritical(FRAMEWORK_CORE) << Q_FUNC_INFO << "Null root context";
+        return nullptr;
+    }
+    const QVariant variant = context->contextProperty(QStringLiteral("player"));
+    if (!variant.isValid()) {
+        qCDebug(FRAMEWORK_CORE) << Q_FUNC_INFO << "Empty player property";
+        return nullptr;
+    }
+    auto *object = variant.value<QObject *>();
+    // By name, so that a player from another copy of the class's meta-object counts too.
+    const char *className = AppletsPlayer::staticMetaObject.className();
+    return object ? static_cast<AppletsPlayer *>(object->qt_metacast(className)) : nullptr;
+}
+
+StandardPaths *Tessaline::standardPaths()
+{
+    return lazyChild(m_standardPaths, this);
 }
 
 QString Tessaline::offlineStoragePath() const

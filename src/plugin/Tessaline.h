@@ -12,6 +12,7 @@
 #include <QUrl>
 #include <QVariantMap>
 
+class AppletsPlayer;
 class Device;
 class Environment;
 class File;
@@ -22,6 +23,7 @@ class QImage;
 class QQmlEngine;
 class QQuickWindow;
 class Settings;
+class StandardPaths;
 
 // The module's singleton, one for all engines of the process: a child of the first engine that
 // asked. It needs a QGuiApplication; without one its constructor ends the process. What it says
@@ -33,6 +35,8 @@ class TESSALINE_EXPORT Tessaline : public QObject
         QString userHomePath READ userHomePath WRITE setUserHomePath NOTIFY userHomePathChanged)
     Q_PROPERTY(FileFolder *userHomeFolder READ userHomeFolder NOTIFY userHomePathChanged)
     Q_PROPERTY(FileFolder *temporaryFolder READ temporaryFolder CONSTANT)
+    Q_PROPERTY(AppletsPlayer *player READ player CONSTANT)
+    Q_PROPERTY(StandardPaths *standardPaths READ standardPaths CONSTANT)
     Q_PROPERTY(QString offlineStoragePath READ offlineStoragePath WRITE setOfflineStoragePath NOTIFY
                    offlineStoragePathChanged)
     Q_PROPERTY(QString version READ version CONSTANT)
@@ -63,6 +67,12 @@ public:
     // New objects at each read, without a parent and without another owner.
     FileFolder *userHomeFolder();
     FileFolder *temporaryFolder() const;
+
+    // What the host set as the context property "player" of the engine's root context; null if that
+    // is missing or no player.
+    AppletsPlayer *player() const;
+
+    StandardPaths *standardPaths();
 
     QString offlineStoragePath() const;
     void setOfflineStoragePath(const QString &path);
@@ -165,4 +175,5 @@ private:
     Settings *m_settings = nullptr;
     Environment *m_environment = nullptr;
     Device *m_device = nullptr;
+    StandardPaths *m_standardPaths = nullptr;
 };
