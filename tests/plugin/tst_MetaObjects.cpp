@@ -141,7 +141,7 @@ QStringList expectedLines(const QString &path)
     const QStringList rows = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
     for (const QString &row : rows) {
         const QString line = row.simplified();
-        if (!line.isEmpty())
+        if (!line.isEmpty() && !line.startsWith(QLatin1Char('#')))
             lines.append(withOptionalParameters(line));
     }
     return lines;
