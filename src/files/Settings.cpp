@@ -2,19 +2,145 @@
 
 #include "files/SettingsBase.h"
 #include "plugin/JsonUtility.h"
+#include "plugin/ScriptValue.h"
 #include "plugin/TessalineDebug.h"
 
 #include <QFileDevice>
-#include <QJSValue>
 #include <QMetaProperty>
+
+/*!
+    \qmltype Settings
+    \inqmlmodule Zemrik.Tessaline
+    \brief Values that last from one run to the next.
+
+    The properties that a document declares on its Settings element persist by themselves, each
+    under its own name. The first run stores the values they are declared with.
+
+    \qml
+    Settings {
+        id: settings
+
+        property string userName: "nobody"
+        property int visits: 0
+        property alias sidebarWidth: sidebar.width
+
+        Component.onCompleted: visits += 1
+    }
+    \endqml
+
+    Other values are read and written with the methods. A key may have groups, parted by "/":
+
+    \qml
+    Component.onCompleted: settings.setValue("window/color", "steelblue")
+    \endqml
+
+    An element uses the store of the program that shows it. Further stores come from
+    \c{Tessaline.settings}, \l{App::settings} and FileFolder::settingsFile().
+
+    Texts of nothing but blanks count as not set, and objects can't be stored. In a native or INI
+    store a value comes back as text in the next run: a property with a type of its own converts it,
+    a \c var does not, and neither does value(). Use boolValue() and numberValue() there, since a
+    script takes the text "false" for true. Store a URL as its text.
+
+    Failures aren't reported. What can't be written, on a full disk for instance, is kept in memory
+    and tried again; an unreadable store is empty.
+*/
+
+/*!
+    \qmlproperty string Settings::path
+    \readonly
+    The file that holds the values.
+*/
+
+/*!
+    \qmlproperty bool Settings::fallbacksEnabled
+    Whether a value that is missing here is looked up in the stores that all programs of the
+    organisation, and all users, share. True by default. Has no notify signal.
+*/
+
+/*!
+    \qmlmethod void Settings::synchronize()
+    Writes changes to disk and reads those of other programs. Without it, that happens when control
+    returns to the event loop, and when the object goes.
+*/
+
+/*!
+    \qmlmethod var Settings::value(string key, var defaultValue)
+    The stored value, or \a defaultValue, undefined if left out, if there is none or a blank text.
+    A text comes with the blanks around it.
+*/
+
+/*!
+    \qmlmethod void Settings::setValue(string key, var value, var defaultValue)
+    Stores \a value and emits valueChanged(). Undefined, null, a blank text, an object, and a value
+    equal to \a defaultValue remove the key instead, without a signal. \a defaultValue may be left
+    out.
+*/
+
+/*!
+    \qmlmethod color Settings::colorValue(string key, color defaultValue)
+    The stored value as a colour; \a defaultValue if there is none, and an invalid colour if what is
+    stored is none.
+*/
+
+/*!
+    \qmlmethod void Settings::setColorValue(string key, color value)
+    Stores the colour as "#rrggbb", or "#aarrggbb" if it isn't opaque.
+*/
+
+/*!
+    \qmlmethod bool Settings::boolValue(string key, bool defaultValue)
+    The stored value as a bool; the texts "false" and "0" are false. \a defaultValue is false if
+   left out.
+*/
+
+/*!
+    \qmlmethod real Settings::numberValue(string key, real defaultValue)
+    The stored value as a number, 0 for what is none. \a defaultValue is 0 if left out.
+*/
+
+/*!
+    \qmlmethod void Settings::remove(string key)
+    Removes the value, and all values of the group of that name. An empty key removes everything.
+*/
+
+/*!
+    \qmlmethod bool Settings::contains(string key)
+    True if something is stored under the key, be it a blank text.
+*/
+
+/*!
+    \qmlsignal Settings::valueChanged(string key)
+    A value was stored. Removals have no signal.
+*/
 
 namespace {
 
-// Objects and arrays of a script arrive wrapped, and no settings format can write the wrapper.
-QVariant unwrapped(const QVariant &value)
+bool isObjectType(int type)
 {
-    return value.userType() == qMetaTypeId<QJSValue>() ? value.value<QJSValue>().toVariant()
-                                                       : value;
+    return QMetaType::typeFlags(type).testFlag(QMetaType::PointerToQObject)
+           || QByteArray(QMetaType::typeName(type)).startsWith("QQmlList");
+}
+
+// The value without the QObjects in it: a store would keep bare pointers, which outlive the objects
+// and would be handed out to the next element that declares a property of that name.
+QVariant storable(const QVariant &value)
+{
+    if (isObjectType(value.userType()))
+        return QVariant();
+    if (value.userType() == QMetaType::QVariantMap) {
+        QVariantMap map = value.toMap();
+        for (QVariant &member : map)
+            member = storable(member);
+        return map;
+    }
+    if (value.userType() == QMetaType::QVariantList) {
+        QVariantList list = value.toList();
+        for (QVariant &element : list)
+            element = storable(element);
+        return list;
+    }
+    return value;
 }
 
 bool isBlankText(const QVariant &value)
@@ -106,8 +232,8 @@ QVariant Settings::value(const QString &key, const QVariant &defaultValue) const
 
 void Settings::setValue(const QString &key, const QVariant &value, const QVariant &defaultValue)
 {
-    const QVariant newValue = unwrapped(value);
-    const QVariant plainDefault = unwrapped(defaultValue);
+    const QVariant newValue = storable(plainValue(value));
+    const QVariant plainDefault = plainValue(defaultValue);
     const bool isDefault = !plainDefault.isNull() && newValue == plainDefault;
     if (newValue.isNull() || isDefault || isBlankText(newValue)) {
         QSettings::remove(key);
@@ -184,7 +310,7 @@ void Settings::readProperties()
 void Settings::readProperty(const QMetaProperty &property)
 {
     const QString key = QString::fromUtf8(property.name());
-    const QVariant current = unwrapped(property.read(this));
+    const QVariant current = plainValue(property.read(this));
     const QVariant stored = value(key, current);
     const bool fits =
         !current.isValid() || (stored.canConvert(current.userType()) && stored != current);
@@ -203,11 +329,13 @@ void Settings::writeProperties()
 
 void Settings::onPropertyChanged()
 {
+    const QObject *object = sender();
+    if (!object)
+        return;
     // The property is found by the naming convention: its notify signal's name less "Changed".
-    const QMetaMethod signal = sender()->metaObject()->method(senderSignalIndex());
-    QByteArray name = signal.name();
+    QByteArray name = object->metaObject()->method(senderSignalIndex()).name();
     name.chop(static_cast<int>(qstrlen("Changed")));
-    setValue(QString::fromUtf8(name), sender()->property(name.constData()));
+    setValue(QString::fromUtf8(name), object->property(name.constData()));
 }
 
 #include "moc_Settings.cpp"

@@ -1,5 +1,55 @@
 #include "plugin/Environment.h"
 
+/*!
+    \qmltype Environment
+    \inqmlmodule Zemrik.Tessaline
+    \brief The environment variables of the process.
+
+    QML can't create this type; use \c{Tessaline.environment}.
+
+    \qml
+    Component.onCompleted: {
+        Tessaline.environment.setValue("LIBRARY_CACHE", "512");
+        console.log(Tessaline.environment.value("EDITOR", "none"));
+    }
+    \endqml
+
+    A name that the system doesn't allow, one that is empty or holds a "=", can't be set.
+*/
+
+/*!
+    \qmlmethod var Environment::value(string variable, var defaultValue)
+    The variable's text, which may be empty; \a defaultValue, undefined if left out, if it isn't
+   set.
+*/
+
+/*!
+    \qmlmethod var Environment::setValue(string name, var value)
+    Sets the variable to the value's text, or unsets it for undefined and null. Returns the former
+    text, undefined if there was none.
+*/
+
+/*!
+    \qmlmethod var Environment::remove(string name)
+    Unsets the variable and returns its text, undefined if there was none. Emits nothing.
+*/
+
+/*!
+    \qmlmethod bool Environment::isSet(string name)
+    True if the variable is set, be it to an empty text.
+*/
+
+/*!
+    \qmlmethod bool Environment::isEmpty(string name)
+    True if the variable is empty or isn't set.
+*/
+
+/*!
+    \qmlsignal Environment::valueChanged(string name, var value)
+    setValue() was called, whether or not it changed something. \a value is the variable's text now,
+    empty after a removal.
+*/
+
 Environment::Environment(QObject *parent)
     : QObject(parent)
 {

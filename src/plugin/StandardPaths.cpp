@@ -31,6 +31,67 @@ FileFolder *newFolder(const QString &path)
 
 } // namespace
 
+/*!
+    \qmltype StandardPaths
+    \inqmlmodule Zemrik.Tessaline
+    \brief The platform's folders for documents, pictures, caches and so on.
+
+    QML can't create this type. The enumerations come from its name, the methods from
+    \c{Tessaline.standardPaths}.
+
+    \qml
+    Component.onCompleted: {
+        var pictures = Tessaline.standardPaths.writableFolder(StandardPaths.PicturesLocation);
+        console.log(pictures.fileNames(["*.jpg", "*.png"]));
+    }
+    \endqml
+
+    Where a method takes a \e type, it is one of \c DesktopLocation, \c DocumentsLocation,
+    \c FontsLocation, \c ApplicationsLocation, \c MusicLocation, \c MoviesLocation,
+    \c PicturesLocation, \c TempLocation, \c HomeLocation, \c DataLocation, \c CacheLocation,
+    \c GenericDataLocation, \c RuntimeLocation, \c ConfigLocation, \c DownloadLocation,
+    \c GenericCacheLocation, \c GenericConfigLocation, \c AppDataLocation and
+    \c AppLocalDataLocation (the same as \c DataLocation). Their meaning is that of
+    QStandardPaths::StandardLocation.
+*/
+
+/*!
+    \qmlmethod string StandardPaths::displayName(enumeration type)
+    The location's name for the user, in the user's language.
+*/
+
+/*!
+    \qmlmethod string StandardPaths::locate(enumeration type, string fileName, enumeration options)
+    The path of the first file of that name in the location's folders; with
+    \c{StandardPaths.LocateDirectory} that of the first folder. Empty if there is none. \a options
+   is \c{StandardPaths.LocateFile} if left out.
+*/
+
+/*!
+    \qmlmethod list<string> StandardPaths::locateAll(enumeration type, string fileName, enumeration
+   options) The same for all of them, in the order of standardLocations().
+*/
+
+/*!
+    \qmlmethod string StandardPaths::writableLocation(enumeration type)
+    The folder to write to, which need not exist yet; empty if there is none.
+*/
+
+/*!
+    \qmlmethod list<string> StandardPaths::standardLocations(enumeration type)
+    All folders of the location, the one to write to first.
+*/
+
+/*!
+    \qmlmethod FileFolder StandardPaths::writableFolder(enumeration type)
+    A new object for writableLocation(); null if that is empty.
+*/
+
+/*!
+    \qmlmethod FileFolder StandardPaths::defaultFolder(enumeration type)
+    A new object for the first of standardLocations(); null if there is none.
+*/
+
 StandardPaths::StandardPaths(QObject *parent)
     : TessalineObject(parent)
 {

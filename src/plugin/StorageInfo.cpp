@@ -5,6 +5,125 @@
 #include "plugin/PropertyHelper.h"
 #include "plugin/TessalineDebug.h"
 
+/*!
+    \qmltype StorageInfo
+    \inqmlmodule Zemrik.Tessaline
+    \brief A volume: its place, its size and its kind.
+
+    Without a \l path it is the root volume.
+
+    \qml
+    StorageInfo {
+        id: volume
+        path: "~/Pictures"
+    }
+
+    ProgressBar {
+        to: volume.bytesTotal
+        value: volume.bytesTotal - volume.bytesAvailable
+    }
+    \endqml
+
+    All properties but \l mountedVolumes change together, with the signal of \l path.
+*/
+
+/*!
+    \qmlproperty string StorageInfo::path
+    The folder at the top of the volume. Write any path on the volume, also one that begins with a
+    path variable; it reads back as the top. A path that isn't there gives an object that isn't
+   valid. Each write of a path other than the top takes all values anew and notifies.
+*/
+
+/*!
+    \qmlproperty url StorageInfo::url
+    The same as a URL.
+*/
+
+/*!
+    \qmlproperty FileFolder StorageInfo::folder
+    \readonly
+    The folder at the top of the volume, the same object until the path changes.
+*/
+
+/*!
+    \qmlproperty int StorageInfo::bytesAvailable
+    \readonly
+    Bytes that this user may still write.
+*/
+
+/*!
+    \qmlproperty int StorageInfo::bytesFree
+    \readonly
+    Bytes that are free, some of them perhaps for the administrator only.
+*/
+
+/*!
+    \qmlproperty int StorageInfo::bytesTotal
+    \readonly
+    The size of the volume in bytes.
+*/
+
+/*!
+    \qmlproperty string StorageInfo::device
+    \readonly
+    The device or file system that the volume is on, such as "/dev/sda1".
+*/
+
+/*!
+    \qmlproperty string StorageInfo::displayName
+    \readonly
+    The volume's name, or its path if it has none.
+*/
+
+/*!
+    \qmlproperty string StorageInfo::fileSystemType
+    \readonly
+    The kind of file system, such as "ext4".
+*/
+
+/*!
+    \qmlproperty bool StorageInfo::isReadOnly
+    \readonly
+    True if nothing can be written to the volume.
+*/
+
+/*!
+    \qmlproperty bool StorageInfo::isReady
+    \readonly
+    True if the volume can be used; false for an empty drive, for instance.
+*/
+
+/*!
+    \qmlproperty bool StorageInfo::isRoot
+    \readonly
+    True for the system's root volume.
+*/
+
+/*!
+    \qmlproperty bool StorageInfo::isValid
+    \readonly
+    False if the path lies on no volume.
+*/
+
+/*!
+    \qmlproperty string StorageInfo::name
+    \readonly
+    The volume's label; may be empty.
+*/
+
+/*!
+    \qmlproperty list<StorageInfo> StorageInfo::mountedVolumes
+    \readonly
+    All volumes that are mounted, asked anew at each read of the property. Each access to an element
+    makes a new object.
+*/
+
+/*!
+    \qmlmethod void StorageInfo::refresh()
+    Takes the sizes anew and emits \c{mountedVolumesChanged()}. What is bound to a size keeps its
+    value, since the path has not changed: read the sizes after the call.
+*/
+
 QList<QStorageInfo> StorageInfo::m_Volumes;
 
 StorageInfo::StorageInfo(QObject *parent)
