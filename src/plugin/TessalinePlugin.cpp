@@ -9,6 +9,10 @@
 #include "files/FileInfo.h"
 #include "files/Settings.h"
 #include "files/SettingsBase.h"
+#include "network/Network.h"
+#include "network/NetworkProxy.h"
+#include "network/NetworkRequest.h"
+#include "network/NetworkRequestHeaders.h"
 #include "player/AppletsPlayer.h"
 #include "player/AppletsPlayerSettings.h"
 #include "plugin/Device.h"
@@ -86,10 +90,10 @@ void TessalinePlugin::registerTypes(const char *uri)
     creatable<AppInfoList>(uri, "AppInfoList");
     // uncreatable<AppFilter>(uri, "AppFilter");
     uncreatable<SettingsBase>(uri, "Settings");
-    // uncreatable<Network>(uri, "Network");
-    // uncreatable<NetworkProxy>(uri, "NetworkProxy");
-    // creatable<NetworkRequest>(uri, "NetworkRequest");
-    // creatable<NetworkRequestHeaders>(uri, "NetworkRequestHeaders");
+    uncreatable<Network>(uri, "Network");
+    uncreatable<NetworkProxy>(uri, "NetworkProxy");
+    creatable<NetworkRequest>(uri, "NetworkRequest");
+    creatable<NetworkRequestHeaders>(uri, "NetworkRequestHeaders");
     // creatable<AppPackage>(uri, "AppPackage");
     uncreatable<AppDependency>(uri, "AppDependency");
     // creatable<ItemPackage>(uri, "ItemPackage");

@@ -1,0 +1,128 @@
+#include "network/NetworkFormData.h"
+
+#include "network/NetworkFilePart.h"
+
+#include <QBuffer>
+#include <QDebug>
+#include <QFile>
+#include <QFileInfo>
+
+NetworkFormData::NetworkFormData(QObject *parent)
+    : QIODevice(parent)
+{
+    open(QIODevice::ReadOnly);
+}
+
+NetworkFormData::~NetworkFormData()
+{
+    clear();
+}
+
+bool NetworkFormData::appendDevice(QIODevice *device)
+{
+    m_devices.append(device);
+    emit readyRead();
+    return true;
+}
+
+bool NetworkFormData::append(const QByteArray &bytes)
+{
+    auto buffer = std::make_unique<QBuffer>();
+    buffer->setData(bytes);
+    buffer->open(QIODevice::ReadOnly);
+    m_buffers.push_back(std::move(buffer));
+    return appendDevice(m_buffers.back().get());
+}
+
+bool NetworkFormData::appendPath(const QString &path, qint64 offset, qint64 size)
+{
+    const QFileInfo info(path);
+    auto file = std::make_unique<QFile>(path);
+    if ((info.exists() && !info.isFile()) || !file->open(QIODevice::ReadOnly)) {
+        qDebug() << Q_FUNC_INFO << "Cannot open: " << path;
+        return false;
+    }
+
+    file->setParent(this);
+    m_files.append(file.release());
+    if (offset == 0 && size == -1)
+        return appendDevice(m_files.constLast());
+    m_fileParts.append(new NetworkFilePart(m_files.constLast(), offset, size));
+    return appendDevice(m_fileParts.constLast());
+}
+
+void NetworkFormData::clear()
+{
+    m_devices.clear();
+    m_buffers.clear();
+    // A part is its file's child, so it goes first.
+    for (NetworkFilePart *part : qAsConst(m_fileParts)) {
+        part->close();
+        part->deleteLater();
+    }
+    m_fileParts.clear();
+    for (QFile *file : qAsConst(m_files)) {
+        file->close();
+        file->deleteLater();
+    }
+    m_files.clear();
+    m_deviceIndex = 0;
+    m_position = 0;
+}
+
+bool NetworkFormData::isSequential() const
+{
+    return false;
+}
+
+qint64 NetworkFormData::pos() const
+{
+    return m_position;
+}
+
+qint64 NetworkFormData::size() const
+{
+    qint64 total = 0;
+    for (const QIODevice *device : m_devices)
+        total += device->size();
+    return total;
+}
+
+qint64 NetworkFormData::readData(char *data, qint64 maxSize)
+{
+    if (m_aborted || m_deviceIndex >= m_devices.size()) {
+        emit readProgress(1.0);
+        return 0;
+    }
+
+    const qint64 total = size();
+    const auto report = [this, total] {
+        emit readProgress(total > 0 ? double(m_position) / double(total) : 0.0);
+    };
+    qint64 count = 0;
+    while (count < maxSize && m_deviceIndex < m_devices.size()) {
+        const qint64 length = m_devices.at(m_deviceIndex)->read(data + count, maxSize - count);
+        if (length > 0) {
+            count += length;
+            m_position += length;
+        }
+        report();
+        // The listener may have ended the transfer, which empties the chain.
+        if (m_deviceIndex >= m_devices.size())
+            break;
+        // A device that gives nothing more is done, whatever it says about its end.
+        if (length < 1 || m_devices.at(m_deviceIndex)->atEnd())
+            ++m_deviceIndex;
+    }
+    report();
+    return count;
+}
+
+qint64 NetworkFormData::writeData(const char *data, qint64 maxSize)
+{
+    Q_UNUSED(data)
+    Q_UNUSED(maxSize)
+    return 0;
+}
+
+#include "moc_NetworkFormData.cpp"

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "plugin/TessalineGlobal.h"
+
+#include <QIODevice>
+#include <QList>
+
+#include <memory>
+#include <vector>
+
+class NetworkFilePart;
+class QBuffer;
+class QFile;
+
+// The body of a multipart request: a read-only chain of small devices (boundaries and headers in
+// memory, files on disk) that is read through once, so a body of any size takes no memory. It knows
+// its size, so that the request carries a Content-Length.
+class TESSALINE_EXPORT NetworkFormData : public QIODevice
+{
+    Q_OBJECT
+
+public:
+    explicit NetworkFormData(QObject *parent = nullptr);
+    ~NetworkFormData() override;
+
+    // Adds a device at the end of the chain. It stays its owner's, and must outlive this object.
+    bool appendDevice(QIODevice *device);
+    bool append(const QByteArray &bytes);
+    // Adds `size` bytes of a file from `offset`; -1 means up to its end. The path is taken as
+    // given. False for a file that can't be opened and for anything but a regular file (a pipe has
+    // no length to announce, and opening one may never return).
+    bool appendPath(const QString &path, qint64 offset, qint64 size);
+    // Closes the files and empties the chain; an abort stays in force.
+    void clear();
+
+    // From then on the body reads as ended.
+    void setAborted(bool aborted) { m_aborted = aborted; }
+
+    bool isSequential() const override;
+    qint64 pos() const override;  // bytes handed out so far
+    qint64 size() const override; // taken from the files at each call: a file may shrink
+
+signals:
+    void readProgress(double progress); // 0.0 to 1.0, at each read
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override;
+    qint64 writeData(const char *data, qint64 maxSize) override;
+
+private:
+    QList<QIODevice *> m_devices; // in reading order; owned by the lists below or by the caller
+    std::vector<std::unique_ptr<QBuffer>> m_buffers;
+    QList<QFile *> m_files;
+    QList<NetworkFilePart *> m_fileParts;
+    int m_deviceIndex = 0;
+    qint64 m_position = 0;
+    bool m_aborted = false;
+};
