@@ -18,6 +18,9 @@
 #include "plugin/Device.h"
 #include "plugin/Environment.h"
 #include "plugin/PropertySet.h"
+#include "archives/ZipFileInfo.h"
+#include "archives/ZipReader.h"
+#include "archives/ZipWriter.h"
 #include "plugin/StandardPaths.h"
 #include "plugin/StorageInfo.h"
 #include "plugin/Tessaline.h"
@@ -104,9 +107,9 @@ void TessalinePlugin::registerTypes(const char *uri)
     creatable<Settings>(uri, "Settings");
     // creatable<ExifInfo>(uri, "ExifInfo");
     creatable<StorageInfo>(uri, "StorageInfo");
-    // creatable<ZipReader>(uri, "ZipReader");
-    // creatable<ZipWriter>(uri, "ZipWriter");
-    // creatable<ZipFileInfo>(uri, "ZipFileInfo");
+    creatable<ZipReader>(uri, "ZipReader");
+    creatable<ZipWriter>(uri, "ZipWriter");
+    creatable<ZipFileInfo>(uri, "ZipFileInfo");
     uncreatable<StandardPaths>(uri, "StandardPaths");
     uncreatable<Device>(uri, "Device");
     // creatable<ImageObject>(uri, "ImageObject");

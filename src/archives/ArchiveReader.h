@@ -1,0 +1,69 @@
+#pragma once
+
+#include "plugin/TessalineGlobal.h"
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QDir>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <minizip/unzip.h>
+
+// Owner of a minizip handle for reading, with its cursor. All results are minizip's codes; logging
+// is the caller's. What ZipReader and UnZipFile do alike stands here.
+class TESSALINE_EXPORT ArchiveReader
+{
+public:
+    bool open(const QString &path);
+    void close();
+    bool isOpen() const { return m_file != nullptr; }
+
+    // The cursor.
+    int entryCount(quint64 &count) const;
+    int first();
+    int next();
+    int locate(const QString &name, int caseSensitive);
+
+    // What the cursor is on. Names are UTF-8 up to the first NUL, at most 1,024 bytes.
+    int currentInfo(unz_file_info64 &info, QString *name = nullptr) const;
+
+    // How an extraction ended. `code` is minizip's for OpenEntry, EntryInfo and Read.
+    struct Extraction
+    {
+        enum Step { Done, OpenEntry, EntryInfo, OpenOutput, Read, Write };
+        Step step = Done;
+        int code = UNZ_OK;
+    };
+    // Called before each chunk is written, and once more at the end of the data, with the bytes
+    // written so far and the entry's size.
+    using ChunkCallback = std::function<void(qint64 written, quint64 size)>;
+
+    // Writes the current entry to the file `outputPath`, replacing it, in chunks of `chunkSize`,
+    // and gives it the entry's date. The parent folder must exist.
+    Extraction extract(const QString &outputPath, int chunkSize, const ChunkCallback &onChunk);
+
+    // Reads the current entry into memory. Never allocates more than the entry's data can inflate
+    // to.
+    Extraction read(QByteArray &bytes);
+
+    // The day of the month is stored one early by ZipWriter; it is added back here, for every
+    // archive.
+    static QDateTime date(const tm_unz &time);
+
+    // Why an entry must not be written to `folder` under `name`: it would leave the folder, by its
+    // name or through a symbolic link that lies below it. Empty if it may.
+    static QString refusal(const QDir &folder, const QString &name);
+
+private:
+    struct Closer
+    {
+        void operator()(void *file) const { unzClose(file); }
+    };
+
+    Extraction copyData(QIODevice &output, quint64 size, int chunkSize,
+                        const ChunkCallback &onChunk);
+
+    std::unique_ptr<void, Closer> m_file;
+};

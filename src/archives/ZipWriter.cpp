@@ -1,0 +1,225 @@
+#include "archives/ZipWriter.h"
+
+#include "plugin/FileUtility.h"
+#include "plugin/PropertyHelper.h"
+#include "plugin/TessalineDebug.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QFileInfo>
+
+#include <minizip/zip.h>
+#include <zlib.h>
+
+/*!
+    \qmltype ZipWriter
+    \inqmlmodule Zemrik.Tessaline
+    \brief Adds files to a ZIP archive.
+
+    \qml
+    ZipWriter {
+        id: zip
+        path: "~/backup.zip"
+    }
+
+    Button {
+        text: "Back up"
+        onClicked: zip.addFile(folder.filePath("notes.txt"), "notes/notes.txt")
+    }
+    \endqml
+
+    Each call is complete: the archive is valid on disk after it. Adding under a name that is there
+    already stores a second entry of that name.
+
+    \note The day of an entry's date is stored one early, and \l ZipReader adds it back; other tools
+    show the date a day early.
+*/
+
+/*!
+    \qmlproperty string ZipWriter::path
+    The archive. May begin with a path variable. The change signal also tells that a file was added.
+*/
+
+/*!
+    \qmlmethod void ZipWriter::close()
+    Closes an archive that is open; after \l addFile() there is none.
+*/
+
+/*!
+    \qmlmethod bool ZipWriter::addFile(string filePath, string archivedFilePath, string comment,
+   bool append) Adds a file. \a archivedFilePath is its name in the archive, its own file name when
+   left out or empty. With \a append false (default true) the archive is replaced by one that holds
+   only this file. \a filePath is taken as it is: resolve variables with
+   \c{Tessaline.resolvedPath()}. False if the file can't be read or the archive not written; the log
+   says why. Files over 4 GiB aren't supported.
+*/
+
+namespace {
+
+const int bufferSize = 4096;
+
+zip_fileinfo entryInfo(const QDateTime &time)
+{
+    zip_fileinfo info = {};
+    info.tmz_date.tm_sec = static_cast<uInt>(time.time().second());
+    info.tmz_date.tm_min = static_cast<uInt>(time.time().minute());
+    info.tmz_date.tm_hour = static_cast<uInt>(time.time().hour());
+    info.tmz_date.tm_mday = static_cast<uInt>(time.date().day() - 1); // ZipReader adds it back
+    info.tmz_date.tm_mon = static_cast<uInt>(time.date().month() - 1);
+    info.tmz_date.tm_year = static_cast<uInt>(time.date().year());
+    return info;
+}
+
+} // namespace
+
+void ZipWriter::Closer::operator()(void *file) const
+{
+    zipClose(file, nullptr);
+}
+
+ZipWriter::ZipWriter(QObject *parent)
+    : TessalineObject(parent)
+{
+}
+
+ZipWriter::~ZipWriter() = default;
+
+void ZipWriter::setPath(const QString &path)
+{
+    qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << path;
+    if (!assignIfChanged(m_path, FileUtility::resolvedPath(path, true)))
+        return;
+    close();
+    emit pathChanged();
+}
+
+void ZipWriter::close()
+{
+    zwClose(QString());
+}
+
+bool ZipWriter::addFile(const QString &filePath, const QString &archivedFilePath,
+                        const QString &comment, bool append)
+{
+    if (!m_file && !zwOpen(m_path, append)) {
+        qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << "ZIP not open" << m_path
+                                << (append ? "true" : "false");
+        return false;
+    }
+    const bool added = zwAddFile(filePath, archivedFilePath, comment, true);
+    zwClose(QString());
+    if (added)
+        emit pathChanged();
+    return added;
+}
+
+bool ZipWriter::addFile(const QString &filePath, const QString &archivedFilePath,
+                        const QString &comment)
+{
+    return addFile(filePath, archivedFilePath, comment, true);
+}
+
+bool ZipWriter::addFile(const QString &filePath, const QString &archivedFilePath)
+{
+    return addFile(filePath, archivedFilePath, QString());
+}
+
+bool ZipWriter::addFile(const QString &filePath)
+{
+    return addFile(filePath, QString());
+}
+
+bool ZipWriter::zwAddFile(const QDir &dir, const QString &fileName, const QString &comment)
+{
+    return addFile(dir.filePath(fileName), fileName, comment, true);
+}
+
+bool ZipWriter::zwAddFiles(const QDir &dir, const QStringList &names)
+{
+    qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << "ZIP source dir:" << dir;
+    for (const QString &name : names) {
+        // Opening and closing for each file would copy the whole directory every time.
+        const bool added =
+            (m_file || zwOpen()) && zwAddFile(dir.filePath(name), name, QString(), true);
+        if (added)
+            emit pathChanged();
+        else
+            qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "Error adding:" << name;
+    }
+    close();
+    return true;
+}
+
+bool ZipWriter::zwOpen()
+{
+    if (zwOpen(m_path, QFileInfo::exists(m_path)))
+        return true;
+    qCWarning(FRAMEWORK_FILE) << Q_FUNC_INFO << "Unable to open:" << m_path;
+    return false;
+}
+
+bool ZipWriter::zwOpen(const QString &path, bool append)
+{
+    close();
+    const bool adds = append && QFileInfo::exists(path);
+    qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << (adds ? "Appending to" : "Creating") << path;
+    m_file.reset(zipOpen64(path.toLocal8Bit().constData(),
+                           adds ? APPEND_STATUS_ADDINZIP : APPEND_STATUS_CREATE));
+    return m_file != nullptr;
+}
+
+void ZipWriter::zwClose(const QString &comment)
+{
+    if (m_file)
+        zipClose(m_file.release(), comment.toLocal8Bit().constData());
+}
+
+bool ZipWriter::zwAddFile(const QString &filePath, const QString &archivedFilePath,
+                          const QString &comment, bool clean)
+{
+    const QFileInfo source(filePath);
+    if (!source.exists()) {
+        qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "File not found:" << filePath;
+        return false;
+    }
+    QFile input(filePath);
+    if (!input.open(QIODevice::ReadOnly)) {
+        qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "Error opening:" << filePath;
+        return false;
+    }
+    QString name = archivedFilePath.isEmpty() ? source.fileName() : archivedFilePath;
+    if (clean)
+        name = QDir::cleanPath(name);
+    qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << "Adding as:" << name;
+
+    const zip_fileinfo info = entryInfo(source.lastModified());
+    if (zipOpenNewFileInZip64(m_file.get(), name.toLocal8Bit().constData(), &info, nullptr, 0,
+                              nullptr, 0, comment.toLocal8Bit().constData(), Z_DEFLATED,
+                              Z_DEFAULT_COMPRESSION, 0)
+        != ZIP_OK) {
+        qCDebug(FRAMEWORK_FILE) << "Error %d zipOpenNewFileInZip64\n" << Q_FUNC_INFO;
+        return false;
+    }
+    const bool copied = copyToEntry(input);
+    input.close();
+    return zipCloseFileInZip(m_file.get()) == ZIP_OK && copied;
+}
+
+bool ZipWriter::copyToEntry(QIODevice &input)
+{
+    char buffer[bufferSize];
+    for (;;) {
+        const qint64 count = input.read(buffer, bufferSize);
+        if (count < 0)
+            qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << "Error reading input file:%1";
+        if (count <= 0)
+            return count == 0;
+        if (zipWriteInFileInZip(m_file.get(), buffer, static_cast<unsigned>(count)) != ZIP_OK) {
+            qCDebug(FRAMEWORK_FILE)
+                << Q_FUNC_INFO << "Error %d with zipfile in zipWriteInFileInZip\n";
+            return false;
+        }
+    }
+}
+
+#include "moc_ZipWriter.cpp"

@@ -1,0 +1,61 @@
+#include "archives/ArchiveMaker.h"
+
+#include <QDirIterator>
+#include <QFile>
+#include <QProcess>
+
+namespace ArchiveMaker {
+
+bool make(const QString &kind, const QString &path)
+{
+    const QString script =
+            QString::fromLocal8Bit(qgetenv("TESSALINE_SOURCE_DIR")) + "/tests/archives/data/make_archive.py";
+    return !run("python3", { script, kind, path }).isNull();
+}
+
+QByteArray run(const QString &program, const QStringList &arguments, const QString &folder)
+{
+    QProcess process;
+    if (!folder.isEmpty())
+        process.setWorkingDirectory(folder);
+    process.start(program, arguments);
+    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit
+        || process.exitCode() != 0) {
+        qWarning() << program << arguments << process.errorString() << process.readAllStandardError();
+        return QByteArray();
+    }
+    const QByteArray output = process.readAllStandardOutput();
+    return output.isNull() ? QByteArray("") : output;
+}
+
+bool write(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+QByteArray read(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList tree(const QString &folder)
+{
+    QStringList list;
+    const QDir top(folder);
+    QDirIterator entries(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                         QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        const QString path = entries.next();
+        const QString name = top.relativeFilePath(path);
+        if (!entries.fileInfo().isDir())
+            list.append(name + '=' + QString::fromUtf8(read(path)));
+        else if (QDir(path).isEmpty())
+            list.append(name + '/');
+    }
+    list.sort();
+    return list;
+}
+
+}

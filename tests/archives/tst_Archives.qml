@@ -1,0 +1,106 @@
+import QtQuick 2.15
+import QtTest 1.2
+import Zemrik.Tessaline 1.0
+
+TestCase {
+    id: testCase
+
+    name: "Archives"
+
+    property string folder
+
+    Component { id: readerComponent; ZipReader {} }
+    Component { id: writerComponent; ZipWriter {} }
+    Component { id: infoComponent; ZipFileInfo {} }
+    SignalSpy { id: progressSpy; signalName: "progress" }
+    SignalSpy { id: completedSpy; signalName: "completed" }
+
+    function init() {
+        folder = TestSupport.makeFolder();
+        TestSupport.writeText(folder + "/a.txt", "first\n");
+        TestSupport.writeText(folder + "/b.json", '{"n": 5}');
+        const writer = createTemporaryObject(writerComponent, testCase, { path: folder + "/x.zip" });
+        verify(writer.addFile(folder + "/a.txt"));
+        verify(writer.addFile(folder + "/b.json", "sub/b.json", "comment"));
+    }
+
+    function test_bindingsFollowThePath() {
+        const reader = createTemporaryObject(readerComponent, testCase);
+        const counter = createTemporaryQmlObject(
+            "import QtQml 2.15; QtObject { property var zip; property int count: zip ? zip.fileNames.length : -1 }", testCase);
+        counter.zip = reader;
+        compare(counter.count, 0);
+        reader.path = folder + "/x.zip";
+        compare(counter.count, 2);
+        compare(reader.folderNames, [ ".", "sub" ]);
+    }
+
+    function test_refreshUpdatesTheLists() {
+        const reader = createTemporaryObject(readerComponent, testCase, { path: folder + "/x.zip" });
+        const counter = createTemporaryQmlObject(
+            "import QtQml 2.15; QtObject { property var zip; property int count: zip.fileNames.length }", testCase, "c");
+        counter.zip = reader;
+        compare(counter.count, 2);
+        const writer = createTemporaryObject(writerComponent, testCase, { path: folder + "/x.zip" });
+        verify(writer.addFile(folder + "/a.txt", "third.txt"));
+        compare(counter.count, 2);
+        reader.refresh();
+        compare(counter.count, 3);
+    }
+
+    function test_isOpenIsOneCharacter() {
+        const reader = createTemporaryObject(readerComponent, testCase, { path: folder + "/x.zip" });
+        compare(reader.isOpen, "\u0000");
+        verify(reader.exists("a.txt"));
+        compare(reader.isOpen, "\u0001");
+    }
+
+    function test_readsTextAndJson() {
+        const reader = createTemporaryObject(readerComponent, testCase, { path: folder + "/x.zip" });
+        compare(reader.readTextFile("a.txt"), "first\n");
+        compare(reader.readJsonFile("sub/b.json").n, 5);
+    }
+
+    function test_infoBelongsToTheScript() {
+        const reader = createTemporaryObject(readerComponent, testCase, { path: folder + "/x.zip" });
+        const info = reader.fileInfo("sub/b.json");
+        compare(info.fileName, "b.json");
+        compare(info.path, "sub");
+        compare(info.suffix, "json");
+        compare(info.size, 8);
+        verify(info.compressedSize > 0);
+        verify(Number(info.crc) > 0);
+        verify(Math.abs(info.lastModified - new Date()) < 120000);
+        compare(reader.fileInfo("none"), null);
+    }
+
+    function test_extractsWithSignals() {
+        const reader = createTemporaryObject(readerComponent, testCase, { path: folder + "/x.zip" });
+        progressSpy.target = reader;
+        completedSpy.target = reader;
+        verify(reader.extractAll(folder + "/out"));
+        compare(completedSpy.count, 1);
+        compare(TestSupport.readText(folder + "/out/sub/b.json"), '{"n": 5}');
+        compare(progressSpy.signalArguments[progressSpy.count - 1][2], 100);
+        verify(reader.extractAll(folder + "/base", "sub"));
+        compare(TestSupport.readText(folder + "/base/b.json"), '{"n": 5}');
+        verify(!TestSupport.exists(folder + "/base/a.txt"));
+    }
+
+    function test_emptyInfoCanBeMade() {
+        const info = createTemporaryObject(infoComponent, testCase);
+        compare(info.size, 0);
+        compare(info.filePath, "");
+        verify(isNaN(info.lastModified.getTime()));
+    }
+
+    function test_resultCodes() {
+        compare(ZipReader.EndOfListOfFile, -100);
+        compare(ZipReader.ErrNo, -1);
+        compare(ZipReader.EndOfFile, 0);
+        compare(ZipReader.ParameterError, -102);
+        compare(ZipReader.BadZipFile, -103);
+        compare(ZipReader.InternalError, -104);
+        compare(ZipReader.CrcError, -105);
+    }
+}

@@ -1,0 +1,127 @@
+#include "archives/ArchiveMaker.h"
+#include "archives/UnZipFile.h"
+#include "support/IsolatedHome.h"
+#include "support/LogCapture.h"
+
+#include <QTest>
+
+class tst_UnZipFile : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_dir = std::make_unique<QTemporaryDir>(); }
+
+    void walksTheEntries();
+    void closedReaderDoesNothing();
+    void extractsOneFile();
+    void extractAllMakesFoldersFromFolderEntries();
+    void extractAllRefusesEntriesThatLeaveTheFolder();
+    void extractAllRefusesOverlappingEntries();
+    void damagedEntryIsLoggedInTheDefaultCategory();
+    void datesAreCorrectedByADay();
+
+private:
+    QString archive(const QString &kind)
+    {
+        const QString path = m_dir->filePath(kind + ".zip");
+        if (!ArchiveMaker::make(kind, path))
+            qFatal("no archive %s", qPrintable(kind));
+        return path;
+    }
+    QDir output()
+    {
+        QDir().mkpath(m_dir->filePath("out"));
+        return QDir(m_dir->filePath("out"));
+    }
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+};
+
+void tst_UnZipFile::walksTheEntries()
+{
+    UnZipFile zip;
+    QVERIFY(zip.open(archive("folders")));
+    QCOMPARE(zip.entryList(), QStringList({ "dir/", "dir/in.txt", "other/" }));
+    QVERIFY(zip.locateFile("dir/in.txt", 1));
+    QCOMPARE(zip.currentFileName(), QString("dir/in.txt"));
+    QVERIFY(!zip.locateFile("DIR/in.txt", 1));
+    QVERIFY(zip.locateFile("DIR/in.txt", 2));
+    QVERIFY(zip.gotoFirstFile() && zip.gotoNextFile() && zip.gotoNextFile());
+    QVERIFY(!zip.gotoNextFile());
+}
+
+void tst_UnZipFile::closedReaderDoesNothing()
+{
+    UnZipFile zip;
+    QVERIFY(!zip.open(m_dir->filePath("missing.zip")));
+    QVERIFY(zip.entryList().isEmpty());
+    QVERIFY(!zip.extractCurrentFile(m_dir->filePath("x")));
+    QVERIFY(!zip.currentFileDateTime().isValid());
+}
+
+void tst_UnZipFile::extractsOneFile()
+{
+    UnZipFile zip;
+    QVERIFY(zip.open(archive("simple")));
+    QVERIFY(zip.extractFile("a/x.txt", 1, m_dir->filePath("x.txt")));
+    QCOMPARE(ArchiveMaker::read(m_dir->filePath("x.txt")), QByteArray("x"));
+    QVERIFY(!zip.extractFile("nothing", 1, m_dir->filePath("y.txt")));
+}
+
+void tst_UnZipFile::extractAllMakesFoldersFromFolderEntries()
+{
+    UnZipFile zip;
+    QVERIFY(zip.open(archive("folders")));
+    QDir out = output();
+    LogCapture log;
+    QVERIFY(zip.extractAll(out));
+    QCOMPARE(ArchiveMaker::tree(out.path()), QStringList({ "dir/in.txt=in", "other/" }));
+    // The entries of the folders themselves fail to open, which does no harm.
+    QCOMPARE(log.count(QtCriticalMsg, "default", "UnZipFile::extractCurrentFile:Error opening:"), 2);
+}
+
+void tst_UnZipFile::extractAllRefusesEntriesThatLeaveTheFolder()
+{
+    UnZipFile zip;
+    QVERIFY(zip.open(archive("leaving")));
+    QDir out = output();
+    LogCapture log;
+    QVERIFY(zip.extractAll(out));
+    QCOMPARE(ArchiveMaker::tree(out.path()), QStringList({ "kept.txt=kept", "ok.txt=ok", "sub/" }));
+    QCOMPARE(log.count(QtCriticalMsg, "default", "Entry refused:"), 7);
+}
+
+void tst_UnZipFile::extractAllRefusesOverlappingEntries()
+{
+    UnZipFile zip;
+    QVERIFY(zip.open(archive("overlapping")));
+    QDir out = output();
+    LogCapture log;
+    QVERIFY(!zip.extractAll(out));
+    QCOMPARE(log.count(QtCriticalMsg, "default", "Overlapping entries:"), 1);
+    QVERIFY(ArchiveMaker::tree(out.path()).isEmpty());
+}
+
+void tst_UnZipFile::damagedEntryIsLoggedInTheDefaultCategory()
+{
+    UnZipFile zip;
+    QVERIFY(zip.open(archive("damaged")));
+    QDir out = output();
+    LogCapture log;
+    QVERIFY(zip.extractAll(out));
+    QCOMPARE(log.count(QtCriticalMsg, "default", "UnZipFile::extractCurrentFile - unzReadCurrentFile"), 1);
+    QCOMPARE(log.count(QtCriticalMsg, "default", "UnZipFile::extractCurrentFile:Extracting:"), 1);
+    QCOMPARE(ArchiveMaker::read(out.filePath("good.txt")), QByteArray("good"));
+}
+
+void tst_UnZipFile::datesAreCorrectedByADay()
+{
+    UnZipFile zip;
+    QVERIFY(zip.open(archive("days")));
+    QVERIFY(zip.gotoFirstFile());
+    QCOMPARE(zip.currentFileDateTime(), QDateTime(QDate(2024, 5, 18), QTime(10, 20, 30)));
+}
+
+TESSALINE_TEST_MAIN(tst_UnZipFile)
+#include "tst_UnZipFile.moc"

@@ -1,0 +1,645 @@
+#include "archives/ArchiveMaker.h"
+#include "archives/CentralDirectory.h"
+#include "archives/ZipFileInfo.h"
+#include "archives/ZipReader.h"
+#include "plugin/FileUtility.h"
+#include "support/IsolatedHome.h"
+#include "support/LogCapture.h"
+
+#include <QBuffer>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <cmath>
+
+namespace {
+
+const char category[] = "Zemrik.Tessaline.File";
+
+}
+
+class tst_ZipReader : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void opensLazilyAndStaysOpen();
+    void pathChangeClosesAndSignalsInOrder();
+    void pathMayBeginWithAVariable();
+    void missingArchiveWarnsOnce();
+    void unreadableArchiveSaysUnableToOpen();
+    void textOfAMissingArchiveIsCritical();
+    void caseSensitiveIsFalseAtTheStart();
+    void listsFilesInArchiveOrder();
+    void listsFoldersOnce_data();
+    void listsFoldersOnce();
+    void foldersOfNestedFileOnly();
+    void lookUpIsAlwaysCaseSensitive();
+    void infoOfAnEntry();
+    void infoOfAMissingEntryIsNullWithAWarning();
+    void readsTextUpToTheFirstNul();
+    void readsJsonObjects();
+    void missingTextIsCritical();
+    void extractsOneFileWithProgress();
+    void progressOfAnEmptyEntryIsNotANumber();
+    void extractFileFailuresAreCritical();
+    void extractReplacesAnExistingFile();
+    void extractAllWritesEverything();
+    void extractAllWithBaseTakesDirectFilesOnly();
+    void extractAllOfAFolderEntryMakesAnEmptyFile();
+    void extractAllOfAnEmptyArchiveStillCompletes();
+    void extractAllOfAMissingArchiveIsFalseAndSilent();
+    void datesReadOneDayLate();
+    void lastDayOfAMonthHasNoDate();
+    void damagedEntryEmitsErrorAndTheNextOneComesOut();
+    void wrongChecksumIsOnlyAWarning();
+    void hugeClaimedSizeAllocatesLittle();
+    void longNamesAreCutNotOverrun();
+    void nameEndsAtNul();
+    void truncatedDirectoryGivesWhatIsThere();
+    void entriesThatLeaveTheFolderAreRefused();
+    void symbolicLinkBelowTheFolderIsRefused();
+    void outputFolderItselfMayBeALink();
+    void overlappingEntriesAreRefused_data();
+    void overlappingEntriesAreRefused();
+    void prefixedArchiveIsNoOverlap();
+    void manyEntries();
+    void fullDiskIsAFailure();
+    void readsArchivesOfOtherTools_data();
+    void readsArchivesOfOtherTools();
+
+private:
+    QString archive(const QString &kind)
+    {
+        const QString path = m_dir->filePath(kind + ".zip");
+        if (!ArchiveMaker::make(kind, path))
+            qFatal("no archive %s", qPrintable(kind));
+        return path;
+    }
+    QString output()
+    {
+        QDir().mkpath(m_dir->filePath("out"));
+        return m_dir->filePath("out");
+    }
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+};
+
+void tst_ZipReader::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+}
+
+void tst_ZipReader::opensLazilyAndStaysOpen()
+{
+    ZipReader zip;
+    zip.setPath(archive("simple"));
+    QCOMPARE(zip.isOpen(), QString(QChar(0)));
+
+    QVERIFY(zip.exists("top.txt"));
+
+    QCOMPARE(zip.isOpen(), QString(QChar(1)));
+    zip.close();
+    QCOMPARE(zip.isOpen(), QString(QChar(0)));
+    QCOMPARE(zip.isOpen().length(), 1);
+}
+
+void tst_ZipReader::pathChangeClosesAndSignalsInOrder()
+{
+    ZipReader zip;
+    zip.setPath(archive("simple"));
+    zip.exists("top.txt");
+    QStringList order;
+    connect(&zip, &ZipReader::pathChanged, this, [&] { order << "path"; });
+    connect(&zip, &ZipReader::fileNamesChanged, this, [&] { order << "files"; });
+    connect(&zip, &ZipReader::folderNamesChanged, this, [&] { order << "folders"; });
+
+    zip.setPath(m_dir->filePath("simple.zip"));
+    QVERIFY(order.isEmpty());
+    zip.setPath(m_dir->filePath("other.zip"));
+
+    QCOMPARE(order, QStringList({ "path", "files", "folders" }));
+    QCOMPARE(zip.isOpen(), QString(QChar(0)));
+    order.clear();
+    zip.refresh();
+    QCOMPARE(order, QStringList({ "files", "folders" }));
+}
+
+void tst_ZipReader::pathMayBeginWithAVariable()
+{
+    FileUtility::setPathVariable("ZIPS", m_dir->path());
+    ZipReader zip;
+    zip.setPath("$ZIPS/x.zip");
+    QCOMPARE(zip.path(), m_dir->path() + "/x.zip");
+}
+
+void tst_ZipReader::missingArchiveWarnsOnce()
+{
+    ZipReader zip;
+    zip.setPath(m_dir->filePath("missing.zip"));
+    LogCapture log;
+
+    QVERIFY(zip.fileNames().isEmpty());
+
+    QCOMPARE(log.count(QtWarningMsg, category, "ZIP not open"), 1);
+    QCOMPARE(log.count(QtWarningMsg), 1);
+    log.clear();
+    QVERIFY(zip.folderNames().isEmpty());
+    QVERIFY(!zip.exists("a"));
+    QVERIFY(!zip.fileInfo("a"));
+    QVERIFY(!zip.extractFile("a", m_dir->filePath("a")));
+    QVERIFY(!zip.extractAll(output()));
+    QCOMPARE(log.count(QtWarningMsg, category, "ZIP not open"), 5);
+    QCOMPARE(log.count(QtCriticalMsg), 0);
+}
+
+void tst_ZipReader::unreadableArchiveSaysUnableToOpen()
+{
+    const QString path = m_dir->filePath("text.zip");
+    QVERIFY(ArchiveMaker::write(path, "this is no archive"));
+    ZipReader zip;
+    zip.setPath(path);
+    LogCapture log;
+
+    QVERIFY(!zip.exists("a"));
+
+    QCOMPARE(log.count(QtWarningMsg, category, "Unable to open:"), 1);
+    QCOMPARE(log.count(QtWarningMsg, category, "ZIP not open"), 1);
+}
+
+void tst_ZipReader::textOfAMissingArchiveIsCritical()
+{
+    ZipReader zip;
+    LogCapture log;
+    QVERIFY(zip.readTextFile("a").isEmpty());
+    QCOMPARE(log.count(QtCriticalMsg, category, "ZIP not open"), 1);
+    QCOMPARE(log.count(QtWarningMsg), 0);
+}
+
+void tst_ZipReader::caseSensitiveIsFalseAtTheStart()
+{
+    ZipReader zip;
+    QSignalSpy spy(&zip, &ZipReader::caseSensitiveChanged);
+    QVERIFY(!zip.caseSensitive());
+    zip.setCaseSensitive(false);
+    zip.setCaseSensitive(true);
+    QCOMPARE(spy.count(), 1);
+}
+
+void tst_ZipReader::listsFilesInArchiveOrder()
+{
+    ZipReader zip;
+    zip.setPath(archive("simple"));
+    QCOMPARE(zip.fileNames(),
+             QStringList({ "top.txt", "a/x.txt", "a/b/y.txt", "Über/ß.txt", "empty.txt" }));
+    zip.setPath(archive("folders"));
+    QCOMPARE(zip.fileNames(), QStringList("dir/in.txt"));
+}
+
+void tst_ZipReader::listsFoldersOnce_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<bool>("caseSensitive");
+    QTest::addColumn<QStringList>("folders");
+    QTest::newRow("top level is a dot") << "simple" << false << QStringList({ ".", "a", "a/b", "Über" });
+    QTest::newRow("folder entries") << "folders" << false << QStringList({ "dir", "other" });
+    QTest::newRow("case ignored") << "mixed_case" << false << QStringList("Data");
+    QTest::newRow("case kept") << "mixed_case" << true << QStringList({ "Data", "data" });
+}
+
+void tst_ZipReader::listsFoldersOnce()
+{
+    QFETCH(QString, kind);
+    QFETCH(bool, caseSensitive);
+    ZipReader zip;
+    zip.setPath(archive(kind));
+    zip.setCaseSensitive(caseSensitive);
+    QTEST(zip.folderNames(), "folders");
+}
+
+void tst_ZipReader::foldersOfNestedFileOnly()
+{
+    ZipReader zip;
+    zip.setPath(archive("nested"));
+    QCOMPARE(zip.fileNames(), QStringList("a/b.txt"));
+    QCOMPARE(zip.folderNames(), QStringList("a"));
+}
+
+void tst_ZipReader::lookUpIsAlwaysCaseSensitive()
+{
+    ZipReader zip;
+    zip.setPath(archive("simple"));
+    LogCapture log;
+    for (const bool caseSensitive : { false, true }) {
+        zip.setCaseSensitive(caseSensitive);
+        QVERIFY(zip.exists("top.txt"));
+        QVERIFY(!zip.exists("TOP.txt"));
+    }
+    QCOMPARE(log.count(QtDebugMsg, category, "File not found:"), 2);
+}
+
+void tst_ZipReader::infoOfAnEntry()
+{
+    ZipReader zip;
+    zip.setPath(archive("big"));
+    const std::unique_ptr<ZipFileInfo> info(zip.fileInfo("big.bin"));
+    QVERIFY(info && !info->parent());
+    QCOMPARE(info->filePath(), QString("big.bin"));
+    QCOMPARE(info->size(), 200000LL);
+    QVERIFY(info->compressedSize() > 0 && info->compressedSize() < 200000);
+    QCOMPARE(info->path(), QString("."));
+    QCOMPARE(info->fileName(), QString("big.bin"));
+    QCOMPARE(info->suffix(), QString("bin"));
+    const QByteArray crc = ArchiveMaker::run(
+            "python3", { "-c", "import zipfile,sys;print(zipfile.ZipFile(sys.argv[1]).getinfo('big.bin').CRC)",
+                         zip.path() });
+    QCOMPARE(QByteArray::number(qulonglong(info->crc())), crc.trimmed());
+
+    QSignalSpy spy(info.get(), &ZipFileInfo::filePathChanged);
+    info->setFilePath("big.bin", {});
+    QCOMPARE(info->size(), 200000LL);
+    info->setFilePath("a/new.txt", {});
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(info->size(), 0LL);
+    QCOMPARE(info->path(), QString("a"));
+}
+
+void tst_ZipReader::infoOfAMissingEntryIsNullWithAWarning()
+{
+    ZipReader zip;
+    zip.setPath(archive("nested"));
+    LogCapture log;
+    QVERIFY(!zip.fileInfo("nothing"));
+    QCOMPARE(log.count(QtWarningMsg, category, "File not found"), 1);
+}
+
+void tst_ZipReader::readsTextUpToTheFirstNul()
+{
+    ZipReader zip;
+    zip.setPath(archive("texts"));
+    QCOMPARE(zip.readTextFile("nul.txt"), QString("before"));
+    QCOMPARE(zip.readTextFile("stored.txt"), QString("stored"));
+}
+
+void tst_ZipReader::readsJsonObjects()
+{
+    ZipReader zip;
+    zip.setPath(archive("texts"));
+    QCOMPARE(zip.readJsonFile("object.json").value("a").toInt(), 1);
+    QVERIFY(zip.readJsonFile("object.json").contains("n"));
+    QVERIFY(zip.readJsonFile("array.json").isEmpty());
+}
+
+void tst_ZipReader::missingTextIsCritical()
+{
+    ZipReader zip;
+    zip.setPath(archive("texts"));
+    LogCapture log;
+    QVERIFY(zip.readTextFile("nothing").isNull());
+    QCOMPARE(log.count(QtCriticalMsg, category, "Unable to locate file"), 1);
+}
+
+void tst_ZipReader::extractsOneFileWithProgress()
+{
+    ZipReader zip;
+    zip.setPath(archive("chunks"));
+    const QString out = m_dir->filePath("chunks.bin");
+    QList<double> percents;
+    QStringList names;
+    connect(&zip, &ZipReader::progress, this, [&](const QString &name, const QString &path, double percent) {
+        names << name + '|' + path;
+        percents << percent;
+    });
+
+    QVERIFY(zip.extractFile("chunks.bin", out));
+
+    QCOMPARE(ArchiveMaker::read(out), QByteArray(10000, 'z'));
+    // One before each chunk, one at the end of the data, one when the file is done.
+    QCOMPARE(percents, QList<double>({ 0.0, 40.96, 81.92, 100.0, 100.0 }));
+    names.removeDuplicates();
+    QCOMPARE(names, QStringList("chunks.bin|" + out));
+}
+
+void tst_ZipReader::progressOfAnEmptyEntryIsNotANumber()
+{
+    ZipReader zip;
+    zip.setPath(archive("simple"));
+    QSignalSpy spy(&zip, &ZipReader::progress);
+    QVERIFY(zip.extractFile("empty.txt", m_dir->filePath("empty")));
+    QCOMPARE(spy.count(), 2);
+    QVERIFY(std::isnan(spy.at(0).at(2).toDouble()));
+    QCOMPARE(spy.at(1).at(2).toDouble(), 100.0);
+}
+
+void tst_ZipReader::extractFileFailuresAreCritical()
+{
+    ZipReader zip;
+    zip.setPath(archive("simple"));
+    LogCapture log;
+
+    QVERIFY(!zip.extractFile("nothing", m_dir->filePath("x")));
+    QCOMPARE(log.count(QtCriticalMsg, category, "Extracting:"), 1);
+    QVERIFY(!zip.extractFile("top.txt", m_dir->filePath("no/such/folder")));
+    QCOMPARE(log.count(QtCriticalMsg, category, "Error opening:"), 1);
+    QCOMPARE(log.count(QtCriticalMsg, category, "Extracting:"), 2);
+}
+
+void tst_ZipReader::extractReplacesAnExistingFile()
+{
+    ZipReader zip;
+    zip.setPath(archive("simple"));
+    const QString out = m_dir->filePath("top.txt");
+    QVERIFY(ArchiveMaker::write(out, "something longer than the entry"));
+    QVERIFY(zip.extractFile("top.txt", out));
+    QCOMPARE(ArchiveMaker::read(out), QByteArray("top"));
+}
+
+void tst_ZipReader::extractAllWritesEverything()
+{
+    ZipReader zip;
+    zip.setPath(archive("simple"));
+    QSignalSpy completed(&zip, &ZipReader::completed);
+
+    QVERIFY(zip.extractAll(output()));
+
+    QCOMPARE(completed.count(), 1);
+    QStringList expected({ "a/b/y.txt=y", "a/x.txt=x", "empty.txt=", "top.txt=top", "Über/ß.txt=umlaut" });
+    expected.sort();
+    QCOMPARE(ArchiveMaker::tree(output()), expected);
+}
+
+void tst_ZipReader::extractAllWithBaseTakesDirectFilesOnly()
+{
+    ZipReader zip;
+    zip.setPath(archive("simple"));
+    QVERIFY(zip.extractAll(output(), "a/"));
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList("x.txt=x"));
+
+    QVERIFY(QDir(output()).removeRecursively());
+    QVERIFY(zip.extractAll(output(), "A"));
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList("x.txt=x"));
+
+    QVERIFY(QDir(output()).removeRecursively());
+    zip.setCaseSensitive(true);
+    QVERIFY(zip.extractAll(output(), "A"));
+    QVERIFY(ArchiveMaker::tree(output()).isEmpty());
+}
+
+void tst_ZipReader::extractAllOfAFolderEntryMakesAnEmptyFile()
+{
+    ZipReader zip;
+    zip.setPath(archive("folders"));
+    LogCapture log;
+    QVERIFY(zip.extractAll(output()));
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList({ "dir=", "other=" }));
+    QCOMPARE(log.count(QtCriticalMsg, category, "Unable to create path:"), 1);
+}
+
+void tst_ZipReader::extractAllOfAnEmptyArchiveStillCompletes()
+{
+    ZipReader zip;
+    zip.setPath(archive("no_entries"));
+    QSignalSpy completed(&zip, &ZipReader::completed);
+    LogCapture log;
+    QVERIFY(zip.extractAll(output()));
+    QCOMPARE(completed.count(), 1);
+    QCOMPARE(log.count(QtCriticalMsg, category, "Error %d with zipfile in unzGoToFirstFile"), 1);
+}
+
+void tst_ZipReader::extractAllOfAMissingArchiveIsFalseAndSilent()
+{
+    ZipReader zip;
+    QSignalSpy completed(&zip, &ZipReader::completed);
+    LogCapture log;
+    QVERIFY(!zip.extractAll(output()));
+    QCOMPARE(completed.count(), 0);
+}
+
+void tst_ZipReader::datesReadOneDayLate()
+{
+    ZipReader zip;
+    zip.setPath(archive("days"));
+    const QDateTime expected(QDate(2024, 5, 18), QTime(10, 20, 30));
+    const std::unique_ptr<ZipFileInfo> info(zip.fileInfo("middle.txt"));
+    QCOMPARE(info->lastModified(), expected);
+
+    QVERIFY(zip.extractFile("middle.txt", m_dir->filePath("middle.txt")));
+    QCOMPARE(QFileInfo(m_dir->filePath("middle.txt")).lastModified(), expected);
+    QCOMPARE(QFileInfo(m_dir->filePath("middle.txt")).lastRead(), expected);
+}
+
+void tst_ZipReader::lastDayOfAMonthHasNoDate()
+{
+    ZipReader zip;
+    zip.setPath(archive("days"));
+    const std::unique_ptr<ZipFileInfo> info(zip.fileInfo("last.txt"));
+    QVERIFY(!info->lastModified().isValid());
+}
+
+void tst_ZipReader::damagedEntryEmitsErrorAndTheNextOneComesOut()
+{
+    ZipReader zip;
+    zip.setPath(archive("damaged"));
+    QSignalSpy errors(&zip, &ZipReader::error);
+    LogCapture log;
+
+    QVERIFY(zip.extractAll(output()));
+
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(errors.at(0).at(0).toString(), QString("bad.bin"));
+    QCOMPARE(errors.at(0).at(1).toString(), output() + "/bad.bin");
+    QVERIFY(errors.at(0).at(2).value<ZipReader::Result>() < 0);
+    QCOMPARE(log.count(QtCriticalMsg, category, "unzReadCurrentFile error:"), 1);
+    QCOMPARE(log.count(QtCriticalMsg, category, "Buffer size: 4096"), 1);
+    QCOMPARE(ArchiveMaker::read(output() + "/good.txt"), QByteArray("good"));
+    // What came before the damage is kept, in whole chunks.
+    const qint64 kept = QFileInfo(output() + "/bad.bin").size();
+    QVERIFY(kept > 0 && kept < 60000 && kept % 4096 == 0);
+
+    log.clear();
+    QVERIFY(zip.readTextFile("bad.bin").isEmpty());
+    QCOMPARE(log.count(QtCriticalMsg, category, "Size: 60000"), 1);
+}
+
+void tst_ZipReader::wrongChecksumIsOnlyAWarning()
+{
+    ZipReader zip;
+    zip.setPath(archive("wrong_crc"));
+    QSignalSpy errors(&zip, &ZipReader::error);
+    LogCapture log;
+    QVERIFY(zip.extractFile("crc.txt", m_dir->filePath("crc.txt")));
+    QCOMPARE(ArchiveMaker::read(m_dir->filePath("crc.txt")), QByteArray("content"));
+    QCOMPARE(errors.count(), 0);
+    QCOMPARE(log.count(QtWarningMsg, category, "unzCloseCurrentFile"), 1);
+    QCOMPARE(zip.readTextFile("crc.txt"), QString("content"));
+}
+
+void tst_ZipReader::hugeClaimedSizeAllocatesLittle()
+{
+    ZipReader zip;
+    zip.setPath(archive("huge_claim"));
+    LogCapture log;
+    QCOMPARE(zip.readTextFile("huge.txt"), QString("small"));
+    const std::unique_ptr<ZipFileInfo> info(zip.fileInfo("huge.txt"));
+    QCOMPARE(info->size(), 4294967280LL);
+}
+
+void tst_ZipReader::longNamesAreCutNotOverrun()
+{
+    ZipReader zip;
+    zip.setPath(archive("long_names"));
+    LogCapture log;
+    const QStringList names = zip.fileNames();
+    QCOMPARE(names.size(), 4);
+    QCOMPARE(names.at(0), QString(1023, 'n'));
+    QCOMPARE(names.at(1), QString(1024, 'm'));
+    QCOMPARE(names.at(2), QString(1024, 'k'));
+    QCOMPARE(names.at(3), QString("after.txt"));
+    QVERIFY(!zip.exists(names.at(0)));   // names of 256 bytes and more can't be looked up
+
+    QVERIFY(zip.extractAll(output()));
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList("after.txt=after"));
+}
+
+void tst_ZipReader::nameEndsAtNul()
+{
+    ZipReader zip;
+    zip.setPath(archive("nul_name"));
+    QCOMPARE(zip.fileNames(), QStringList("good"));
+}
+
+void tst_ZipReader::truncatedDirectoryGivesWhatIsThere()
+{
+    ZipReader zip;
+    zip.setPath(archive("truncated"));
+    LogCapture log;
+    QCOMPARE(zip.fileNames(), QStringList("a.txt"));
+    QCOMPARE(log.count(QtCriticalMsg, category, "Error %d with zipfile in unzGoToNextFile"), 1);
+    QVERIFY(zip.extractAll(output()));
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList("a.txt=data"));
+}
+
+void tst_ZipReader::entriesThatLeaveTheFolderAreRefused()
+{
+    ZipReader zip;
+    zip.setPath(archive("leaving"));
+    LogCapture log;
+    QVERIFY(zip.extractAll(output()));
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList({ "kept.txt=kept", "ok.txt=ok" }));
+    QCOMPARE(log.count(QtCriticalMsg, category, "Entry refused:"), 7);
+    QCOMPARE(ArchiveMaker::tree(m_dir->path()).filter("up").size(), 0);
+    QVERIFY(!QFileInfo::exists("/abs.txt"));
+}
+
+void tst_ZipReader::symbolicLinkBelowTheFolderIsRefused()
+{
+    const QString outside = m_dir->filePath("outside");
+    QVERIFY(QDir().mkpath(outside));
+    QVERIFY(QFile::link(outside, output() + "/link"));
+    QVERIFY(QFile::link(outside + "/target", output() + "/plain.txt"));
+    ZipReader zip;
+    zip.setPath(archive("link_planted"));
+    LogCapture log;
+
+    QVERIFY(zip.extractAll(output()));
+
+    QCOMPARE(log.count(QtCriticalMsg, category, "symbolic link"), 2);
+    QVERIFY(QDir(outside).isEmpty());
+}
+
+void tst_ZipReader::outputFolderItselfMayBeALink()
+{
+    const QString link = m_dir->filePath("linked");
+    QVERIFY(QFile::link(output(), link));
+    ZipReader zip;
+    zip.setPath(archive("nested"));
+    QVERIFY(zip.extractAll(link));
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList("a/b.txt=b"));
+}
+
+void tst_ZipReader::overlappingEntriesAreRefused_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("300 entries over the same bytes") << "overlapping";
+    QTest::newRow("offsets in zip64 fields") << "overlapping_zip64";
+}
+
+void tst_ZipReader::overlappingEntriesAreRefused()
+{
+    QFETCH(QString, kind);
+    ZipReader zip;
+    zip.setPath(archive(kind));
+    QSignalSpy completed(&zip, &ZipReader::completed);
+    QVERIFY(zip.fileNames().size() >= 2);   // listing is not affected
+    QVERIFY(zip.exists(zip.fileNames().at(1)));
+    LogCapture log;
+
+    QVERIFY(zip.extractAll(output()));
+
+    QCOMPARE(log.count(QtCriticalMsg, category, "Overlapping entries:"), 1);
+    QCOMPARE(completed.count(), 1);
+    QVERIFY(ArchiveMaker::tree(output()).isEmpty());
+}
+
+void tst_ZipReader::prefixedArchiveIsNoOverlap()
+{
+    ZipReader zip;
+    zip.setPath(archive("prefixed"));
+    QVERIFY(zip.extractAll(output()));
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList({ "a.txt=data", "b.txt=data" }));
+
+    QBuffer nothing;
+    QVERIFY(nothing.open(QIODevice::ReadOnly));
+    QVERIFY(!CentralDirectory::hasOverlappingEntries(nothing));
+}
+
+void tst_ZipReader::manyEntries()
+{
+    ZipReader zip;
+    zip.setPath(archive("70000"));   // past the 65,535 of the plain directory
+    QCOMPARE(zip.fileNames().size(), 70000);
+    QCOMPARE(zip.folderNames().size(), 100);
+}
+
+void tst_ZipReader::fullDiskIsAFailure()
+{
+    ZipReader zip;
+    zip.setPath(archive("big"));
+    LogCapture log;
+    QVERIFY(!zip.extractFile("big.bin", "/dev/full"));
+    QCOMPARE(log.count(QtCriticalMsg, category, "Error writing:"), 1);
+}
+
+void tst_ZipReader::readsArchivesOfOtherTools_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("Info-ZIP") << "zip" << QStringList({ "-qr", "../made.zip", "." });
+    QTest::newRow("bsdtar") << "bsdtar" << QStringList({ "--format=zip", "-cf", "../made.zip", "a.txt", "sub" });
+    QTest::newRow("Python") << "python3" << QStringList({ "-m", "zipfile", "-c", "../made.zip", "a.txt", "sub" });
+}
+
+void tst_ZipReader::readsArchivesOfOtherTools()
+{
+    QFETCH(QString, program);
+    QFETCH(QStringList, arguments);
+    const QString in = m_dir->filePath("in");
+    QVERIFY(QDir().mkpath(in + "/sub"));
+    QVERIFY(ArchiveMaker::write(in + "/a.txt", QByteArray(100000, 'a')));
+    QVERIFY(ArchiveMaker::write(in + "/sub/ü.txt", "u"));
+    QVERIFY(!ArchiveMaker::run(program, arguments, in).isNull());
+
+    ZipReader zip;
+    zip.setPath(m_dir->filePath("made.zip"));
+    QStringList names = zip.fileNames();
+    names.sort();
+    QCOMPARE(names, QStringList({ "a.txt", "sub/ü.txt" }));
+    QCOMPARE(zip.readTextFile("sub/ü.txt"), QString("u"));
+    QVERIFY(zip.extractFile("a.txt", m_dir->filePath("a.out")));
+    QCOMPARE(ArchiveMaker::read(m_dir->filePath("a.out")), QByteArray(100000, 'a'));
+}
+
+TESSALINE_TEST_MAIN(tst_ZipReader)
+#include "tst_ZipReader.moc"
