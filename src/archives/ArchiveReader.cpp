@@ -42,6 +42,11 @@ bool passesSymbolicLink(const QDir &folder, const QString &cleanName)
 
 } // namespace
 
+void ArchiveReader::Closer::operator()(void *file) const
+{
+    unzClose(file);
+}
+
 bool ArchiveReader::open(const QString &path)
 {
     m_file.reset(unzOpen64(path.toLocal8Bit().constData()));

@@ -57,9 +57,9 @@ public:
     static QString refusal(const QDir &folder, const QString &name);
 
 private:
-    struct Closer
+    struct TESSALINE_EXPORT Closer
     {
-        void operator()(void *file) const { unzClose(file); }
+        void operator()(void *file) const;
     };
 
     Extraction copyData(QIODevice &output, quint64 size, int chunkSize,

@@ -1,5 +1,8 @@
 #include "plugin/TessalinePlugin.h"
 
+#include "archives/ZipFileInfo.h"
+#include "archives/ZipReader.h"
+#include "archives/ZipWriter.h"
 #include "catalogue/App.h"
 #include "catalogue/AppDependency.h"
 #include "catalogue/AppInfo.h"
@@ -18,9 +21,6 @@
 #include "plugin/Device.h"
 #include "plugin/Environment.h"
 #include "plugin/PropertySet.h"
-#include "archives/ZipFileInfo.h"
-#include "archives/ZipReader.h"
-#include "archives/ZipWriter.h"
 #include "plugin/StandardPaths.h"
 #include "plugin/StorageInfo.h"
 #include "plugin/Tessaline.h"

@@ -8,9 +8,9 @@ namespace ArchiveMaker {
 
 bool make(const QString &kind, const QString &path)
 {
-    const QString script =
-            QString::fromLocal8Bit(qgetenv("TESSALINE_SOURCE_DIR")) + "/tests/archives/data/make_archive.py";
-    return !run("python3", { script, kind, path }).isNull();
+    const QString script = QString::fromLocal8Bit(qgetenv("TESSALINE_SOURCE_DIR"))
+                           + "/tests/archives/data/make_archive.py";
+    return !run("python3", {script, kind, path}).isNull();
 }
 
 QByteArray run(const QString &program, const QStringList &arguments, const QString &folder)
@@ -21,7 +21,8 @@ QByteArray run(const QString &program, const QStringList &arguments, const QStri
     process.start(program, arguments);
     if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit
         || process.exitCode() != 0) {
-        qWarning() << program << arguments << process.errorString() << process.readAllStandardError();
+        qWarning() << program << arguments << process.errorString()
+                   << process.readAllStandardError();
         return QByteArray();
     }
     const QByteArray output = process.readAllStandardOutput();
@@ -44,7 +45,8 @@ QStringList tree(const QString &folder)
 {
     QStringList list;
     const QDir top(folder);
-    QDirIterator entries(folder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+    QDirIterator entries(folder,
+                         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
                          QDirIterator::Subdirectories);
     while (entries.hasNext()) {
         const QString path = entries.next();
@@ -58,4 +60,4 @@ QStringList tree(const QString &folder)
     return list;
 }
 
-}
+} // namespace ArchiveMaker

@@ -18,7 +18,8 @@ QByteArray run(const QString &program, const QStringList &arguments, const QStri
 bool write(const QString &path, const QByteArray &bytes);
 QByteArray read(const QString &path);
 
-// Every file below the folder as "relative/path=content", sorted; folders that are empty as "path/".
+// Every file below the folder as "relative/path=content", sorted; folders that are empty as
+// "path/".
 QStringList tree(const QString &folder);
 
-}
+} // namespace ArchiveMaker

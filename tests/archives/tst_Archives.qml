@@ -9,10 +9,16 @@ TestCase {
 
     property string folder
 
+    // One deflated entry, "bad.bin", whose data are of a block type that doesn't exist.
+    readonly property string damagedArchive: "504b03041400000008000000b158afdae09a0c00000008000000070000006261642e62696e070707070707070707"
+        + "070707504b010214001400000008000000b158afdae09a0c00000008000000070000000000000000000000000000"
+        + "0000006261642e62696e504b0506000000000100010035000000310000000000"
+
     Component { id: readerComponent; ZipReader {} }
     Component { id: writerComponent; ZipWriter {} }
     Component { id: infoComponent; ZipFileInfo {} }
     SignalSpy { id: progressSpy; signalName: "progress" }
+    SignalSpy { id: errorSpy; signalName: "error" }
     SignalSpy { id: completedSpy; signalName: "completed" }
 
     function init() {
@@ -85,6 +91,19 @@ TestCase {
         verify(reader.extractAll(folder + "/base", "sub"));
         compare(TestSupport.readText(folder + "/base/b.json"), '{"n": 5}');
         verify(!TestSupport.exists(folder + "/base/a.txt"));
+    }
+
+    function test_errorTellsTheResult() {
+        TestSupport.writeHex(folder + "/bad.zip", damagedArchive);
+        const reader = createTemporaryObject(readerComponent, testCase, { path: folder + "/bad.zip" });
+        errorSpy.target = reader;
+        let handled = 0;
+        reader.error.connect((fileName, outputFileName, result) => { handled = result; });
+        verify(reader.extractAll(folder + "/bad"));
+        compare(errorSpy.count, 1);
+        compare(errorSpy.signalArguments[0][0], "bad.bin");
+        compare(errorSpy.signalArguments[0][1], folder + "/bad/bad.bin");
+        compare(handled, -3);
     }
 
     function test_emptyInfoCanBeMade() {

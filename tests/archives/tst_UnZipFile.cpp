@@ -42,7 +42,7 @@ void tst_UnZipFile::walksTheEntries()
 {
     UnZipFile zip;
     QVERIFY(zip.open(archive("folders")));
-    QCOMPARE(zip.entryList(), QStringList({ "dir/", "dir/in.txt", "other/" }));
+    QCOMPARE(zip.entryList(), QStringList({"dir/", "dir/in.txt", "other/"}));
     QVERIFY(zip.locateFile("dir/in.txt", 1));
     QCOMPARE(zip.currentFileName(), QString("dir/in.txt"));
     QVERIFY(!zip.locateFile("DIR/in.txt", 1));
@@ -76,9 +76,10 @@ void tst_UnZipFile::extractAllMakesFoldersFromFolderEntries()
     QDir out = output();
     LogCapture log;
     QVERIFY(zip.extractAll(out));
-    QCOMPARE(ArchiveMaker::tree(out.path()), QStringList({ "dir/in.txt=in", "other/" }));
+    QCOMPARE(ArchiveMaker::tree(out.path()), QStringList({"dir/in.txt=in", "other/"}));
     // The entries of the folders themselves fail to open, which does no harm.
-    QCOMPARE(log.count(QtCriticalMsg, "default", "UnZipFile::extractCurrentFile:Error opening:"), 2);
+    QCOMPARE(log.count(QtCriticalMsg, "default", "UnZipFile::extractCurrentFile:Error opening:"),
+             2);
 }
 
 void tst_UnZipFile::extractAllRefusesEntriesThatLeaveTheFolder()
@@ -88,7 +89,7 @@ void tst_UnZipFile::extractAllRefusesEntriesThatLeaveTheFolder()
     QDir out = output();
     LogCapture log;
     QVERIFY(zip.extractAll(out));
-    QCOMPARE(ArchiveMaker::tree(out.path()), QStringList({ "kept.txt=kept", "ok.txt=ok", "sub/" }));
+    QCOMPARE(ArchiveMaker::tree(out.path()), QStringList({"kept.txt=kept", "ok.txt=ok", "sub/"}));
     QCOMPARE(log.count(QtCriticalMsg, "default", "Entry refused:"), 7);
 }
 
@@ -110,7 +111,9 @@ void tst_UnZipFile::damagedEntryIsLoggedInTheDefaultCategory()
     QDir out = output();
     LogCapture log;
     QVERIFY(zip.extractAll(out));
-    QCOMPARE(log.count(QtCriticalMsg, "default", "UnZipFile::extractCurrentFile - unzReadCurrentFile"), 1);
+    QCOMPARE(
+        log.count(QtCriticalMsg, "default", "UnZipFile::extractCurrentFile - unzReadCurrentFile"),
+        1);
     QCOMPARE(log.count(QtCriticalMsg, "default", "UnZipFile::extractCurrentFile:Extracting:"), 1);
     QCOMPARE(ArchiveMaker::read(out.filePath("good.txt")), QByteArray("good"));
 }

@@ -120,11 +120,11 @@ void tst_ZipReader::pathChangeClosesAndSignalsInOrder()
     QVERIFY(order.isEmpty());
     zip.setPath(m_dir->filePath("other.zip"));
 
-    QCOMPARE(order, QStringList({ "path", "files", "folders" }));
+    QCOMPARE(order, QStringList({"path", "files", "folders"}));
     QCOMPARE(zip.isOpen(), QString(QChar(0)));
     order.clear();
     zip.refresh();
-    QCOMPARE(order, QStringList({ "files", "folders" }));
+    QCOMPARE(order, QStringList({"files", "folders"}));
 }
 
 void tst_ZipReader::pathMayBeginWithAVariable()
@@ -193,7 +193,7 @@ void tst_ZipReader::listsFilesInArchiveOrder()
     ZipReader zip;
     zip.setPath(archive("simple"));
     QCOMPARE(zip.fileNames(),
-             QStringList({ "top.txt", "a/x.txt", "a/b/y.txt", "Über/ß.txt", "empty.txt" }));
+             QStringList({"top.txt", "a/x.txt", "a/b/y.txt", "Über/ß.txt", "empty.txt"}));
     zip.setPath(archive("folders"));
     QCOMPARE(zip.fileNames(), QStringList("dir/in.txt"));
 }
@@ -203,10 +203,11 @@ void tst_ZipReader::listsFoldersOnce_data()
     QTest::addColumn<QString>("kind");
     QTest::addColumn<bool>("caseSensitive");
     QTest::addColumn<QStringList>("folders");
-    QTest::newRow("top level is a dot") << "simple" << false << QStringList({ ".", "a", "a/b", "Über" });
-    QTest::newRow("folder entries") << "folders" << false << QStringList({ "dir", "other" });
+    QTest::newRow("top level is a dot")
+        << "simple" << false << QStringList({".", "a", "a/b", "Über"});
+    QTest::newRow("folder entries") << "folders" << false << QStringList({"dir", "other"});
     QTest::newRow("case ignored") << "mixed_case" << false << QStringList("Data");
-    QTest::newRow("case kept") << "mixed_case" << true << QStringList({ "Data", "data" });
+    QTest::newRow("case kept") << "mixed_case" << true << QStringList({"Data", "data"});
 }
 
 void tst_ZipReader::listsFoldersOnce()
@@ -232,7 +233,7 @@ void tst_ZipReader::lookUpIsAlwaysCaseSensitive()
     ZipReader zip;
     zip.setPath(archive("simple"));
     LogCapture log;
-    for (const bool caseSensitive : { false, true }) {
+    for (const bool caseSensitive : {false, true}) {
         zip.setCaseSensitive(caseSensitive);
         QVERIFY(zip.exists("top.txt"));
         QVERIFY(!zip.exists("TOP.txt"));
@@ -253,8 +254,9 @@ void tst_ZipReader::infoOfAnEntry()
     QCOMPARE(info->fileName(), QString("big.bin"));
     QCOMPARE(info->suffix(), QString("bin"));
     const QByteArray crc = ArchiveMaker::run(
-            "python3", { "-c", "import zipfile,sys;print(zipfile.ZipFile(sys.argv[1]).getinfo('big.bin').CRC)",
-                         zip.path() });
+        "python3",
+        {"-c", "import zipfile,sys;print(zipfile.ZipFile(sys.argv[1]).getinfo('big.bin').CRC)",
+         zip.path()});
     QCOMPARE(QByteArray::number(qulonglong(info->crc())), crc.trimmed());
 
     QSignalSpy spy(info.get(), &ZipFileInfo::filePathChanged);
@@ -308,16 +310,17 @@ void tst_ZipReader::extractsOneFileWithProgress()
     const QString out = m_dir->filePath("chunks.bin");
     QList<double> percents;
     QStringList names;
-    connect(&zip, &ZipReader::progress, this, [&](const QString &name, const QString &path, double percent) {
-        names << name + '|' + path;
-        percents << percent;
-    });
+    connect(&zip, &ZipReader::progress, this,
+            [&](const QString &name, const QString &path, double percent) {
+                names << name + '|' + path;
+                percents << percent;
+            });
 
     QVERIFY(zip.extractFile("chunks.bin", out));
 
     QCOMPARE(ArchiveMaker::read(out), QByteArray(10000, 'z'));
     // One before each chunk, one at the end of the data, one when the file is done.
-    QCOMPARE(percents, QList<double>({ 0.0, 40.96, 81.92, 100.0, 100.0 }));
+    QCOMPARE(percents, QList<double>({0.0, 40.96, 81.92, 100.0, 100.0}));
     names.removeDuplicates();
     QCOMPARE(names, QStringList("chunks.bin|" + out));
 }
@@ -365,7 +368,8 @@ void tst_ZipReader::extractAllWritesEverything()
     QVERIFY(zip.extractAll(output()));
 
     QCOMPARE(completed.count(), 1);
-    QStringList expected({ "a/b/y.txt=y", "a/x.txt=x", "empty.txt=", "top.txt=top", "Über/ß.txt=umlaut" });
+    QStringList expected(
+        {"a/b/y.txt=y", "a/x.txt=x", "empty.txt=", "top.txt=top", "Über/ß.txt=umlaut"});
     expected.sort();
     QCOMPARE(ArchiveMaker::tree(output()), expected);
 }
@@ -393,7 +397,7 @@ void tst_ZipReader::extractAllOfAFolderEntryMakesAnEmptyFile()
     zip.setPath(archive("folders"));
     LogCapture log;
     QVERIFY(zip.extractAll(output()));
-    QCOMPARE(ArchiveMaker::tree(output()), QStringList({ "dir=", "other=" }));
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList({"dir=", "other="}));
     QCOMPARE(log.count(QtCriticalMsg, category, "Unable to create path:"), 1);
 }
 
@@ -443,6 +447,9 @@ void tst_ZipReader::damagedEntryEmitsErrorAndTheNextOneComesOut()
     ZipReader zip;
     zip.setPath(archive("damaged"));
     QSignalSpy errors(&zip, &ZipReader::error);
+    ZipReader::Result result = ZipReader::EndOfFile;
+    connect(&zip, &ZipReader::error, this,
+            [&](const QString &, const QString &, ZipReader::Result code) { result = code; });
     LogCapture log;
 
     QVERIFY(zip.extractAll(output()));
@@ -450,7 +457,7 @@ void tst_ZipReader::damagedEntryEmitsErrorAndTheNextOneComesOut()
     QCOMPARE(errors.count(), 1);
     QCOMPARE(errors.at(0).at(0).toString(), QString("bad.bin"));
     QCOMPARE(errors.at(0).at(1).toString(), output() + "/bad.bin");
-    QVERIFY(errors.at(0).at(2).value<ZipReader::Result>() < 0);
+    QCOMPARE(int(result), -3);   // zlib's own code for damaged data
     QCOMPARE(log.count(QtCriticalMsg, category, "unzReadCurrentFile error:"), 1);
     QCOMPARE(log.count(QtCriticalMsg, category, "Buffer size: 4096"), 1);
     QCOMPARE(ArchiveMaker::read(output() + "/good.txt"), QByteArray("good"));
@@ -497,7 +504,7 @@ void tst_ZipReader::longNamesAreCutNotOverrun()
     QCOMPARE(names.at(1), QString(1024, 'm'));
     QCOMPARE(names.at(2), QString(1024, 'k'));
     QCOMPARE(names.at(3), QString("after.txt"));
-    QVERIFY(!zip.exists(names.at(0)));   // names of 256 bytes and more can't be looked up
+    QVERIFY(!zip.exists(names.at(0))); // names of 256 bytes and more can't be looked up
 
     QVERIFY(zip.extractAll(output()));
     QCOMPARE(ArchiveMaker::tree(output()), QStringList("after.txt=after"));
@@ -527,7 +534,7 @@ void tst_ZipReader::entriesThatLeaveTheFolderAreRefused()
     zip.setPath(archive("leaving"));
     LogCapture log;
     QVERIFY(zip.extractAll(output()));
-    QCOMPARE(ArchiveMaker::tree(output()), QStringList({ "kept.txt=kept", "ok.txt=ok" }));
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList({"kept.txt=kept", "ok.txt=ok"}));
     QCOMPARE(log.count(QtCriticalMsg, category, "Entry refused:"), 7);
     QCOMPARE(ArchiveMaker::tree(m_dir->path()).filter("up").size(), 0);
     QVERIFY(!QFileInfo::exists("/abs.txt"));
@@ -572,7 +579,7 @@ void tst_ZipReader::overlappingEntriesAreRefused()
     ZipReader zip;
     zip.setPath(archive(kind));
     QSignalSpy completed(&zip, &ZipReader::completed);
-    QVERIFY(zip.fileNames().size() >= 2);   // listing is not affected
+    QVERIFY(zip.fileNames().size() >= 2); // listing is not affected
     QVERIFY(zip.exists(zip.fileNames().at(1)));
     LogCapture log;
 
@@ -588,7 +595,7 @@ void tst_ZipReader::prefixedArchiveIsNoOverlap()
     ZipReader zip;
     zip.setPath(archive("prefixed"));
     QVERIFY(zip.extractAll(output()));
-    QCOMPARE(ArchiveMaker::tree(output()), QStringList({ "a.txt=data", "b.txt=data" }));
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList({"a.txt=data", "b.txt=data"}));
 
     QBuffer nothing;
     QVERIFY(nothing.open(QIODevice::ReadOnly));
@@ -598,7 +605,7 @@ void tst_ZipReader::prefixedArchiveIsNoOverlap()
 void tst_ZipReader::manyEntries()
 {
     ZipReader zip;
-    zip.setPath(archive("70000"));   // past the 65,535 of the plain directory
+    zip.setPath(archive("many")); // past the 65,535 of the plain directory
     QCOMPARE(zip.fileNames().size(), 70000);
     QCOMPARE(zip.folderNames().size(), 100);
 }
@@ -616,9 +623,11 @@ void tst_ZipReader::readsArchivesOfOtherTools_data()
 {
     QTest::addColumn<QString>("program");
     QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("Info-ZIP") << "zip" << QStringList({ "-qr", "../made.zip", "." });
-    QTest::newRow("bsdtar") << "bsdtar" << QStringList({ "--format=zip", "-cf", "../made.zip", "a.txt", "sub" });
-    QTest::newRow("Python") << "python3" << QStringList({ "-m", "zipfile", "-c", "../made.zip", "a.txt", "sub" });
+    QTest::newRow("Info-ZIP") << "zip" << QStringList({"-qr", "../made.zip", "."});
+    QTest::newRow("bsdtar") << "bsdtar"
+                            << QStringList({"--format=zip", "-cf", "../made.zip", "a.txt", "sub"});
+    QTest::newRow("Python") << "python3"
+                            << QStringList({"-m", "zipfile", "-c", "../made.zip", "a.txt", "sub"});
 }
 
 void tst_ZipReader::readsArchivesOfOtherTools()
@@ -635,7 +644,7 @@ void tst_ZipReader::readsArchivesOfOtherTools()
     zip.setPath(m_dir->filePath("made.zip"));
     QStringList names = zip.fileNames();
     names.sort();
-    QCOMPARE(names, QStringList({ "a.txt", "sub/ü.txt" }));
+    QCOMPARE(names, QStringList({"a.txt", "sub/ü.txt"}));
     QCOMPARE(zip.readTextFile("sub/ü.txt"), QString("u"));
     QVERIFY(zip.extractFile("a.txt", m_dir->filePath("a.out")));
     QCOMPARE(ArchiveMaker::read(m_dir->filePath("a.out")), QByteArray(100000, 'a'));

@@ -14,15 +14,16 @@ namespace {
 const char category[] = "Zemrik.Tessaline.File";
 
 // Prints "name|comment|year-month-day h:m:s|content" for each entry, and the archive's own comment.
-const char listing[] = "import sys, zipfile\n"
-                       "z = zipfile.ZipFile(sys.argv[1])\n"
-                       "for i in z.infolist():\n"
-                       "    d = i.date_time\n"
-                       "    print('%s|%s|%d-%d-%d %d:%d:%d|%s' % ((i.filename, i.comment.decode()) + d "
-                       "+ (z.read(i).decode(),)))\n"
-                       "print('comment=' + z.comment.decode())\n";
+const char listing[] =
+    "import sys, zipfile\n"
+    "z = zipfile.ZipFile(sys.argv[1])\n"
+    "for i in z.infolist():\n"
+    "    d = i.date_time\n"
+    "    print('%s|%s|%d-%d-%d %d:%d:%d|%s' % ((i.filename, i.comment.decode()) + d "
+    "+ (z.read(i).decode(),)))\n"
+    "print('comment=' + z.comment.decode())\n";
 
-}
+} // namespace
 
 class tst_ZipWriter : public QObject
 {
@@ -63,7 +64,7 @@ private:
     }
     QStringList listed()
     {
-        const QByteArray out = ArchiveMaker::run("python3", { "-c", listing, m_zip });
+        const QByteArray out = ArchiveMaker::run("python3", {"-c", listing, m_zip});
         return QString::fromUtf8(out).split('\n', Qt::SkipEmptyParts);
     }
 
@@ -119,7 +120,7 @@ void tst_ZipWriter::firstOfAMonthIsDayZero()
 
 void tst_ZipWriter::ownReaderRestoresTheDate()
 {
-    for (const QDate day : { QDate(2024, 5, 17), QDate(2024, 6, 1), QDate(2024, 12, 31) }) {
+    for (const QDate day : {QDate(2024, 5, 17), QDate(2024, 6, 1), QDate(2024, 12, 31)}) {
         const QDateTime time(day, QTime(10, 20, 30));
         ZipWriter writer;
         writer.setPath(m_zip);
@@ -198,7 +199,7 @@ void tst_ZipWriter::unopenableSourceIsCritical()
     ZipWriter zip;
     zip.setPath(m_zip);
     LogCapture log;
-    QVERIFY(!zip.addFile(m_dir->path()));   // a folder
+    QVERIFY(!zip.addFile(m_dir->path())); // a folder
     QCOMPARE(log.count(QtCriticalMsg, category, "Error opening:"), 1);
 }
 
@@ -233,7 +234,7 @@ void tst_ZipWriter::addFilesGoesOnAfterAFailure()
     ZipWriter zip;
     zip.setPath(m_zip);
     LogCapture log;
-    QVERIFY(zip.zwAddFiles(QDir(m_dir->filePath("in")), { "a.txt", "missing", "sub/b.txt" }));
+    QVERIFY(zip.zwAddFiles(QDir(m_dir->filePath("in")), {"a.txt", "missing", "sub/b.txt"}));
     QCOMPARE(log.count(QtDebugMsg, category, "ZIP source dir:"), 1);
     QCOMPARE(log.count(QtCriticalMsg, category, "Error adding:"), 1);
     QCOMPARE(listed().size(), 3);
@@ -248,7 +249,7 @@ void tst_ZipWriter::addFilesMatchesOneCallEach()
     ZipWriter together;
     together.setPath(m_zip);
     QSignalSpy togetherSpy(&together, &ZipWriter::pathChanged);
-    QVERIFY(together.zwAddFiles(in, { "a.txt", "b.txt" }));
+    QVERIFY(together.zwAddFiles(in, {"a.txt", "b.txt"}));
 
     ZipWriter apart;
     apart.setPath(m_dir->filePath("apart.zip"));
@@ -265,9 +266,9 @@ void tst_ZipWriter::otherToolsReadTheResult_data()
 {
     QTest::addColumn<QString>("program");
     QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("unzip") << "unzip" << QStringList({ "-q", "made.zip", "-d", "out" });
-    QTest::newRow("bsdtar") << "bsdtar" << QStringList({ "-xf", "made.zip", "-C", "out" });
-    QTest::newRow("Python") << "python3" << QStringList({ "-m", "zipfile", "-e", "made.zip", "out" });
+    QTest::newRow("unzip") << "unzip" << QStringList({"-q", "made.zip", "-d", "out"});
+    QTest::newRow("bsdtar") << "bsdtar" << QStringList({"-xf", "made.zip", "-C", "out"});
+    QTest::newRow("Python") << "python3" << QStringList({"-m", "zipfile", "-e", "made.zip", "out"});
 }
 
 void tst_ZipWriter::otherToolsReadTheResult()
@@ -284,7 +285,7 @@ void tst_ZipWriter::otherToolsReadTheResult()
     QVERIFY(!ArchiveMaker::run(program, arguments, m_dir->path()).isNull());
 
     const QStringList tree = ArchiveMaker::tree(m_dir->filePath("out"));
-    QCOMPARE(tree, QStringList({ "b.txt=" + QString(100000, 'b'), "empty.txt=", "sub/a.txt=1" }));
+    QCOMPARE(tree, QStringList({"b.txt=" + QString(100000, 'b'), "empty.txt=", "sub/a.txt=1"}));
 }
 
 void tst_ZipWriter::fullDiskIsAFailure()

@@ -1,0 +1,216 @@
+#!/usr/bin/env python3
+"""Usage: make_archive.py KIND FILE. Writes one archive for the tests; see the functions below.
+
+The functions that begin with "raw_" write, byte by
+byte, what no tool would.
+"""
+import struct
+import sys
+import zipfile
+import zlib
+
+DATE = (2024, 5, 17, 10, 20, 30)
+DOS_DATE = (44 << 9) | (5 << 5) | 17
+
+
+def entry(archive, name, data, date=DATE, method=zipfile.ZIP_DEFLATED):
+    info = zipfile.ZipInfo(name, date)
+    info.compress_type = method
+    info.external_attr = 0o644 << 16
+    archive.writestr(info, data)
+
+
+def simple(archive):
+    entry(archive, "top.txt", "top")
+    entry(archive, "a/x.txt", "x")
+    entry(archive, "a/b/y.txt", "y")
+    entry(archive, "Über/ß.txt", "umlaut")
+    entry(archive, "empty.txt", "")
+
+
+def nested(archive):
+    entry(archive, "a/b.txt", "b")
+
+
+def folders(archive):
+    entry(archive, "dir/", "")
+    entry(archive, "dir/in.txt", "in")
+    entry(archive, "other/", "")
+
+
+def mixed_case(archive):
+    entry(archive, "Data/a.txt", "1")
+    entry(archive, "data/b.txt", "2")
+
+
+def big(archive):
+    entry(archive, "big.bin", bytes(i * 7 % 251 for i in range(200000)))
+
+
+def chunks(archive):
+    entry(archive, "chunks.bin", b"z" * 10000)
+
+
+def texts(archive):
+    entry(archive, "nul.txt", b"before\0after")
+    entry(archive, "object.json", b'{"a": 1, "n": null}')
+    entry(archive, "array.json", b"[1]")
+    entry(archive, "stored.txt", b"stored", method=zipfile.ZIP_STORED)
+
+
+def days(archive):
+    entry(archive, "middle.txt", "m")
+    entry(archive, "last.txt", "l", (2024, 5, 31, 10, 20, 30))
+
+
+def leaving(archive):
+    """Seven entries that would be written elsewhere, among two good ones."""
+    entry(archive, "ok.txt", "ok")
+    for name in ("/abs.txt", "../up.txt", "a/../../up2.txt", "C:/drive.txt", ":x", "a/../..", ".."):
+        entry(archive, name, "evil")
+    entry(archive, "sub/../kept.txt", "kept")
+
+
+def link_planted(archive):
+    """For a folder in which "link" and "plain.txt" are symbolic links already."""
+    entry(archive, "link/inside.txt", "evil")
+    entry(archive, "plain.txt", "plain")
+
+
+def long_names(archive):
+    entry(archive, "n" * 1023, "1023")
+    entry(archive, "m" * 1024, "1024")
+    entry(archive, "k" * 3000, "3000")
+    entry(archive, "after.txt", "after")
+
+
+def deflate(data, level=9):
+    packer = zlib.compressobj(level, 8, -15)
+    return packer.compress(data) + packer.flush()
+
+
+def local(name, data, packed=None, size=None, crc=None):
+    """A local header and its data: stored, or deflated as `packed`."""
+    body = data if packed is None else packed
+    return struct.pack("<IHHHHHIIIHH", 0x04034b50, 20, 0, 0 if packed is None else 8, 0, DOS_DATE,
+                       zlib.crc32(data) if crc is None else crc, len(body), len(data) if size is None else size,
+                       len(name), 0) + name + body
+
+
+def central(name, offset, packed_size, size, crc, method=0, extra=b""):
+    return struct.pack("<IHHHHHHIIIHHHHHII", 0x02014b50, 20, 20, 0, method, 0, DOS_DATE, crc,
+                       packed_size, size, len(name), len(extra), 0, 0, 0, 0, offset) + name + extra
+
+
+def end(count, size, offset):
+    return struct.pack("<IHHHHIIH", 0x06054b50, 0, 0, count, count, size, offset, 0)
+
+
+def end_zip64(count, size, offset):
+    return struct.pack("<IQHHIIQQQQ", 0x06064b50, 44, 45, 45, 0, 0, count, count, size, offset) + \
+        struct.pack("<IIQI", 0x07064b50, 0, offset + size, 1) + end(0xffff, 0xffffffff, 0xffffffff)
+
+
+def stored(name, offset, data):
+    return central(name, offset, len(data), len(data), zlib.crc32(data))
+
+
+def raw_overlapping():
+    """A small bomb: 300 entries over the same bytes, 4 MB each when written out."""
+    data = b"\0" * (4 << 20)
+    packed = deflate(data)
+    body = local(b"f000", data, packed)
+    directory = b"".join(central(b"f%03d" % i, 0, len(packed), len(data), zlib.crc32(data), 8)
+                         for i in range(300))
+    return body + directory + end(300, len(directory), len(body))
+
+
+def raw_overlapping_zip64():
+    """Two entries over the same bytes whose offsets stand in zip64 extra fields."""
+    data = b"same bytes"
+    body = local(b"a", data)
+    extra = struct.pack("<HHQ", 1, 8, 0)
+    directory = b"".join(central(name, 0xffffffff, len(data), len(data), zlib.crc32(data), 0, extra)
+                         for name in (b"a", b"b"))
+    return body + directory + end_zip64(2, len(directory), len(body))
+
+
+def raw_nul_name():
+    body = local(b"good\0.txt", b"nul")
+    directory = stored(b"good\0.txt", 0, b"nul")
+    return body + directory + end(1, len(directory), len(body))
+
+
+def raw_wrong_crc():
+    data = b"content"
+    wrong = 0x12345678
+    body = local(b"crc.txt", data, crc=wrong)
+    directory = central(b"crc.txt", 0, len(data), len(data), wrong)
+    return body + directory + end(1, len(directory), len(body))
+
+
+def raw_huge_claim():
+    """Claims 4,294,967,280 bytes, which is -16 as an int."""
+    data = b"small"
+    packed = deflate(data)
+    body = local(b"huge.txt", data, packed, 4294967280)
+    directory = central(b"huge.txt", 0, len(packed), 4294967280, zlib.crc32(data), 8)
+    return body + directory + end(1, len(directory), len(body))
+
+
+def raw_damaged():
+    """A deflated entry whose data go wrong in the middle, and a good one behind it."""
+    data = bytes((i * i) % 256 ^ (i >> 7) % 256 for i in range(60000))
+    packer = zlib.compressobj(9, 8, -15)
+    # After half of the data, a block of a type that doesn't exist.
+    packed = packer.compress(data[:30000]) + packer.flush(zlib.Z_FULL_FLUSH) + b"\x07" * 100
+    first = local(b"bad.bin", data, packed)
+    second = local(b"good.txt", b"good")
+    directory = central(b"bad.bin", 0, len(packed), len(data), zlib.crc32(data), 8) + \
+        stored(b"good.txt", len(first), b"good")
+    return first + second + directory + end(2, len(directory), len(first) + len(second))
+
+
+def raw_prefixed():
+    """A good archive with something in front, as self-extracting programs have."""
+    first = local(b"a.txt", b"data")
+    body = first + local(b"b.txt", b"data")
+    directory = stored(b"a.txt", 0, b"data") + stored(b"b.txt", len(first), b"data")
+    return b"#!/bin/sh\n" * 50 + body + directory + end(2, len(directory), len(body))
+
+
+def raw_truncated():
+    """The end record promises a second entry that isn't there."""
+    body = local(b"a.txt", b"data")
+    directory = stored(b"a.txt", 0, b"data")
+    return body + directory + end(2, len(directory), len(body))
+
+
+def raw_many():
+    """70,000 entries in 100 folders, more than the plain end record can count."""
+    body, directory, offset = [], [], 0
+    for i in range(70000):
+        name = b"d%03d/f%06d.txt" % (i % 100, i)
+        body.append(local(name, b"x"))
+        directory.append(stored(name, offset, b"x"))
+        offset += len(body[-1])
+    directory = b"".join(directory)
+    return b"".join(body) + directory + end_zip64(70000, len(directory), offset)
+
+
+def raw_no_entries():
+    return b"prefix, so that it can be opened" + end(0, 0, 0)
+
+
+def main():
+    kind, path = sys.argv[1:]
+    raw = globals().get("raw_" + kind)
+    if raw:
+        with open(path, "wb") as file:
+            file.write(raw())
+        return
+    with zipfile.ZipFile(path, "w") as archive:
+        globals()[kind](archive)
+
+
+main()
