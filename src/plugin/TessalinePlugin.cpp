@@ -12,6 +12,7 @@
 #include "files/FileInfo.h"
 #include "files/Settings.h"
 #include "files/SettingsBase.h"
+#include "logging/Logging.h"
 #include "network/Network.h"
 #include "network/NetworkProxy.h"
 #include "network/NetworkRequest.h"
@@ -87,7 +88,7 @@ void TessalinePlugin::registerTypes(const char *uri)
     uncreatable<AppletsPlayer>(uri, "AppPlayer");
     uncreatable<AppletsPlayerSettings>(uri, "AppPlayerSettings");
     uncreatable<Environment>(uri, "Environment");
-    // uncreatable<Logging>(uri, "Logging");
+    uncreatable<Logging>(uri, "Logging");
     creatable<App>(uri, "App");
     creatable<AppInfo>(uri, "AppInfo");
     creatable<AppInfoList>(uri, "AppInfoList");
