@@ -1,0 +1,4 @@
+import Zemrik.Tessaline 1.0
+
+App {
+}
