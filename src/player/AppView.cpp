@@ -1,5 +1,7 @@
 #include "player/AppView.h"
 
+#include "catalogue/App.h"
+#include "catalogue/AppInfo.h"
 #include "player/AppletsCommandLineParser.h"
 #include "player/AppletsPlayer.h"
 #include "plugin/FileUtility.h"
@@ -12,8 +14,6 @@
 #include <QQmlEngine>
 
 namespace {
-
-const QString productVersion = QStringLiteral("1.2.15");
 
 QVariantMap warningMap(const QQmlError &error, const QString &context)
 {
@@ -55,11 +55,25 @@ AppView::~AppView()
 bool AppView::loadApplet(const QString &path)
 {
     qDebug() << Q_FUNC_INFO << path;
-    rootContext()->setContextProperty(QStringLiteral("productVersion"), productVersion);
-    rootContext()->setContextProperty(QStringLiteral("buildNum"), productVersion);
+    const QString version = QStringLiteral(TESSALINE_VERSION);
+    rootContext()->setContextProperty(QStringLiteral("productVersion"), version);
+    rootContext()->setContextProperty(QStringLiteral("buildNum"), version);
     setSource(QUrl());
     engine()->clearComponentCache();
-    return false; // until AppInfo is here
+    if (!AppInfo::exists(path))
+        return false;
+
+    qCDebug(FRAMEWORK_CORE) << Q_FUNC_INFO << "Instantiate applet:" << path;
+    const AppInfo info(path, nullptr);
+    const QUrl source = info.contentUrl(info.mainFile());
+    addAppletImports();
+    applyMinimumSize(info.value(QStringLiteral("display"), QVariantMap())
+                         .toMap()
+                         .value(QStringLiteral("desktop"))
+                         .toMap());
+    qCDebug(FRAMEWORK_CORE) << Q_FUNC_INFO << "Applet source:" << source;
+    setSource(source);
+    return true;
 }
 
 void AppView::applyMinimumSize(const QVariantMap &desktop)
@@ -116,6 +130,23 @@ QString AppView::adjustPath(const QString &path) const
             return candidate;
     }
     return path;
+}
+
+App *AppView::appComponent() const
+{
+    const QQmlEngine *engine = qmlEngine(this);
+    if (!engine) {
+        qCCritical(FRAMEWORK_PLAYER) << Q_FUNC_INFO << "Null engine";
+        return nullptr;
+    }
+    const QQmlContext *context = engine->rootContext();
+    if (!context) {
+        qCCritical(FRAMEWORK_PLAYER) << Q_FUNC_INFO << "Null root context";
+        return nullptr;
+    }
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "rootContext" << context
+                               << context->contextObject();
+    return qobject_cast<App *>(context->contextObject());
 }
 
 void AppView::onWarnings(const QList<QQmlError> &warnings)

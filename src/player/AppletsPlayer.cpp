@@ -65,6 +65,7 @@ AppletsPlayer::AppletsPlayer(TessalineObject *parent)
 AppletsPlayer::~AppletsPlayer()
 {
     qCDebug(FRAMEWORK_PLAYER) << Q_FUNC_INFO;
+    AppletsRuntime::release(this);
 }
 
 int AppletsPlayer::start(QGuiApplication &app, const QString &startPath)

@@ -32,10 +32,10 @@ void AppletsRuntime::initialize(AppletsPlayer *player)
 void AppletsRuntime::setAppletsPlayer(AppletsPlayer *player)
 {
     QQmlEngine::setObjectOwnership(player, QQmlEngine::CppOwnership);
-    const QVariant playerProperty = QVariant::fromValue(player);
-    qDebug() << Q_FUNC_INFO << "playerProperty=" << playerProperty;
+    const QVariant property = QVariant::fromValue(player);
+    qDebug() << Q_FUNC_INFO << "playerProperty=" << property;
     if (QCoreApplication *application = QCoreApplication::instance())
-        application->setProperty(propertyName(), playerProperty);
+        application->setProperty(propertyName(), property);
     else
         qCritical() << Q_FUNC_INFO << "Null application";
 }
@@ -51,4 +51,10 @@ AppletsPlayer *AppletsRuntime::appletsPlayer()
     auto *player = new AppletsPlayer(nullptr);
     setAppletsPlayer(player);
     return player;
+}
+
+void AppletsRuntime::release(const AppletsPlayer *player)
+{
+    if (playerProperty().value<AppletsPlayer *>() == player)
+        QCoreApplication::instance()->setProperty(propertyName(), QVariant());
 }

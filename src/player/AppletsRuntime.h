@@ -21,4 +21,10 @@ public:
     // The registered player. With none, logs a critical line and makes a default one, which nobody
     // owns: it lives until the process ends.
     static AppletsPlayer *appletsPlayer();
+
+private:
+    friend class AppletsPlayer;
+
+    // Forgets the player if it is the registered one, so that nobody meets it after its end.
+    static void release(const AppletsPlayer *player);
 };

@@ -389,7 +389,7 @@ void Tessaline::setOfflineStoragePath(const QString &path)
 
 QString Tessaline::version() const
 {
-    return QStringLiteral("1.2.15");
+    return QStringLiteral(TESSALINE_VERSION);
 }
 
 QString Tessaline::sslLibraryVersion() const
