@@ -90,8 +90,8 @@
 
 /*!
     \qmlmethod bool Settings::boolValue(string key, bool defaultValue)
-    The stored value as a bool; the texts "false" and "0" are false. \a defaultValue is false if
-   left out.
+    The stored value as a bool; the texts "false" and "0" are false.
+    \a defaultValue is false if left out.
 */
 
 /*!
@@ -196,7 +196,7 @@ QSettings::Format Settings::jsonFormat()
     if (format <= QSettings::InvalidFormat) {
         format = QSettings::registerFormat(QStringLiteral("json"), readJsonFormat, writeJsonFormat,
                                            Qt::CaseSensitive);
-        qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << format;
+        qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << static_cast<int>(format);
     }
     return format;
 }

@@ -19,8 +19,8 @@
 
 /*!
     \qmlmethod var Environment::value(string variable, var defaultValue)
-    The variable's text, which may be empty; \a defaultValue, undefined if left out, if it isn't
-   set.
+    The variable's text, which may be empty; \a defaultValue, undefined if left out, if it
+    isn't set.
 */
 
 /*!

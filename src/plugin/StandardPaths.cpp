@@ -63,13 +63,14 @@ FileFolder *newFolder(const QString &path)
 /*!
     \qmlmethod string StandardPaths::locate(enumeration type, string fileName, enumeration options)
     The path of the first file of that name in the location's folders; with
-    \c{StandardPaths.LocateDirectory} that of the first folder. Empty if there is none. \a options
-   is \c{StandardPaths.LocateFile} if left out.
+    \c{StandardPaths.LocateDirectory} that of the first folder. Empty if there is none.
+    \a options is \c{StandardPaths.LocateFile} if left out.
 */
 
 /*!
     \qmlmethod list<string> StandardPaths::locateAll(enumeration type, string fileName, enumeration
-   options) The same for all of them, in the order of standardLocations().
+    options)
+    The same for all of them, in the order of standardLocations().
 */
 
 /*!

@@ -30,8 +30,8 @@
 /*!
     \qmlproperty string StorageInfo::path
     The folder at the top of the volume. Write any path on the volume, also one that begins with a
-    path variable; it reads back as the top. A path that isn't there gives an object that isn't
-   valid. Each write of a path other than the top takes all values anew and notifies.
+    path variable; it reads back as the top. A path that isn't there gives an object that
+    isn't valid. Each write of a path other than the top takes all values anew and notifies.
 */
 
 /*!
