@@ -16,6 +16,7 @@
 #include "plugin/XmlUtility.h"
 
 #include <QClipboard>
+#include <QFile>
 #include <QGuiApplication>
 #include <QImage>
 #include <QMetaMethod>
@@ -249,6 +250,15 @@ QString displayTypeName(QString className)
             return className.mid(prefix.size());
     }
     return className;
+}
+
+// Null stands for an object that was deleted while a script still refers to it.
+QString objectTypeName(const QObject *object, bool displayName)
+{
+    if (!object)
+        return QStringLiteral("null");
+    const QString className = QLatin1String(object->metaObject()->className());
+    return displayName ? displayTypeName(className) : className;
 }
 
 bool inheritsClass(const QObject *object, const QString &className)
@@ -668,10 +678,8 @@ QString Tessaline::typeOf(const QJSValue &value, bool displayName) const
         return QStringLiteral("null");
     if (value.isString())
         return QStringLiteral("string");
-    if (const QObject *object = value.toQObject()) {
-        const QString className = QLatin1String(object->metaObject()->className());
-        return displayName ? displayTypeName(className) : className;
-    }
+    if (value.isQObject())
+        return objectTypeName(value.toQObject(), displayName);
     if (value.isCallable())
         return QStringLiteral("function");
     return valueTypeName(value);
@@ -726,7 +734,11 @@ bool Tessaline::grabWindowToClipboard(const QRect &rect)
 bool Tessaline::grabWindowToFile(const QString &path, const QRect &rect)
 {
     const QImage image = grabWindow(rect);
-    return !image.isNull() && image.save(resolvedPath(path));
+    if (image.isNull())
+        return false;
+    // What QImage::save() wrote may still be buffered; only a flush tells of a full disk.
+    QFile file(resolvedPath(path));
+    return image.save(&file) && file.flush();
 }
 
 /*!
