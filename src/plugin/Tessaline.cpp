@@ -4,6 +4,7 @@
 #include "files/FileFolder.h"
 #include "files/FileInfo.h"
 #include "files/Settings.h"
+#include "network/Network.h"
 #include "player/AppletsPlayer.h"
 #include "plugin/ColorUtility.h"
 #include "plugin/Device.h"
@@ -13,6 +14,7 @@
 #include "plugin/StandardPaths.h"
 #include "plugin/TessalineDebug.h"
 #include "plugin/TessalineObject.h"
+#include "plugin/UrlInfo.h"
 #include "plugin/XmlUtility.h"
 
 #include <QClipboard>
@@ -159,6 +161,19 @@
     What to multiply a size in units of 1/72 inch with to get pixels. It follows the primary
    screen's logical density unless a factor above 0 is written; writing 0 or less follows the screen
    again. Each write is signalled, also one that changes nothing.
+*/
+
+/*!
+    \qmlproperty Network Tessaline::network
+    \readonly
+    The state of the network.
+*/
+
+/*!
+    \qmlproperty bool Tessaline::isOnline
+    \readonly
+    \deprecated
+    Use \c{Tessaline.network.isOnline}: each read of this one complains in the log.
 */
 
 /*!
@@ -314,6 +329,7 @@ Tessaline::Tessaline(QObject *parent)
     qCDebug(FRAMEWORK_CORE) << Q_FUNC_INFO << "referenceDotsPerInch" << referenceDotsPerInch;
     connect(screen, &QScreen::logicalDotsPerInchChanged, this,
             &Tessaline::onLogicalDotsPerInchChanged);
+    connect(network(), &Network::onlineStateChanged, this, &Tessaline::onlineStateChanged);
 }
 
 QString Tessaline::userHomePath()
@@ -484,6 +500,17 @@ void Tessaline::onLogicalDotsPerInchChanged(double dpi)
         emit displayScaleFactorChanged();
 }
 
+Network *Tessaline::network()
+{
+    return lazyChild(m_network, this);
+}
+
+bool Tessaline::isOnline()
+{
+    qCCritical(FRAMEWORK_NETWORK) << Q_FUNC_INFO << "*** Deprectated function ***";
+    return network()->isOnline();
+}
+
 Device *Tessaline::device()
 {
     return lazyChild(m_device, this);
@@ -553,6 +580,15 @@ void Tessaline::setPathVariable(const QString &name, const QString &value)
 QUrl Tessaline::resolvedUrl(const QUrl &url) const
 {
     return url;
+}
+
+/*!
+    \qmlmethod UrlInfo Tessaline::urlInfo(url url)
+    A new object that takes the URL apart.
+*/
+UrlInfo *Tessaline::urlInfo(const QUrl &url) const
+{
+    return TessalineObject::givenToScript(new UrlInfo(url));
 }
 
 /*!

@@ -18,12 +18,14 @@ class Environment;
 class File;
 class FileFolder;
 class FileInfo;
+class Network;
 class QGuiApplication;
 class QImage;
 class QQmlEngine;
 class QQuickWindow;
 class Settings;
 class StandardPaths;
+class UrlInfo;
 
 // The module's singleton, one for all engines of the process: a child of the first engine that
 // asked. It needs a QGuiApplication; without one its constructor ends the process. What it says
@@ -52,6 +54,8 @@ class TESSALINE_EXPORT Tessaline : public QObject
     Q_PROPERTY(Environment *environment READ environment CONSTANT)
     Q_PROPERTY(double displayScaleFactor READ displayScaleFactor WRITE setDisplayScaleFactor NOTIFY
                    displayScaleFactorChanged)
+    Q_PROPERTY(Network *network READ network CONSTANT)
+    Q_PROPERTY(bool isOnline READ isOnline NOTIFY onlineStateChanged)
     Q_PROPERTY(Device *device READ device CONSTANT)
     Q_PROPERTY(QStringList importPathList READ importPathList WRITE setImportPathList NOTIFY
                    importPathListChanged)
@@ -95,6 +99,10 @@ public:
     double displayScaleFactor() const;
     void setDisplayScaleFactor(double factor);
 
+    Network *network();
+    // Deprecated, and logged as such at each read: ask network().
+    bool isOnline();
+
     Device *device();
 
     QStringList importPathList() const;
@@ -108,6 +116,8 @@ public:
     Q_INVOKABLE void setPathVariable(const QString &name, const QString &value);
     // The URL as it is.
     Q_INVOKABLE QUrl resolvedUrl(const QUrl &url) const;
+    // A new object that belongs to the script engine.
+    Q_INVOKABLE UrlInfo *urlInfo(const QUrl &url) const;
 
     // Black or white, whichever reads better on `color`, blended towards `tintColor` by its alpha.
     Q_INVOKABLE QColor contrastColor(const QColor &color, const QColor &tintColor = QColor()) const;
@@ -164,6 +174,7 @@ signals:
     void userHomePathChanged();
     void offlineStoragePathChanged();
     void displayScaleFactorChanged();
+    void onlineStateChanged(bool online);
     void importPathListChanged();
 
 private slots:
@@ -174,6 +185,7 @@ private:
     double m_displayScaleFactor = 0.0; // 0: follow the screen
     Settings *m_settings = nullptr;
     Environment *m_environment = nullptr;
+    Network *m_network = nullptr;
     Device *m_device = nullptr;
     StandardPaths *m_standardPaths = nullptr;
 };

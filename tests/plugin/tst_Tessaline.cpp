@@ -2,6 +2,7 @@
 
 #include "files/FileFolder.h"
 #include "files/Settings.h"
+#include "network/Network.h"
 #include "player/AppletsPlayer.h"
 #include "plugin/Device.h"
 #include "plugin/Environment.h"
@@ -93,6 +94,8 @@ private slots:
     void writingTheHomePathMovesTheVariable();
     void writingTheSameHomePathDoesNothing();
     void writingAnEmptyHomePathResolvesItAnew();
+
+    void onlineStateIsTheNetworks();
 
     void scaleFactorFollowsTheScreen();
     void scaleFactorIsSignalledAtEachWrite_data();
@@ -292,6 +295,27 @@ void tst_Tessaline::writingAnEmptyHomePathResolvesItAnew()
 
     QCOMPARE(spy.count(), 1);
     QCOMPARE(tessaline.userHomePath(), QDir::homePath());
+}
+
+void tst_Tessaline::onlineStateIsTheNetworks()
+{
+    Tessaline tessaline;
+    QCOMPARE(tessaline.findChildren<Network *>(), QList<Network *>{tessaline.network()});
+    QSignalSpy spy(&tessaline, &Tessaline::onlineStateChanged);
+    LogCapture log;
+
+    emit tessaline.network()->onlineStateChanged(true);
+    emit tessaline.network()->onlineStateChanged(false);
+    QCOMPARE(spy.count(), 2);
+    QCOMPARE(spy.at(0).at(0).toBool(), true);
+    QCOMPARE(spy.at(1).at(0).toBool(), false);
+
+    for (int reads = 1; reads <= 2; ++reads) {
+        QCOMPARE(tessaline.isOnline(), tessaline.network()->isOnline());
+        QCOMPARE(
+            log.count(QtCriticalMsg, "Zemrik.Tessaline.Network", "*** Deprectated function ***"),
+            reads);
+    }
 }
 
 void tst_Tessaline::scaleFactorFollowsTheScreen()
