@@ -6,11 +6,18 @@
 
 namespace ArchiveMaker {
 
+QString python()
+{
+    // Debian's own, before one that a version manager's slow wrapper stands for.
+    const QString system = QStringLiteral("/usr/bin/python3");
+    return QFileInfo::exists(system) ? system : QStringLiteral("python3");
+}
+
 bool make(const QString &kind, const QString &path)
 {
     const QString script = QString::fromLocal8Bit(qgetenv("TESSALINE_SOURCE_DIR"))
                            + "/tests/archives/data/make_archive.py";
-    return !run("python3", {script, kind, path}).isNull();
+    return !run(python(), {script, kind, path}).isNull();
 }
 
 QByteArray run(const QString &program, const QStringList &arguments, const QString &folder)

@@ -8,6 +8,8 @@
 // Archives made by other tools, good and hostile, for the reader's tests.
 namespace ArchiveMaker {
 
+QString python();
+
 // Runs make_archive.py, which writes the archive of that kind (see there) with Python's zipfile or,
 // for what no tool writes, byte by byte.
 bool make(const QString &kind, const QString &path);

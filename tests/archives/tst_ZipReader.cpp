@@ -626,7 +626,7 @@ void tst_ZipReader::readsArchivesOfOtherTools_data()
     QTest::newRow("Info-ZIP") << "zip" << QStringList({"-qr", "../made.zip", "."});
     QTest::newRow("bsdtar") << "bsdtar"
                             << QStringList({"--format=zip", "-cf", "../made.zip", "a.txt", "sub"});
-    QTest::newRow("Python") << "python3"
+    QTest::newRow("Python") << ArchiveMaker::python()
                             << QStringList({"-m", "zipfile", "-c", "../made.zip", "a.txt", "sub"});
 }
 

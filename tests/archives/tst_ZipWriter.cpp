@@ -64,7 +64,7 @@ private:
     }
     QStringList listed()
     {
-        const QByteArray out = ArchiveMaker::run("python3", {"-c", listing, m_zip});
+        const QByteArray out = ArchiveMaker::run(ArchiveMaker::python(), {"-c", listing, m_zip});
         return QString::fromUtf8(out).split('\n', Qt::SkipEmptyParts);
     }
 
@@ -268,7 +268,7 @@ void tst_ZipWriter::otherToolsReadTheResult_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("unzip") << "unzip" << QStringList({"-q", "made.zip", "-d", "out"});
     QTest::newRow("bsdtar") << "bsdtar" << QStringList({"-xf", "made.zip", "-C", "out"});
-    QTest::newRow("Python") << "python3" << QStringList({"-m", "zipfile", "-e", "made.zip", "out"});
+    QTest::newRow("Python") << ArchiveMaker::python() << QStringList({"-m", "zipfile", "-e", "made.zip", "out"});
 }
 
 void tst_ZipWriter::otherToolsReadTheResult()
