@@ -254,7 +254,7 @@ void tst_ZipReader::infoOfAnEntry()
     QCOMPARE(info->fileName(), QString("big.bin"));
     QCOMPARE(info->suffix(), QString("bin"));
     const QByteArray crc = ArchiveMaker::run(
-        "python3",
+        ArchiveMaker::python(),
         {"-c", "import zipfile,sys;print(zipfile.ZipFile(sys.argv[1]).getinfo('big.bin').CRC)",
          zip.path()});
     QCOMPARE(QByteArray::number(qulonglong(info->crc())), crc.trimmed());
