@@ -32,6 +32,14 @@ void keepLine(QtMsgType type, const QMessageLogContext &context, const QString &
         previousHandler(type, context, text);
 }
 
+// Quick Test installs a handler of its own for each test case; this one has to come before it.
+void watchLog()
+{
+    const QtMessageHandler current = qInstallMessageHandler(keepLine);
+    if (current != keepLine)
+        previousHandler = current;
+}
+
 QString levelName(QtMsgType type)
 {
     switch (type) {
@@ -149,6 +157,7 @@ void QmlTestSupport::collectGarbage()
 
 void QmlTestSupport::clearLog()
 {
+    watchLog();
     const std::lock_guard<std::mutex> lock(logMutex);
     loggedLines.clear();
 }
@@ -184,8 +193,7 @@ void QmlTestSetup::applicationAvailable()
 
 void QmlTestSetup::qmlEngineAvailable(QQmlEngine *engine)
 {
-    if (!previousHandler)
-        previousHandler = qInstallMessageHandler(keepLine);
+    watchLog();
     auto *support = new QmlTestSupport(engine);
     QQmlEngine::setContextForObject(support, engine->rootContext());
     engine->rootContext()->setContextProperty(QStringLiteral("TestSupport"), support);

@@ -37,7 +37,7 @@ public:
     Q_INVOKABLE void setApplicationProperty(const QString &name, const QVariant &value);
     Q_INVOKABLE void collectGarbage();
 
-    // Log lines since the last clearLog(): how many of that level ("debug", "info", "warning",
+    // Log lines since the last clearLog(), which each test case has to call first: how many of that level ("debug", "info", "warning",
     // "critical") and category hold the words; an empty category means any.
     Q_INVOKABLE void clearLog();
     Q_INVOKABLE int logCount(const QString &level, const QString &category, const QString &words);
