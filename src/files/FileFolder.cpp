@@ -203,6 +203,12 @@ void FileFolder::setUrl(const QUrl &url)
     setPath(FileUtility::resolvedPath(url, true));
 }
 
+bool FileFolder::exists() const
+{
+    // Asked about an empty path, QDir repeats what it said of the path before.
+    return !path().isEmpty() && m_dir.exists();
+}
+
 qlonglong FileFolder::size() const
 {
     if (m_cachedSize < 0)
@@ -244,7 +250,7 @@ bool FileFolder::makeFolder()
         qCWarning(FRAMEWORK_FILE) << Q_FUNC_INFO << "No path";
         return false;
     }
-    if (m_dir.exists())
+    if (exists())
         return true;
 
     const QDir parent(QFileInfo(path()).path());
@@ -264,7 +270,7 @@ bool FileFolder::removeFolder()
         qCWarning(FRAMEWORK_FILE) << Q_FUNC_INFO << "No path";
         return false;
     }
-    if (!m_dir.exists())
+    if (!exists())
         return true;
 
     qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << m_dir.path();

@@ -39,7 +39,7 @@ public:
     void setPath(const QString &path);
     QUrl url() const;
     void setUrl(const QUrl &url);
-    bool exists() const { return m_dir.exists(); }
+    bool exists() const;
     QString folderName() const { return m_dir.dirName(); }
     // Bytes of all files below the folder, without symbolic links. Computed at the first read and
     // kept until the path changes or refresh() is called.

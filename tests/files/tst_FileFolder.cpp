@@ -1,0 +1,604 @@
+#include "files/File.h"
+#include "files/FileFolder.h"
+#include "files/FileInfo.h"
+#include "plugin/FileUtility.h"
+#include "support/IsolatedHome.h"
+#include "support/LogCapture.h"
+#include "support/SmallDisk.h"
+#include "support/UnprivilegedUser.h"
+
+#include <QQmlEngine>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <functional>
+#include <sys/stat.h>
+#include <unistd.h>
+
+Q_DECLARE_METATYPE(std::function<bool(FileFolder &)>)
+
+// What scripts can't reach, and what needs a disk of its own; the rest is in tst_FileFolder.qml.
+class tst_FileFolder : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void constructorsResolvePathVariables();
+    void constructorTakesADir();
+
+    void constantFolderRefusesToMove_data();
+    void constantFolderRefusesToMove();
+    void constantFolderChangesTheDisk();
+    void readOnlyFolderRefusesToChangeTheDisk_data();
+    void readOnlyFolderRefusesToChangeTheDisk();
+    void readOnlyFolderMovesAndReads();
+    void readOnlyFolderTakesAMissingFileForRemoved();
+    void readOnlyFolderCopiesToOtherPlaces();
+
+    void newObjectsBelongToTheScriptEngine();
+
+    void copyFolderCopiesASingleFile();
+    void copyFolderOfNothingSaysWhy();
+    void copyFolderThatCannotMakeTheTargetSaysWhy();
+    void copyFolderStopsAtTheFirstFailure();
+    void copyFolderKeepsPermissionsOfFiles();
+    void copiesFollowLinks();
+    void copyOfABrokenLinkFails();
+    void copyStopsAtALinkThatLeadsBack_data();
+    void copyStopsAtALinkThatLeadsBack();
+    void copyThroughALinkIntoItselfIsRefused();
+    void copyOfAPipeFailsWithoutWaiting();
+    void copyOfAnUnreadableFileIsRefused();
+    void copyOfAnUnreadableFolderIsRefused();
+    void copyToAFullDiskFails_data();
+    void copyToAFullDiskFails();
+    void writesToAFullDiskFail();
+
+    void sizeDoesNotFollowOrCountLinks();
+    void namesWalkThroughLinksThatEnd();
+    void namesDoNotWalkThroughLinksThatLeadBack();
+    void unreadableFilesReadAsEmpty();
+    void failedRemovalsAnswerFalse();
+
+private:
+    QString path(const QString &name) const { return m_dir->filePath(name); }
+    void write(const QString &name, const QByteArray &content = QByteArrayLiteral("content"));
+    QByteArray read(const QString &name) const;
+    void link(const QString &target, const QString &name);
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+};
+
+namespace {
+
+const char category[] = "Zemrik.Tessaline.File";
+
+// All of a tree, one line per entry: "a/", "a/b.txt=content", "a/c -> target".
+QStringList treeLines(const QString &top)
+{
+    QStringList lines;
+    const QDir dir(top);
+    QDirIterator it(top, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        const QString name = dir.relativeFilePath(it.next());
+        const QFileInfo info = it.fileInfo();
+        if (info.isSymLink())
+            lines.append(name + " -> " + info.symLinkTarget());
+        else if (info.isDir())
+            lines.append(name + '/');
+        else
+            lines.append(name + '=' + FileUtility::readFile(info.filePath()));
+    }
+    lines.sort();
+    return lines;
+}
+
+// Lets the unprivileged user come as far as that folder.
+void openToAll(const QString &path)
+{
+    const QFile::Permissions pass =
+        QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
+    for (QString step = path; step.startsWith(QDir::tempPath() + '/');
+         step = QFileInfo(step).path())
+        QVERIFY(QFile::setPermissions(step, QFile::permissions(step) | pass));
+}
+
+} // namespace
+
+void tst_FileFolder::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_dir->isValid());
+}
+
+void tst_FileFolder::cleanup()
+{
+    m_dir.reset();
+}
+
+void tst_FileFolder::write(const QString &name, const QByteArray &content)
+{
+    QVERIFY(QDir().mkpath(QFileInfo(path(name)).path()));
+    QVERIFY(FileUtility::writeFile(path(name), content));
+}
+
+QByteArray tst_FileFolder::read(const QString &name) const
+{
+    return FileUtility::readFile(path(name));
+}
+
+void tst_FileFolder::link(const QString &target, const QString &name)
+{
+    QVERIFY(QDir().mkpath(QFileInfo(path(name)).path()));
+    QVERIFY(QFile::link(target, path(name)));
+}
+
+void tst_FileFolder::constructorsResolvePathVariables()
+{
+    FileUtility::setPathVariable("FOLDER_TEST", "/some/where");
+
+    QCOMPARE(FileFolder().path(), QDir::tempPath());
+    QCOMPARE(FileFolder(QString("$FOLDER_TEST/x")).path(), QString("/some/where/x"));
+    QCOMPARE(FileFolder(QUrl("file:///a%20b")).path(), QString("/a b"));
+    QCOMPARE(FileFolder(QUrl("qrc:/images")).path(), QString(":/images"));
+}
+
+void tst_FileFolder::constructorTakesADir()
+{
+    QObject parent;
+    // A path that looks like a variable is none here.
+    const FileFolder folder(QDir("/some/$HOME"), &parent);
+    QCOMPARE(folder.path(), QString("/some/$HOME"));
+    QCOMPARE(folder.parent(), &parent);
+}
+
+void tst_FileFolder::constantFolderRefusesToMove_data()
+{
+    QTest::addColumn<QString>("function");
+    QTest::addColumn<std::function<bool(FileFolder &)>>("move");
+
+    using Move = std::function<bool(FileFolder &)>;
+    const auto row = [](const char *function, const Move &move) {
+        QTest::newRow(function) << QString(function) << move;
+    };
+    row("void FileFolder::setPath(const QString&)", [](FileFolder &folder) {
+        folder.setPath("/");
+        return false;
+    });
+    QTest::newRow("setUrl") << QString("void FileFolder::setPath(const QString&)")
+                            << Move([](FileFolder &folder) {
+                                   folder.setUrl(QUrl("file:///"));
+                                   return false;
+                               });
+    row("bool FileFolder::cdUp()", [](FileFolder &folder) { return folder.cdUp(); });
+    row("bool FileFolder::cd(const QString&)", [](FileFolder &folder) { return folder.cd("."); });
+}
+
+void tst_FileFolder::constantFolderRefusesToMove()
+{
+    QFETCH(QString, function);
+    QFETCH(std::function<bool(FileFolder &)>, move);
+    FileFolder folder(m_dir->path());
+    folder.setConstant(true);
+    QSignalSpy spy(&folder, &FileFolder::pathChanged);
+
+    LogCapture log;
+    QCOMPARE(move(folder), false);
+
+    QCOMPARE(folder.path(), m_dir->path());
+    QCOMPARE(spy.count(), 0);
+    const QString words = function + " This is a constant folder QDir( \"" + m_dir->path() + '"';
+    QVERIFY2(log.count(QtWarningMsg, category, words) == 1, qPrintable(log.dump()));
+}
+
+void tst_FileFolder::constantFolderChangesTheDisk()
+{
+    FileFolder folder(path("new"));
+    folder.setConstant(true);
+    QVERIFY(folder.makeFolder());
+    QVERIFY(folder.writeTextFile("a", "text"));
+    QVERIFY(folder.removeFolder());
+    QVERIFY(folder.isConstant() && !folder.isReadOnly());
+}
+
+void tst_FileFolder::readOnlyFolderRefusesToChangeTheDisk_data()
+{
+    QTest::addColumn<std::function<bool(FileFolder &)>>("change");
+    const auto row = [](const char *function, const std::function<bool(FileFolder &)> &change) {
+        QTest::newRow(function) << change;
+    };
+    row("bool FileFolder::makeFolder()", [](FileFolder &f) { return f.makeFolder(); });
+    row("bool FileFolder::removeFolder()", [](FileFolder &f) { return f.removeFolder(); });
+    row("bool FileFolder::removeFolder(const QString&, bool)",
+        [](FileFolder &f) { return f.removeFolder("sub", true); });
+    row("bool FileFolder::makePath(const QString&) const",
+        [](FileFolder &f) { return f.makePath("x"); });
+    row("bool FileFolder::removePath(const QString&) const",
+        [](FileFolder &f) { return f.removePath("sub/empty"); });
+    row("bool FileFolder::removeFile(const QString&)",
+        [](FileFolder &f) { return f.removeFile("a"); });
+    row("bool FileFolder::renameFile(const QString&, const QString&)",
+        [](FileFolder &f) { return f.renameFile("a", "b"); });
+    row("bool FileFolder::writeFile(const QString&, const QVariant&, const QVariantMap&)",
+        [](FileFolder &f) { return f.writeFile("a", "new"); });
+    row("bool FileFolder::writeJsonFile(const QString&, const QVariantMap&)",
+        [](FileFolder &f) { return f.writeJsonFile("a", {}); });
+    row("bool FileFolder::writeTextFile(const QString&, const QString&)",
+        [](FileFolder &f) { return f.writeTextFile("a", "new"); });
+}
+
+void tst_FileFolder::readOnlyFolderRefusesToChangeTheDisk()
+{
+    QFETCH(std::function<bool(FileFolder &)>, change);
+    write("a");
+    QVERIFY(QDir(m_dir->path()).mkpath("sub/empty"));
+    const QStringList before = treeLines(m_dir->path());
+    FileFolder folder(m_dir->path());
+    folder.setReadOnly(true);
+    QSignalSpy spy(&folder, &FileFolder::existsChanged);
+
+    LogCapture log;
+    QCOMPARE(change(folder), false);
+
+    QCOMPARE(treeLines(m_dir->path()), before);
+    QCOMPARE(spy.count(), 0);
+    const QString words = QString(QTest::currentDataTag()) + " This is a read only folder QDir( \""
+                          + m_dir->path() + '"';
+    QVERIFY2(log.count(QtWarningMsg, category, words) == 1, qPrintable(log.dump()));
+}
+
+void tst_FileFolder::readOnlyFolderMovesAndReads()
+{
+    write("sub/a", "text");
+    FileFolder folder(m_dir->path());
+    folder.setReadOnly(true);
+
+    LogCapture log;
+    QVERIFY(folder.cd("sub"));
+    QCOMPARE(folder.readTextFile("a"), QString("text"));
+    QCOMPARE(folder.readFile("a"), QVariant(QByteArray("text")));
+    QCOMPARE(folder.fileNames(), QStringList("a"));
+    QVERIFY(folder.cdUp());
+    QCOMPARE(log.count(QtWarningMsg), 0);
+}
+
+void tst_FileFolder::readOnlyFolderTakesAMissingFileForRemoved()
+{
+    FileFolder folder(m_dir->path());
+    folder.setReadOnly(true);
+    LogCapture log;
+    QCOMPARE(folder.removeFile("none"), true);
+    QCOMPARE(log.count(QtWarningMsg), 0);
+}
+
+void tst_FileFolder::readOnlyFolderCopiesToOtherPlaces()
+{
+    write("sub/a", "text");
+    FileFolder folder(path("sub"));
+    folder.setReadOnly(true);
+    QCOMPARE(folder.copyFile("a", path("b")), true);
+    QCOMPARE(read("b"), QByteArray("text"));
+}
+
+void tst_FileFolder::newObjectsBelongToTheScriptEngine()
+{
+    const FileFolder folder(m_dir->path());
+    const std::unique_ptr<QObject> file(folder.file("a"));
+    const std::unique_ptr<QObject> info(folder.fileInfo("a"));
+    const std::unique_ptr<QObject> sub(folder.folder("a"));
+    for (QObject *object : {file.get(), info.get(), sub.get()}) {
+        QVERIFY(!object->parent());
+        QCOMPARE(QQmlEngine::objectOwnership(object), QQmlEngine::JavaScriptOwnership);
+    }
+}
+
+void tst_FileFolder::copyFolderCopiesASingleFile()
+{
+    write("a", "text");
+    FileFolder folder(m_dir->path());
+    QVERIFY(folder.copyFolder(path("a"), path("b")));
+    QCOMPARE(read("b"), QByteArray("text"));
+}
+
+void tst_FileFolder::copyFolderOfNothingSaysWhy()
+{
+    FileFolder folder(m_dir->path());
+    LogCapture log;
+    QVERIFY(!folder.copyFolder(path("none"), path("b")));
+    const QString copyFile = "bool FileFolder::copyFile(const QString&, const QString&) ";
+    const QString copyFolder = "bool FileFolder::copyFolder(const QString&, const QString&) ";
+    QVERIFY2(
+        log.count(QtCriticalMsg, category, copyFile + "File doesn't exist: \"" + path("none") + '"')
+            == 1,
+        qPrintable(log.dump()));
+    QVERIFY2(
+        log.count(QtCriticalMsg, category,
+                  copyFolder + "copyFile failed: \"" + path("none") + "\" -> \"" + path("b") + '"')
+            == 1,
+        qPrintable(log.dump()));
+}
+
+void tst_FileFolder::copyFolderThatCannotMakeTheTargetSaysWhy()
+{
+    write("source/a");
+    write("file");
+    FileFolder folder(m_dir->path());
+    LogCapture log;
+    QVERIFY(!folder.copyFolder(path("source"), path("file/x")));
+    QVERIFY2(log.count(QtCriticalMsg, category,
+                       "bool FileFolder::copyFolder(const QString&, const QString&) mkpath failed: "
+                       "\"x\" ( \""
+                           + path("file") + "\" )")
+                 == 1,
+             qPrintable(log.dump()));
+}
+
+void tst_FileFolder::copyFolderStopsAtTheFirstFailure()
+{
+    for (int i = 0; i < 5; ++i)
+        write("source/" + QString::number(i));
+    for (int i = 0; i < 5; ++i)
+        write("target/" + QString::number(i), "old");
+    FileFolder folder(m_dir->path());
+    LogCapture log;
+    QVERIFY(!folder.copyFolder(path("source"), path("target")));
+    QCOMPARE(log.count(QtCriticalMsg, category, "Target file already exists:"), 1);
+    QCOMPARE(log.count(QtCriticalMsg, category, "copyFile failed:"), 1);
+}
+
+void tst_FileFolder::copyFolderKeepsPermissionsOfFiles()
+{
+    write("source/a");
+    QVERIFY(QFile::setPermissions(path("source/a"), QFile::ReadOwner | QFile::WriteOwner
+                                                        | QFile::ExeOwner | QFile::ReadGroup));
+    QVERIFY(FileFolder().copyFolder(path("source"), path("target")));
+    QCOMPARE(QFile::permissions(path("target/a")), QFile::permissions(path("source/a")));
+}
+
+void tst_FileFolder::copiesFollowLinks()
+{
+    write("elsewhere/deep/b", "two");
+    write("one", "one");
+    link(path("one"), "source/a");
+    link(path("elsewhere"), "source/folder");
+
+    QVERIFY(FileFolder().copyFolder(path("source"), path("target")));
+
+    QCOMPARE(treeLines(path("target")),
+             QStringList({"a=one", "folder/", "folder/deep/", "folder/deep/b=two"}));
+}
+
+void tst_FileFolder::copyOfABrokenLinkFails()
+{
+    link(path("none"), "source/a");
+    LogCapture log;
+    QVERIFY(!FileFolder().copyFolder(path("source"), path("target")));
+    QCOMPARE(log.count(QtCriticalMsg, category, "File doesn't exist:"), 1);
+}
+
+void tst_FileFolder::copyStopsAtALinkThatLeadsBack_data()
+{
+    QTest::addColumn<QStringList>("folders");
+    QTest::addColumn<QList<QStringList>>("links"); // target, link
+
+    using Links = QList<QStringList>;
+    QTest::newRow("to its own folder") << QStringList("source") << Links{{"source", "source/l"}};
+    QTest::newRow("to a folder above")
+        << QStringList("source/a/b") << Links{{"source", "source/a/b/l"}};
+    QTest::newRow("to a folder above the source")
+        << QStringList("source") << Links{{"", "source/l"}};
+    QTest::newRow("two folders to each other")
+        << QStringList{"source/x", "source/y"}
+        << Links{{"source/x", "source/y/l"}, {"source/y", "source/x/l"}};
+    QTest::newRow("by way of a folder outside")
+        << QStringList{"source", "outside/deep"}
+        << Links{{"outside/deep", "source/l"}, {"outside", "outside/deep/up"}};
+}
+
+void tst_FileFolder::copyStopsAtALinkThatLeadsBack()
+{
+    QFETCH(QStringList, folders);
+    QFETCH(QList<QStringList>, links);
+    for (const QString &folder : folders)
+        QVERIFY(QDir(m_dir->path()).mkpath(folder));
+    for (const QStringList &pair : links)
+        link(path(pair.first()), pair.last());
+    const QTemporaryDir target;
+
+    LogCapture log;
+    QVERIFY(!FileFolder().copyFolder(path("source"), target.filePath("copy")));
+
+    QCOMPARE(log.count(QtCriticalMsg, category, "Folder copied into itself:"), 1);
+    const QStringList copied = treeLines(target.path());
+    QVERIFY2(copied.size() <= 6, qPrintable(copied.join('\n')));
+}
+
+void tst_FileFolder::copyThroughALinkIntoItselfIsRefused()
+{
+    write("source/a");
+    QVERIFY(QDir().mkpath(path("target")));
+    link(path("target"), "source/link");
+    link(path("source"), "other");
+
+    FileFolder folder(m_dir->path());
+    LogCapture log;
+    // The source holds a link to the folder that receives the copy.
+    QVERIFY(!folder.copyFolder(path("source"), path("target")));
+    // The target's path goes through a link into the source.
+    QVERIFY(!folder.copyFolder(path("source"), path("other/new")));
+    QCOMPARE(log.count(QtCriticalMsg, category, "Folder copied into itself:"), 2);
+    QVERIFY(!QFileInfo::exists(path("source/new")));
+}
+
+void tst_FileFolder::copyOfAPipeFailsWithoutWaiting()
+{
+    QVERIFY(QDir().mkpath(path("source")));
+    QCOMPARE(mkfifo(QFile::encodeName(path("source/pipe")).constData(), 0600), 0);
+    LogCapture log;
+    QVERIFY(!FileFolder().copyFolder(path("source"), path("target")));
+    QCOMPARE(log.count(QtWarningMsg, category, "File copy failed: "), 1);
+    QVERIFY(!QFileInfo::exists(path("target/pipe")));
+}
+
+void tst_FileFolder::copyOfAnUnreadableFileIsRefused()
+{
+    write("source/a");
+    QVERIFY(QFile::setPermissions(path("source/a"), QFile::Permissions()));
+    openToAll(path("source"));
+    const UnprivilegedUser guard;
+
+    FileFolder folder(path("source"));
+    LogCapture log;
+    QVERIFY(!folder.copyFile("a", "/tmp/tst_FileFolder-never-made"));
+
+    QVERIFY2(log.count(QtCriticalMsg, category,
+                       "bool FileFolder::copyFile(const QString&, const QString&) File is not "
+                       "readable: \""
+                           + path("source/a") + '"')
+                 == 1,
+             qPrintable(log.dump()));
+}
+
+void tst_FileFolder::copyOfAnUnreadableFolderIsRefused()
+{
+    write("source/sub/a");
+    QVERIFY(QDir().mkpath(path("target")));
+    openToAll(path("source"));
+    QVERIFY(QFile::setPermissions(path("source/sub"), QFile::Permissions()));
+    QVERIFY(QFile::setPermissions(path("target"), QFile::Permissions(0x7777)));
+    {
+        const UnprivilegedUser guard;
+        LogCapture log;
+        QVERIFY(!FileFolder().copyFolder(path("source"), path("target")));
+        QCOMPARE(log.count(QtCriticalMsg, category, "Folder is not readable:"), 1);
+    }
+    QVERIFY(QFile::setPermissions(path("source/sub"), QFile::Permissions(0x7777)));
+}
+
+void tst_FileFolder::copyToAFullDiskFails_data()
+{
+    QTest::addColumn<int>("bytes");
+    QTest::addColumn<int>("room"); // KiB
+    QTest::addColumn<bool>("fits");
+    QTest::newRow("one byte, no room") << 1 << 0 << false;
+    QTest::newRow("fits to the last page") << 8192 << 8 << true;
+    QTest::newRow("less than a buffer, half of it fits") << 12000 << 8 << false;
+    QTest::newRow("the last byte does not fit") << 8193 << 8 << false;
+    QTest::newRow("several buffers") << 60000 << 32 << false;
+}
+
+void tst_FileFolder::copyToAFullDiskFails()
+{
+    QFETCH(int, bytes);
+    QFETCH(int, room);
+    QFETCH(bool, fits);
+    write("source/a", QByteArray(bytes, 'a'));
+    SmallDisk disk(128);
+    if (!disk.isMounted())
+        QSKIP(qPrintable(disk.reason()));
+    QVERIFY(QDir(disk.path()).mkpath("target"));
+    QVERIFY(disk.fillUpTo(room));
+
+    FileFolder folder(path("source"));
+    LogCapture log;
+    QCOMPARE(folder.copyFile("a", disk.filePath("target/a")), fits);
+    QCOMPARE(log.count(QtWarningMsg, category, "File copy failed: "), fits ? 0 : 1);
+    QCOMPARE(QFileInfo(disk.filePath("target/a")).size(), fits ? bytes : 0);
+    if (!fits)
+        QCOMPARE(treeLines(disk.filePath("target")), QStringList());
+}
+
+void tst_FileFolder::writesToAFullDiskFail()
+{
+    SmallDisk disk(64);
+    if (!disk.isMounted())
+        QSKIP(qPrintable(disk.reason()));
+    QVERIFY(disk.fillUpTo(0));
+    FileFolder folder(disk.path());
+
+    QVERIFY(!folder.writeFile("a", QByteArray("text")));
+    QVERIFY(!folder.writeTextFile("b", "text"));
+    QVERIFY(!folder.writeJsonFile("c", {{"key", "value"}}));
+}
+
+void tst_FileFolder::sizeDoesNotFollowOrCountLinks()
+{
+    write("outside/big", QByteArray(1000, 'x'));
+    write("folder/a", "1234567");
+    write("folder/.hidden/b", "123");
+    link(path("outside"), "folder/folderlink");
+    link(path("outside/big"), "folder/filelink");
+    link(path("folder"), "folder/.hidden/loop");
+    link(path("none"), "folder/broken");
+
+    QCOMPARE(FileFolder(path("folder")).size(), 10);
+    // The folder itself may be given by a link.
+    link(path("folder"), "link");
+    QCOMPARE(FileFolder(path("link")).size(), 10);
+}
+
+void tst_FileFolder::namesWalkThroughLinksThatEnd()
+{
+    write("outside/deep/a");
+    write("folder/b");
+    link(path("outside"), "folder/link");
+    link(path("none"), "folder/broken");
+    const FileFolder folder(path("folder"));
+    QCOMPARE(folder.fileNames("*", true), QStringList({"b", "link/deep/a"}));
+    QCOMPARE(folder.folderNames("*", true), QStringList({"link", "link/deep"}));
+}
+
+void tst_FileFolder::namesDoNotWalkThroughLinksThatLeadBack()
+{
+    write("folder/sub/a");
+    link(path("folder"), "folder/sub/loop");
+    link(path("folder/sub"), "folder/sub/self");
+    const FileFolder folder(path("folder"));
+    QCOMPARE(folder.fileNames("*", true), QStringList("sub/a"));
+    QCOMPARE(folder.folderNames("*", true), QStringList({"sub", "sub/loop", "sub/self"}));
+}
+
+void tst_FileFolder::unreadableFilesReadAsEmpty()
+{
+    write("a", "{ \"secret\": 1 }");
+    QVERIFY(QFile::setPermissions(path("a"), QFile::Permissions()));
+    openToAll(m_dir->path());
+    const UnprivilegedUser guard;
+
+    FileFolder folder(m_dir->path());
+    QVERIFY(folder.fileExists("a"));
+    QCOMPARE(folder.readFile("a"), QVariant(QByteArray()));
+    QCOMPARE(folder.readTextFile("a"), QString());
+    QCOMPARE(folder.readJsonFile("a"), QVariantMap());
+    QCOMPARE(folder.writeFile("a", "x"), false);
+    QCOMPARE(folder.writeFile("new", "x"), false);
+    const std::unique_ptr<File> file(folder.file("a"));
+    QVERIFY(!file->open());
+    QCOMPARE(file->error(), int(File::ErrorOpen));
+    const std::unique_ptr<FileInfo> info(folder.fileInfo("a"));
+    QVERIFY(info->exists() && !info->isReadable() && !info->isWritable());
+}
+
+void tst_FileFolder::failedRemovalsAnswerFalse()
+{
+    write("top/sub/a");
+    openToAll(path("top/sub"));
+    const UnprivilegedUser guard;
+
+    FileFolder folder(path("top"));
+    QSignalSpy exists(&folder, &FileFolder::existsChanged);
+    QSignalSpy size(&folder, &FileFolder::sizeChanged);
+    QVERIFY(!folder.removeFile("sub/a"));
+    QVERIFY(!folder.removeFolder("sub", true));
+    QVERIFY(!folder.removeFolder());
+    QCOMPARE(exists.count() + size.count(), 0);
+    QVERIFY(QFileInfo::exists(path("top/sub/a")));
+}
+
+TESSALINE_TEST_MAIN(tst_FileFolder)
+#include "tst_FileFolder.moc"
