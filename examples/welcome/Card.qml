@@ -1,6 +1,5 @@
 // A white card with a title and a column of content: Card { title: "Versions"; Fact { ... } }
 import QtQuick 2.15
-import QtQuick.Layouts 1.15
 
 Rectangle {
     id: card
@@ -15,15 +14,15 @@ Rectangle {
     color: "white"
     border { width: Math.max(1, Math.round(unit)); color: "#d7dee5" }
 
-    ColumnLayout {
+    Column {
         id: column
 
         anchors { left: parent.left; right: parent.right; top: parent.top; margins: 14 * card.unit }
         spacing: 6 * card.unit
 
         Text {
-            Layout.fillWidth: true
-            Layout.bottomMargin: 2 * card.unit
+            width: parent.width
+            bottomPadding: 2 * card.unit
             text: card.title
             color: card.accent
             font { pixelSize: 15 * card.unit; bold: true }

@@ -10,7 +10,7 @@ RowLayout {
     property bool path: false        // paths may break anywhere
     property real unit: 1            // pixels per point of a 72 dpi display
 
-    Layout.fillWidth: true
+    width: parent ? parent.width : implicitWidth
     spacing: 8 * unit
 
     Text {
@@ -21,11 +21,12 @@ RowLayout {
         textFormat: Text.PlainText
         color: "#5b6b7a"
         font.pixelSize: 12 * fact.unit
-        wrapMode: Text.WrapAnywhere
+        wrapMode: Text.Wrap
     }
 
     Text {
         Layout.fillWidth: true
+        Layout.alignment: Qt.AlignTop
         text: fact.value
         textFormat: Text.PlainText
         color: "#1d2733"

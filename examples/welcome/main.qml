@@ -18,6 +18,10 @@ App {
     readonly property color accent: app.info ? app.info.propertyValue("accentColor", "#1b6e8c") : "#1b6e8c"
     readonly property int columnCount: Math.max(1, Math.min(3, Math.floor(width / (320 * unit))))
 
+    // The variables of appinfo.json are in the process once this item is complete, not before.
+    property bool complete: false
+    Component.onCompleted: complete = true
+
     width: 960 * unit
     height: 720 * unit
 
@@ -113,7 +117,7 @@ App {
         }
     }
 
-    readonly property var cardDocuments: [ aboutCard, versionsCard, pathsCard, foldersCard, volumesCard, environmentCard ]
+    readonly property var cardDocuments: [ aboutCard, versionsCard, pathsCard, environmentCard, foldersCard, volumesCard ]
 
     Component {
         id: aboutCard
@@ -124,7 +128,7 @@ App {
             accent: app.accent
 
             Image {
-                Layout.alignment: Qt.AlignHCenter
+                anchors.horizontalCenter: parent.horizontalCenter
                 source: app.info.thumbnail
                 sourceSize { width: 200 * app.unit; height: 133 * app.unit }
                 visible: status === Image.Ready
@@ -174,7 +178,7 @@ App {
             TextField {
                 id: pathField
 
-                Layout.fillWidth: true
+                width: parent.width
                 objectName: "pathField"
                 text: "~/Zemrik"
                 placeholderText: "A path such as ~/notes or $TEMP/x"
@@ -220,7 +224,8 @@ App {
 
             Fact { unit: app.unit; label: "Root"; value: rootVolume.path + " (" + rootVolume.fileSystemType + ")" }
             ProgressBar {
-                Layout.fillWidth: true
+                width: parent.width
+                palette.dark: app.accent
                 value: rootVolume.bytesTotal > 0 ? 1 - rootVolume.bytesAvailable / rootVolume.bytesTotal : 0
             }
             Fact { unit: app.unit; label: "Free"; value: app.gigabytes(rootVolume.bytesAvailable) + " of " + app.gigabytes(rootVolume.bytesTotal) }
@@ -236,7 +241,7 @@ App {
             unit: app.unit
             accent: app.accent
 
-            Fact { unit: app.unit; label: "WELCOME_GREETING"; value: Tessaline.environment.value("WELCOME_GREETING", "not set"); objectName: "greeting" }
+            Fact { unit: app.unit; label: "GREETING"; value: app.complete ? Tessaline.environment.value("WELCOME_GREETING", "not set") : ""; objectName: "greeting" }
             Fact { unit: app.unit; label: "HOME"; value: Tessaline.environment.value("HOME", "not set"); path: true }
             Fact { unit: app.unit; label: "LANG"; value: Tessaline.environment.value("LANG", "not set") }
             Fact { unit: app.unit; label: "Arguments"; value: app.arguments.slice(1).join(" ") || "none"; path: true }
