@@ -1,9 +1,13 @@
 #include "support/QmlTestSetup.h"
 
+#include <QClipboard>
+#include <QColor>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <QImage>
 #include <QQmlContext>
 
 #include <mutex>
@@ -26,7 +30,7 @@ void keepLine(QtMsgType type, const QMessageLogContext &context, const QString &
 {
     {
         const std::lock_guard<std::mutex> lock(logMutex);
-        loggedLines.append({ type, context.category, text });
+        loggedLines.append({type, context.category, text});
     }
     if (type != QtDebugMsg && previousHandler)
         previousHandler(type, context, text);
@@ -43,11 +47,16 @@ void watchLog()
 QString levelName(QtMsgType type)
 {
     switch (type) {
-    case QtDebugMsg: return QStringLiteral("debug");
-    case QtInfoMsg: return QStringLiteral("info");
-    case QtWarningMsg: return QStringLiteral("warning");
-    case QtCriticalMsg: return QStringLiteral("critical");
-    case QtFatalMsg: return QStringLiteral("fatal");
+    case QtDebugMsg:
+        return QStringLiteral("debug");
+    case QtInfoMsg:
+        return QStringLiteral("info");
+    case QtWarningMsg:
+        return QStringLiteral("warning");
+    case QtCriticalMsg:
+        return QStringLiteral("critical");
+    case QtFatalMsg:
+        return QStringLiteral("fatal");
     }
     return QString();
 }
@@ -64,7 +73,16 @@ QByteArray readBytes(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+QVariantMap describeImage(const QImage &image)
+{
+    if (image.isNull())
+        return {};
+    return {{QStringLiteral("width"), image.width()},
+            {QStringLiteral("height"), image.height()},
+            {QStringLiteral("first"), image.pixelColor(0, 0).name(QColor::HexArgb)}};
 }
+
+} // namespace
 
 QmlTestSupport::QmlTestSupport(QObject *parent)
     : QObject(parent)
@@ -155,6 +173,39 @@ void QmlTestSupport::collectGarbage()
     qmlEngine(this)->collectGarbage();
 }
 
+QString QmlTestSupport::ownership(QObject *object)
+{
+    return QQmlEngine::objectOwnership(object) == QQmlEngine::JavaScriptOwnership
+               ? QStringLiteral("script")
+               : QStringLiteral("native");
+}
+
+void QmlTestSupport::watch(QObject *object)
+{
+    m_watched = object;
+}
+
+bool QmlTestSupport::watchedIsGone()
+{
+    return !m_watched;
+}
+
+bool QmlTestSupport::throws(const QJSValue &function)
+{
+    QJSValue callable = function;
+    return callable.call().isError();
+}
+
+QVariantMap QmlTestSupport::image(const QString &path)
+{
+    return describeImage(QImage(path));
+}
+
+QVariantMap QmlTestSupport::clipboardImage()
+{
+    return describeImage(QGuiApplication::clipboard()->image());
+}
+
 void QmlTestSupport::clearLog()
 {
     watchLog();
@@ -168,7 +219,7 @@ int QmlTestSupport::logCount(const QString &level, const QString &category, cons
     int count = 0;
     for (const LoggedLine &line : qAsConst(loggedLines)) {
         const bool categoryMatches =
-                category.isEmpty() || category == QString::fromLatin1(line.category);
+            category.isEmpty() || category == QString::fromLatin1(line.category);
         if (categoryMatches && levelName(line.type) == level && line.text.contains(words))
             ++count;
     }

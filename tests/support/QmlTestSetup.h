@@ -1,18 +1,21 @@
 #pragma once
 
+#include <QJSValue>
 #include <QObject>
+#include <QPointer>
 #include <QQmlEngine>
 #include <QStringList>
 #include <QVariantList>
+#include <QVariantMap>
 
 // What QML tests reach as the context property "TestSupport": files made behind the module's back,
 // the process's log lines, and a home that is gone afterwards.
 class QmlTestSupport : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(QString home READ home CONSTANT)   // the process's own home
-    Q_PROPERTY(QString dataPath READ dataPath CONSTANT)   // folder of the test document
-    Q_PROPERTY(QString sourcePath READ sourcePath CONSTANT)   // root of the source tree
+    Q_PROPERTY(QString home READ home CONSTANT)             // the process's own home
+    Q_PROPERTY(QString dataPath READ dataPath CONSTANT)     // folder of the test document
+    Q_PROPERTY(QString sourcePath READ sourcePath CONSTANT) // root of the source tree
 
 public:
     explicit QmlTestSupport(QObject *parent = nullptr);
@@ -36,12 +39,25 @@ public:
     Q_INVOKABLE void setEnvironment(const QString &name, const QString &value);
     Q_INVOKABLE void setApplicationProperty(const QString &name, const QVariant &value);
     Q_INVOKABLE void collectGarbage();
+    // Who deletes an object: "script" or "native".
+    Q_INVOKABLE QString ownership(QObject *object);
+    // Remembers an object without keeping it.
+    Q_INVOKABLE void watch(QObject *object);
+    Q_INVOKABLE bool watchedIsGone();
+    // Whether calling the function throws.
+    Q_INVOKABLE bool throws(const QJSValue &function);
+    // A picture's "width", "height" and "first", the colour of its first pixel as "#aarrggbb".
+    Q_INVOKABLE QVariantMap image(const QString &path);
+    Q_INVOKABLE QVariantMap clipboardImage();
 
     // Log lines since the last clearLog(), which each test case has to call first: how many of that level ("debug", "info", "warning",
     // "critical") and category hold the words; an empty category means any.
     Q_INVOKABLE void clearLog();
     Q_INVOKABLE int logCount(const QString &level, const QString &category, const QString &words);
     Q_INVOKABLE QStringList logLines();
+
+private:
+    QPointer<QObject> m_watched;
 };
 
 // Called by the Quick Test runner.
