@@ -4,6 +4,7 @@
 #include "files/FileFolder.h"
 #include "files/FileInfo.h"
 #include "files/Settings.h"
+#include "logging/Logging.h"
 #include "network/Network.h"
 #include "player/AppletsPlayer.h"
 #include "plugin/ColorUtility.h"
@@ -154,6 +155,12 @@
     \qmlproperty Environment Tessaline::environment
     \readonly
     The process's environment variables.
+*/
+
+/*!
+    \qmlproperty Logging Tessaline::logging
+    \readonly
+    Where the process's messages can be sent: a file or a syslog collector.
 */
 
 /*!
@@ -466,6 +473,11 @@ Settings *Tessaline::settings()
 Environment *Tessaline::environment()
 {
     return lazyChild(m_environment, this);
+}
+
+Logging *Tessaline::logging() const
+{
+    return Logging::instance(false);
 }
 
 double Tessaline::displayScaleFactor() const

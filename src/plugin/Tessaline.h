@@ -18,6 +18,7 @@ class Environment;
 class File;
 class FileFolder;
 class FileInfo;
+class Logging;
 class Network;
 class QGuiApplication;
 class QImage;
@@ -52,6 +53,7 @@ class TESSALINE_EXPORT Tessaline : public QObject
     Q_PROPERTY(QString qtVersion READ qtVersion CONSTANT)
     Q_PROPERTY(Settings *settings READ settings CONSTANT)
     Q_PROPERTY(Environment *environment READ environment CONSTANT)
+    Q_PROPERTY(Logging *logging READ logging CONSTANT)
     Q_PROPERTY(double displayScaleFactor READ displayScaleFactor WRITE setDisplayScaleFactor NOTIFY
                    displayScaleFactorChanged)
     Q_PROPERTY(Network *network READ network CONSTANT)
@@ -93,6 +95,8 @@ public:
 
     Settings *settings();
     Environment *environment();
+    // The process's one Logging object, made at the first call.
+    Logging *logging() const;
 
     // Device pixels per reference pixel of 1/72 inch: the override, or the primary screen's. An
     // override of 0 or less removes it. Each write is signalled.

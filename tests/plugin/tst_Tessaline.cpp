@@ -2,6 +2,7 @@
 
 #include "files/FileFolder.h"
 #include "files/Settings.h"
+#include "logging/Logging.h"
 #include "network/Network.h"
 #include "player/AppletsPlayer.h"
 #include "plugin/Device.h"
@@ -95,6 +96,7 @@ private slots:
     void writingTheSameHomePathDoesNothing();
     void writingAnEmptyHomePathResolvesItAnew();
 
+    void loggingIsTheProcessesOne();
     void onlineStateIsTheNetworks();
 
     void scaleFactorFollowsTheScreen();
@@ -295,6 +297,20 @@ void tst_Tessaline::writingAnEmptyHomePathResolvesItAnew()
 
     QCOMPARE(spy.count(), 1);
     QCOMPARE(tessaline.userHomePath(), QDir::homePath());
+}
+
+void tst_Tessaline::loggingIsTheProcessesOne()
+{
+    QVERIFY(!Logging::instance(true));
+    const Tessaline tessaline;
+    QVERIFY(!Logging::instance(true)); // not before it is asked for
+
+    Logging *logging = tessaline.logging();
+
+    QVERIFY(logging);
+    QCOMPARE(logging, Logging::instance(true));
+    QCOMPARE(Tessaline().logging(), logging);
+    QVERIFY(!logging->parent());
 }
 
 void tst_Tessaline::onlineStateIsTheNetworks()

@@ -65,7 +65,7 @@ Item {
         }
 
         function test_childrenKeepTheirIdentity_data() {
-            return [{ tag: "settings", type: "Settings" }, { tag: "environment", type: "Environment" },
+            return [{ tag: "settings", type: "Settings" }, { tag: "environment", type: "Environment" }, { tag: "logging", type: "Logging" },
                     { tag: "network", type: "Network" }, { tag: "device", type: "Device" },
                     { tag: "standardPaths", type: "StandardPaths" }];
         }
