@@ -13,7 +13,8 @@ class Tessaline;
 class TESSALINE_EXPORT TessalinePlugin : public QQmlExtensionPlugin
 {
     Q_OBJECT
-    Q_PLUGIN_METADATA(IID QQmlExtensionInterface_iid FILE "TessalinePlugin.json")
+    // The interface without a version; the engine asks the instance, not the metadata.
+    Q_PLUGIN_METADATA(IID "org.qt-project.Qt.QQmlExtensionInterface" FILE "TessalinePlugin.json")
 
 public:
     explicit TessalinePlugin(QObject *parent = nullptr);

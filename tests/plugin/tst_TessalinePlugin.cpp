@@ -1,0 +1,504 @@
+#include "plugin/TessalinePlugin.h"
+
+#include "player/AppletsPlayer.h"
+#include "plugin/Tessaline.h"
+#include "plugin/TessalineDebug.h"
+#include "support/IsolatedHome.h"
+#include "support/LogCapture.h"
+
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QLibraryInfo>
+#include <QNetworkProxyFactory>
+#include <QPluginLoader>
+#include <QPointer>
+#include <QProcess>
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QResource>
+#include <QTest>
+#include <QTranslator>
+
+namespace {
+
+const char *const pluginCategory = "Zemrik.Tessaline.Plugin";
+
+QString importDirectory()
+{
+    return qEnvironmentVariable("TESSALINE_QML_IMPORT_DIR");
+}
+
+QString libraryPath()
+{
+    return importDirectory() + "/Zemrik/Tessaline/libTessaline.so";
+}
+
+// Makes an object from one element; null, and the errors in `errors`, if that fails.
+QObject *createObject(QQmlEngine *engine, const QString &element, QString *errors = nullptr)
+{
+    QQmlComponent component(engine);
+    component.setData("import QtQml 2.15\nimport Zemrik.Tessaline 1.0\n" + element.toUtf8(),
+                      QUrl());
+    QObject *object = component.create();
+    if (errors)
+        *errors = component.errorString();
+    return object;
+}
+
+// What child processes do, by the name in their first argument.
+
+// Uses the singleton where there is no GUI application; it must not get to the end.
+int runWithoutGui(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    QQmlEngine engine;
+    engine.addImportPath(importDirectory());
+    createObject(&engine, "QtObject { property string version: Tessaline.version }");
+    return 0;
+}
+
+// Imports the module with the catalogues of the resource file in the second argument and prints a
+// translation and the number of translators that belong to the engine.
+int runTranslated(int argc, char **argv)
+{
+    QGuiApplication application(argc, argv);
+    if (!QResource::registerResource(QString::fromLocal8Bit(argv[2])))
+        return 1;
+    QQmlEngine engine;
+    engine.addImportPath(importDirectory());
+    const QScopedPointer<QObject> object(createObject(&engine, "QtObject {}"));
+    printf("%s %d\n", qPrintable(QCoreApplication::translate("Greeting", "hello")),
+           engine.findChildren<QTranslator *>().size());
+    return object ? 0 : 2;
+}
+
+} // namespace
+
+class tst_TessalinePlugin : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+
+    void metadataNamesClassAndModule();
+    void resourceIsThereBeforeRegistration();
+    void firstImportRegistersOnce();
+    void rowIsRegistered_data();
+    void rowIsRegistered();
+    void helperClassIsNoType_data();
+    void helperClassIsNoType();
+    void singletonCannotBeAnElement();
+    void settingsElementIsTheCreatableClass();
+    void expressionsReachTheSingleton();
+
+    void enginesShareTheSingleton();
+    void secondEngineLeavesTheSingletonAlone();
+    void hostAndModuleShareOneLibrary();
+    void providerLogsItsPointer();
+
+    void initializeEngineLogsInOrder();
+    void systemProxyIsUsedForEveryEngine();
+    void importPathsStayAsTheyAre();
+    void subModulesNeedTheResourcePath();
+    void engineOwnsOneTranslator();
+
+    void withoutGuiApplicationTheProcessEnds();
+    void catalogueOfTheFirstLanguageIsInstalled_data();
+    void catalogueOfTheFirstLanguageIsInstalled();
+
+private:
+    QQmlEngine *makeEngine(QObject *parent = nullptr);
+    QString makeCatalogues(const QTemporaryDir &folder);
+
+    bool m_resourceAtStart = false;
+    QStringList m_firstImport;      // the plug-in's lines
+    QQmlEngine *m_engine = nullptr; // the process's first, which has to outlive all others
+    QPointer<Tessaline> m_singleton;
+};
+
+QQmlEngine *tst_TessalinePlugin::makeEngine(QObject *parent)
+{
+    auto *engine = new QQmlEngine(parent);
+    engine->addImportPath(importDirectory());
+    return engine;
+}
+
+void tst_TessalinePlugin::initTestCase()
+{
+    m_resourceAtStart = QFile::exists(":/images/defaultThumbnail.png");
+    m_engine = makeEngine();
+    LogCapture log;
+    QString errors;
+    const QScopedPointer<QObject> object(
+        createObject(m_engine, "QtObject { property QtObject it: Tessaline }", &errors));
+    QVERIFY2(object, qPrintable(errors));
+    m_singleton = qobject_cast<Tessaline *>(object->property("it").value<QObject *>());
+    const auto messages = log.messages();
+    for (const LogCapture::Message &message : messages) {
+        if (message.category == pluginCategory)
+            m_firstImport.append(message.text);
+    }
+}
+
+void tst_TessalinePlugin::cleanupTestCase()
+{
+    delete m_engine;
+    QVERIFY(!m_singleton); // its life is the first engine's
+}
+
+void tst_TessalinePlugin::metadataNamesClassAndModule()
+{
+    const QJsonObject metaData = QPluginLoader(libraryPath()).metaData();
+    QCOMPARE(metaData.value("IID").toString(), QString("org.qt-project.Qt.QQmlExtensionInterface"));
+    QCOMPARE(metaData.value("className").toString(), QString("TessalinePlugin"));
+    QCOMPARE(metaData.value("version").toInt() >> 8, QT_VERSION >> 8); // major and minor
+#ifdef QT_NO_DEBUG
+    QCOMPARE(metaData.value("debug").toBool(true), false);
+#endif
+    QCOMPARE(metaData.value("MetaData").toObject().value("uri").toArray(),
+             QJsonArray{"Zemrik.Tessaline"});
+}
+
+void tst_TessalinePlugin::resourceIsThereBeforeRegistration()
+{
+    QVERIFY(m_resourceAtStart);
+    QVERIFY(!QImage(":/images/defaultThumbnail.png").isNull());
+}
+
+void tst_TessalinePlugin::firstImportRegistersOnce()
+{
+    QVERIFY(m_firstImport.value(0).contains("registerTypes"));
+    QVERIFY(m_firstImport.value(0).endsWith("Zemrik.Tessaline"));
+    QCOMPARE(m_firstImport.filter("registerTypes").size(), 1);
+    QCOMPARE(m_firstImport.filter("initializeEngine").size(), 2); // itself, and the storage path
+}
+
+void tst_TessalinePlugin::rowIsRegistered_data()
+{
+    QTest::addColumn<QString>("className"); // empty: can't be created
+    const auto creatable = [](const char *name) { QTest::newRow(name) << QString(name); };
+    const auto uncreatable = [](const char *name) { QTest::newRow(name) << QString(); };
+    uncreatable("TessalineObject");
+    uncreatable("TessalineError");
+    uncreatable("AppPlayer");
+    uncreatable("AppPlayerSettings");
+    uncreatable("Environment");
+    uncreatable("Logging");
+    creatable("App");
+    creatable("AppInfo");
+    creatable("AppInfoList");
+    uncreatable("Network");
+    uncreatable("NetworkProxy");
+    creatable("NetworkRequest");
+    creatable("NetworkRequestHeaders");
+    uncreatable("AppDependency");
+    creatable("UrlInfo");
+    creatable("File");
+    creatable("FileInfo");
+    creatable("FileFolder");
+    creatable("Settings");
+    creatable("StorageInfo");
+    creatable("ZipReader");
+    creatable("ZipWriter");
+    creatable("ZipFileInfo");
+    uncreatable("StandardPaths");
+    uncreatable("Device");
+    creatable("PropertySet");
+}
+
+void tst_TessalinePlugin::rowIsRegistered()
+{
+    QFETCH(QString, className);
+    const QString name = QTest::currentDataTag();
+    QString errors;
+    const QScopedPointer<QObject> object(createObject(m_engine, name + " {}", &errors));
+    if (className.isEmpty()) {
+        QVERIFY(!object);
+        QVERIFY2(errors.contains(QString("The Zemrik type %1 is not creatable\n").arg(name)),
+                 qPrintable(errors));
+    } else {
+        QVERIFY2(object, qPrintable(errors));
+        QVERIFY(object->inherits(className.toLatin1().constData()));
+    }
+}
+
+void tst_TessalinePlugin::helperClassIsNoType_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"PortalRequest", "PortalPackageRequest", "PortalObject",
+                             "NetworkFormData", "NetworkFilePart", "SettingsBase", "AppletsPlayer",
+                             "AppletsPlayerSettings", "FileUtility", "UnZipFile"})
+        QTest::newRow(name) << QString(name);
+}
+
+void tst_TessalinePlugin::helperClassIsNoType()
+{
+    QFETCH(QString, name);
+    QString errors;
+    const QScopedPointer<QObject> object(createObject(m_engine, name + " {}", &errors));
+    QVERIFY(!object);
+    QVERIFY2(errors.contains(name + " is not a type"), qPrintable(errors));
+}
+
+void tst_TessalinePlugin::singletonCannotBeAnElement()
+{
+    QString errors;
+    const QScopedPointer<QObject> object(createObject(m_engine, "Tessaline {}", &errors));
+    QVERIFY(!object);
+    QVERIFY2(errors.contains("not creatable"), qPrintable(errors));
+}
+
+void tst_TessalinePlugin::settingsElementIsTheCreatableClass()
+{
+    const QScopedPointer<QObject> object(createObject(m_engine, "Settings {}"));
+    QVERIFY(object);
+    QCOMPARE(object->metaObject()->className(), "Settings");
+    QVERIFY(!object->inherits("SettingsBase"));
+}
+
+void tst_TessalinePlugin::expressionsReachTheSingleton()
+{
+    const QScopedPointer<QObject> object(
+        createObject(m_engine, "QtObject { property string version: Tessaline.version }"));
+    QVERIFY(object);
+    QCOMPARE(object->property("version").toString(), QString("1.2.15"));
+    QVERIFY(m_singleton);
+    QCOMPARE(m_singleton->parent(), m_engine);
+}
+
+void tst_TessalinePlugin::enginesShareTheSingleton()
+{
+    const QScopedPointer<QQmlEngine> second(makeEngine());
+    LogCapture log; // takes the engine's remark that the object has a context already
+    const QScopedPointer<QObject> object(
+        createObject(second.data(), "QtObject { property QtObject it: Tessaline; "
+                                    "property real scale: Tessaline.displayScaleFactor }"));
+    QVERIFY(object);
+    QCOMPARE(object->property("it").value<QObject *>(), m_singleton.data());
+    QCOMPARE(m_singleton->parent(), m_engine);
+    QCOMPARE(m_singleton->engine(), m_engine);
+
+    m_singleton->setDisplayScaleFactor(4.0); // bindings of the second engine follow
+    QCOMPARE(object->property("scale").toDouble(), 4.0);
+    m_singleton->setDisplayScaleFactor(0.0);
+}
+
+void tst_TessalinePlugin::secondEngineLeavesTheSingletonAlone()
+{
+    {
+        const QScopedPointer<QQmlEngine> second(makeEngine());
+        LogCapture log;
+        const QScopedPointer<QObject> object(
+            createObject(second.data(), "QtObject { property QtObject it: Tessaline }"));
+        QVERIFY(object);
+        second->collectGarbage();
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(m_singleton);
+    expressionsReachTheSingleton();
+}
+
+void tst_TessalinePlugin::hostAndModuleShareOneLibrary()
+{
+    QFile maps("/proc/self/maps");
+    QVERIFY(maps.open(QIODevice::ReadOnly));
+    QSet<QByteArray> libraries;
+    const QList<QByteArray> lines = maps.readAll().split('\n');
+    for (const QByteArray &line : lines) {
+        if (line.contains("libTessaline"))
+            libraries.insert(line.mid(line.indexOf('/')));
+    }
+    QCOMPARE(libraries.size(), 1);
+    QCOMPARE(QFileInfo(QString::fromLocal8Bit(*libraries.begin())).canonicalFilePath(),
+             QFileInfo(libraryPath()).canonicalFilePath());
+
+    // The very classes: what a host hands over is known on the other side.
+    QCOMPARE(m_singleton->metaObject(), &Tessaline::staticMetaObject);
+    AppletsPlayer player(nullptr);
+    m_engine->rootContext()->setContextProperty("player", &player);
+    const QScopedPointer<QObject> object(
+        createObject(m_engine, "QtObject { property AppPlayer it: Tessaline.player }"));
+    QVERIFY(object);
+    QCOMPARE(object->property("it").value<AppletsPlayer *>(), &player);
+    m_engine->rootContext()->setContextProperty("player", QVariant());
+}
+
+void tst_TessalinePlugin::providerLogsItsPointer()
+{
+    LogCapture log;
+    QCOMPARE(TessalinePlugin::tessalineProvider(m_engine, m_engine), m_singleton.data());
+    QCOMPARE(log.messages().size(), 1);
+    QCOMPARE(log.count(QtDebugMsg, pluginCategory, "tessalineProvider"), 1);
+    QVERIFY(log.messages().at(0).text.contains("Tessaline(0x"));
+    QCOMPARE(QQmlEngine::objectOwnership(m_singleton), QQmlEngine::CppOwnership);
+}
+
+void tst_TessalinePlugin::initializeEngineLogsInOrder()
+{
+    const QScopedPointer<QQmlEngine> engine(makeEngine());
+    engine->setOfflineStoragePath("/srv/storage");
+    LogCapture log;
+    const QScopedPointer<QObject> first(createObject(engine.data(), "QtObject {}"));
+    const QScopedPointer<QObject> second(createObject(engine.data(), "QtObject { id: other }"));
+
+    const QStringList expected{"Zemrik.Tessaline", "Offline storage path: \"/srv/storage\"",
+                               "Using system network proxy configuration"};
+    const auto messages = log.messages();
+    QCOMPARE(messages.size(), expected.size()); // once per engine, and no registration
+    for (int i = 0; i < expected.size(); ++i) {
+        QCOMPARE(messages.at(i).type, QtDebugMsg);
+        QCOMPARE(messages.at(i).category, QByteArray(pluginCategory));
+        QVERIFY2(messages.at(i).text.endsWith(expected.at(i)), qPrintable(log.dump()));
+    }
+}
+
+void tst_TessalinePlugin::systemProxyIsUsedForEveryEngine()
+{
+    for (const bool logged : {true, false}) {
+        QNetworkProxyFactory::setUseSystemConfiguration(false);
+        Debug::setAllEnabled(logged);
+        const QScopedPointer<QQmlEngine> engine(makeEngine());
+        const QScopedPointer<QObject> object(createObject(engine.data(), "QtObject {}"));
+        QVERIFY(QNetworkProxyFactory::usesSystemConfiguration());
+    }
+    QLoggingCategory::setFilterRules(QString());
+}
+
+void tst_TessalinePlugin::importPathsStayAsTheyAre()
+{
+    const QScopedPointer<QQmlEngine> engine(makeEngine());
+    const QStringList before = engine->importPathList();
+    const QScopedPointer<QObject> object(createObject(engine.data(), "QtObject {}"));
+    QVERIFY(object);
+    QCOMPARE(engine->importPathList(), before);
+}
+
+void tst_TessalinePlugin::subModulesNeedTheResourcePath()
+{
+    const QScopedPointer<QQmlEngine> engine(makeEngine());
+    for (const char *module : {"Controls", "Dialogs", "Portal"}) {
+        QQmlComponent component(engine.data());
+        component.setData("import QtQml 2.15\nimport Zemrik.Tessaline 1.0\nimport Zemrik.Tessaline."
+                              + QByteArray(module) + " 1.0\nQtObject {}",
+                          QUrl());
+        QVERIFY(component.isError());
+        QVERIFY2(component.errorString().contains(
+                     QString("module \"Zemrik.Tessaline.%1\" is not installed").arg(module)),
+                 qPrintable(component.errorString()));
+    }
+}
+
+void tst_TessalinePlugin::engineOwnsOneTranslator()
+{
+    const QScopedPointer<QQmlEngine> engine(makeEngine());
+    const QScopedPointer<QObject> object(createObject(engine.data(), "QtObject {}"));
+    const auto translators = engine->findChildren<QTranslator *>();
+    QCOMPARE(translators.size(), 1);
+    QCOMPARE(translators.at(0)->parent(), engine.data());
+}
+
+void tst_TessalinePlugin::withoutGuiApplicationTheProcessEnds()
+{
+    QProcess child;
+    child.start(QCoreApplication::applicationFilePath(), {"child:without-gui"});
+    QVERIFY(child.waitForFinished());
+    QCOMPARE(child.exitStatus(), QProcess::CrashExit);
+    const QByteArray output = child.readAllStandardError().trimmed();
+    QVERIFY2(output.contains("This is not a GUI application"), output.constData());
+}
+
+// Catalogues for languages that the library has none for: "hu" with one text, "mt" with none.
+QString tst_TessalinePlugin::makeCatalogues(const QTemporaryDir &folder)
+{
+    const auto write = [&](const QString &name, const QByteArray &text) {
+        QFile file(folder.filePath(name));
+        return file.open(QIODevice::WriteOnly) && file.write(text) == text.size();
+    };
+    const auto run = [&](const QString &program, const QStringList &arguments) {
+        QProcess process;
+        process.setWorkingDirectory(folder.path());
+        process.start(QLibraryInfo::location(QLibraryInfo::BinariesPath) + '/' + program,
+                      arguments);
+        return process.waitForFinished() && process.exitCode() == 0;
+    };
+    const QByteArray head = "<?xml version='1.0' encoding='utf-8'?><!DOCTYPE TS><TS version='2.1'>";
+    if (!write("TessalinePlugin_hu.ts",
+               head
+                   + "<context><name>Greeting</name><message><source>hello</source>"
+                     "<translation>szia</translation></message></context></TS>")
+        || !write("TessalinePlugin_mt.ts", head + "</TS>")
+        || !run("lrelease", {"TessalinePlugin_hu.ts", "TessalinePlugin_mt.ts"})
+        || !write("languages.qrc", "<RCC><qresource prefix='/languages'>"
+                                   "<file>TessalinePlugin_hu.qm</file>"
+                                   "<file>TessalinePlugin_mt.qm</file></qresource></RCC>")
+        || !run("rcc", {"--binary", "languages.qrc", "-o", "languages.rcc"}))
+        return QString();
+    return folder.filePath("languages.rcc");
+}
+
+void tst_TessalinePlugin::catalogueOfTheFirstLanguageIsInstalled_data()
+{
+    QTest::addColumn<QString>("languages");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("failures");
+    QTest::newRow("language") << "hu"
+                              << "szia" << 0;
+    QTest::newRow("language and territory") << "hu_HU"
+                                            << "szia" << 0;
+    QTest::newRow("first of two") << "hu:sk"
+                                  << "szia" << 0;
+    QTest::newRow("second of two") << "sk:hu"
+                                   << "hello" << 0;
+    QTest::newRow("no catalogue") << "sk"
+                                  << "hello" << 0;
+    QTest::newRow("catalogue without texts") << "mt"
+                                             << "hello" << 1;
+}
+
+void tst_TessalinePlugin::catalogueOfTheFirstLanguageIsInstalled()
+{
+    QFETCH(QString, languages);
+    QFETCH(QString, text);
+    QFETCH(int, failures);
+    const QTemporaryDir folder;
+    const QString resource = makeCatalogues(folder);
+    QVERIFY(!resource.isEmpty());
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("LC_ALL", "C.UTF-8");
+    environment.insert("LANGUAGE", languages);
+    child.setProcessEnvironment(environment);
+
+    child.start(QCoreApplication::applicationFilePath(), {"child:translated", resource});
+
+    QVERIFY(child.waitForFinished());
+    const QByteArray messages = child.readAllStandardError();
+    QVERIFY2(child.exitStatus() == QProcess::NormalExit && child.exitCode() == 0,
+             messages.constData());
+    QCOMPARE(QString::fromUtf8(child.readAllStandardOutput()), text + " 1\n");
+    const QList<QByteArray> lines = messages.split('\n');
+    QCOMPARE(std::count_if(lines.begin(), lines.end(),
+                           [](const QByteArray &line) {
+                               return line.startsWith(pluginCategory)
+                                      && line.endsWith("installTranslator() Failed");
+                           }),
+             failures);
+    // One line each for registration, engine, storage and proxy: nothing else is said.
+    QCOMPARE(lines.size() - 1, 4 + failures);
+}
+
+int main(int argc, char **argv)
+{
+    const QByteArray mode = argc > 1 ? argv[1] : "";
+    if (mode == "child:without-gui")
+        return runWithoutGui(argc, argv);
+    if (mode == "child:translated")
+        return runTranslated(argc, argv);
+    return runIsolatedTest<tst_TessalinePlugin>(argc, argv);
+}
+
+#include "tst_TessalinePlugin.moc"
