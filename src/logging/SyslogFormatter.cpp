@@ -70,22 +70,27 @@ void SyslogFormatter::updatePreamble()
     const QString application = QCoreApplication::applicationName();
     if (second == m_preambleSecond && application == m_preambleApplication)
         return;
+    const QString time = timestamp(second);
+    if (time.isEmpty() && !m_preamble.isEmpty())
+        return; // the process is ending: Qt's calendar has gone, and the application's name as well
     m_preambleSecond = second;
     m_preambleApplication = application;
-
-    if (m_version < 1) {
-        // Month names in English, whatever the user's language.
-        const QString timestamp =
-            QLocale(QLocale::English)
-                .toString(QDateTime::fromSecsSinceEpoch(second), QStringLiteral("MMM dd hh:mm:ss"));
-        m_preamble = timestamp % QLatin1Char(' ') % hostName() % QLatin1Char(' ') % appName()
+    if (m_version < 1)
+        m_preamble = time % QLatin1Char(' ') % hostName() % QLatin1Char(' ') % appName()
                      % QLatin1String(": ");
-        return;
-    }
-    const QString timestamp = QDateTime::fromSecsSinceEpoch(second, Qt::UTC).toString(Qt::ISODate);
-    m_preamble = QString::number(m_version) % QLatin1Char(' ') % timestamp % QLatin1Char(' ')
-                 % hostName() % QLatin1Char(' ') % appName() % QLatin1Char(' ')
-                 % QString::number(QCoreApplication::applicationPid()) % QLatin1String(" - ");
+    else
+        m_preamble = QString::number(m_version) % QLatin1Char(' ') % time % QLatin1Char(' ')
+                     % hostName() % QLatin1Char(' ') % appName() % QLatin1Char(' ')
+                     % QString::number(QCoreApplication::applicationPid()) % QLatin1String(" - ");
+}
+
+QString SyslogFormatter::timestamp(qint64 second) const
+{
+    if (m_version >= 1)
+        return QDateTime::fromSecsSinceEpoch(second, Qt::UTC).toString(Qt::ISODate);
+    // Local time; month names in English, whatever the user's language.
+    return QLocale(QLocale::English)
+        .toString(QDateTime::fromSecsSinceEpoch(second), QStringLiteral("MMM dd hh:mm:ss"));
 }
 
 QString SyslogFormatter::allStructuredData(const QMessageLogContext &context) const

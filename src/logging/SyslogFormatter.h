@@ -39,6 +39,7 @@ public:
 
 private:
     void updatePreamble();
+    QString timestamp(qint64 second) const;
     QString allStructuredData(const QMessageLogContext &context) const;
 
     int m_version = 1;
