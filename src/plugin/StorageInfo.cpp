@@ -156,8 +156,8 @@ void StorageInfo::setPath(const QString &path)
     qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << m_volume.rootPath() << resolved;
     delete m_folder;
     m_folder = nullptr;
-    m_volume.setPath(resolved);
-    m_volume.refresh();
+    // A new one: setPath() and refresh() keep the old volume's state for a path that isn't there.
+    m_volume = QStorageInfo(resolved);
     emit pathChanged();
 }
 
