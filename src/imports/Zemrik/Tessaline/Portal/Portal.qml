@@ -29,12 +29,13 @@
 */
 import QtQuick 2.4
 import Zemrik.Tessaline 1.0
+import "Endpoints.js" as Endpoints
 
 Item {
     id: _portal
 
     property string name: "Zemrik Online"
-    property url portalUrl: "http://portal.zemrik.example"   // no trailing slash; a new value signs out
+    property url portalUrl: Endpoints.publicPortal   // no trailing slash; a new value signs out
     property url tokenServicesUrl                 // set it to skip asking the portal for it
     property url owningSystemUrl: portalUrl
     readonly property url restUrl: portalUrl + "/sharing/rest"

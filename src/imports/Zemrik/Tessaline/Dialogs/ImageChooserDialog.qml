@@ -1,0 +1,180 @@
+/*!
+    \qmltype ImageChooserDialog
+    \inqmlmodule Zemrik.Tessaline.Dialogs
+    \brief A dialog for picking a picture, with thumbnails and folder navigation.
+
+    \qml
+    ImageChooserDialog {
+        id: chooser
+        onAccepted: photo.source = imageUrl
+    }
+
+    Button {
+        text: "Choose"
+        onClicked: chooser.open()
+    }
+    \endqml
+
+    A click selects, a double click opens a folder or takes a picture. imagePath and imageUrl keep the
+    last selection, also after cancelling.
+*/
+import QtQuick 2.3
+import QtQuick.Controls 1.2
+import QtQuick.Dialogs 1.2
+import Zemrik.Tessaline 1.0
+
+Dialog {
+    id: dialog
+
+    property bool showFolders: true             // list subfolders and the way up
+    property var filter: [ "*.jpg", "*.png" ]
+    property string imagePath
+    property url imageUrl
+    readonly property bool fullScreen: Qt.platform.os === "android"
+    readonly property real sizeRatio: fullScreen ? 0.98 : 0.9
+    readonly property bool osFrame: modality !== Qt.ApplicationModal
+                                    || Qt.platform.os === "android" || Qt.platform.os === "ios"
+
+    visible: false
+    title: qsTr("Images")
+    standardButtons: StandardButton.Ok + StandardButton.Cancel
+    width: typeof parent !== "undefined" && parent ? parent.width * sizeRatio : 600
+    height: typeof parent !== "undefined" && parent ? parent.height * sizeRatio : 400
+
+    onVisibleChanged: {
+        if (visible)
+            _refresh();
+    }
+    onAccepted: {
+    }
+    // Return would accept even where no Ok is offered.
+    onActionChosen: {
+        if (action.button === StandardButton.Ok && !(standardButtons & StandardButton.Ok))
+            action.accepted = false;
+    }
+
+    Item {
+        // Over the padding of Qt's dialog, but not over its buttons.
+        anchors { fill: parent; leftMargin: -12; rightMargin: -12; topMargin: -12 }
+
+        GridView {
+            id: imagesView
+
+            anchors { fill: parent; margins: 10; bottomMargin: 50 }
+            cellWidth: Tessaline.displayScaleFactor * 130
+            cellHeight: cellWidth * 1.12
+            delegate: imageDelegate
+            highlight: highlightDelegate
+            highlightFollowsCurrentItem: true
+            clip: true
+            focus: true
+
+            onCurrentIndexChanged: {
+                if (currentIndex < 0)
+                    return;
+                var entry = model[currentIndex];
+                if (entry.substr(0, 1) === "~") {
+                    standardButtons = StandardButton.Cancel;
+                } else {
+                    standardButtons = StandardButton.Cancel + StandardButton.Ok;
+                    imagePath = imagesFolder.filePath(entry);
+                    imageUrl = imagesFolder.fileUrl(entry);
+                }
+            }
+        }
+    }
+
+    FileFolder {
+        id: imagesFolder
+
+        path: Tessaline.standardPaths.writableLocation(StandardPaths.PicturesLocation)
+        onPathChanged: _refresh()
+    }
+
+    Component {
+        id: highlightDelegate
+
+        Rectangle {
+            color: "lightsteelblue"
+            radius: 5
+        }
+    }
+
+    Component {
+        id: imageDelegate
+
+        Item {
+            id: imageItem
+
+            readonly property string subFolderName: modelData.substr(1)
+            readonly property bool isSubFolder: modelData.substr(0, 1) === "~"
+
+            width: imagesView.cellWidth
+            height: imagesView.cellHeight
+
+            Rectangle {
+                id: imageFrame
+
+                anchors { left: parent.left; right: parent.right; top: parent.top; margins: 5 }
+                height: width
+                color: "transparent"
+                border { width: imageItem.isSubFolder ? 0 : 1; color: "lightgrey" }
+
+                Image {
+                    anchors { fill: parent; margins: 2 }
+                    fillMode: Image.PreserveAspectFit
+                    asynchronous: true
+                    // As many pixels as the cell shows: a folder of photos stays light.
+                    sourceSize { width: imagesView.cellWidth; height: imagesView.cellWidth }
+                    source: !imageItem.isSubFolder ? imagesFolder.fileUrl(modelData)
+                          : imageItem.subFolderName > "" ? "images/folder_open.png"
+                          : "images/folder_open-arrow_up.png"
+                }
+            }
+
+            Text {
+                anchors {
+                    left: parent.left; right: parent.right; top: imageFrame.bottom; bottom: parent.bottom
+                    leftMargin: 5; rightMargin: 5
+                }
+                text: imageItem.isSubFolder ? imageItem.subFolderName : modelData
+                textFormat: Text.PlainText
+                visible: text > ""
+                font.pointSize: 12
+                fontSizeMode: Text.Fit
+                minimumPointSize: 10
+                wrapMode: Text.NoWrap
+                elide: Text.ElideRight
+                horizontalAlignment: Text.AlignHCenter
+                verticalAlignment: Text.AlignVCenter
+            }
+
+            MouseArea {
+                anchors.fill: parent
+                onClicked: imagesView.currentIndex = index
+                onDoubleClicked: {
+                    imagesView.currentIndex = index;
+                    if (!imageItem.isSubFolder)
+                        dialog.click(StandardButton.Ok);
+                    else if (imageItem.subFolderName > "")
+                        imagesFolder.cd(imageItem.subFolderName);
+                    else
+                        imagesFolder.cdUp();
+                }
+            }
+        }
+    }
+
+    // A picture is its name, a folder "~" and its name, the way up "~" alone.
+    function _refresh() {
+        var files = imagesFolder.fileNames(filter);
+        standardButtons = files.length > 0 ? StandardButton.Cancel + StandardButton.Ok : StandardButton.Cancel;
+        if (showFolders) {
+            files.push("~");
+            imagesFolder.folderNames().forEach(function (name) {
+                files.push("~" + name);
+            });
+        }
+        imagesView.model = files;
+    }
+}

@@ -1,0 +1,719 @@
+/*!
+    \qmltype PortalDialog
+    \inqmlmodule Zemrik.Tessaline.Portal
+    \brief The sign-in dialog for a Portal, with a page to choose among portals.
+
+    \qml
+    PortalDialog {
+        id: signInDialog
+        portal: portal
+        settings: app.settings
+    }
+
+    Button {
+        text: "Sign in"
+        onClicked: signInDialog.show("Please sign in to download apps")
+    }
+    \endqml
+
+    With \c settings the dialog remembers the list of portals, the one in use and, if the user wants it,
+    the username; never the password. It closes by itself once the portal is signed in, and can't be
+    closed while a sign-in runs.
+*/
+import QtQuick 2.3
+import QtQuick.Controls 1.2
+import QtQuick.Controls.Styles 1.2
+import QtQuick.Window 2.0
+import QtQuick.Dialogs 1.2
+import QtQuick.Layouts 1.1
+import QtGraphicalEffects 1.0
+import Zemrik.Tessaline 1.0
+import Zemrik.Tessaline.Controls 1.0
+import "Endpoints.js" as Endpoints
+
+Dialog {
+    id: portalSignInDialog
+
+    property Portal portal
+    property alias usernameLabel: usernameText.text
+    property alias username: usernameField.text
+    property alias passwordLabel: passwordText.text
+    property alias password: passwordField.text
+    property bool busy: false
+    property string message: ""   // shown in red, until the first error takes the line over
+    property alias saveUserLabel: saveUserCheckBox.text
+    property alias saveUserChecked: saveUserCheckBox.checked
+    property alias saveUserVisible: saveUserCheckBox.visible
+    property alias acceptLabel: acceptButton.text
+    property alias rejectLabel: rejectButton.text
+    property alias bannerImage: image.source
+    property alias bannerColor: banner.color
+    property alias bannerTextColor: titleText.color
+    property Settings settings
+    property string settingsGroup: "Portal"
+    property string portalName: portal ? portal.name : ""
+    property string prompt
+
+    readonly property real _unit: Tessaline.displayScaleFactor
+
+    title: (busy ? qsTr("Signing in to %1") : qsTr("Sign in to %1")).arg(portalName)
+    standardButtons: StandardButton.NoButton
+    width: Math.min(_unit * 400, _available(dialogItem.Screen.desktopAvailableWidth))
+    height: Math.min(_unit * 400, _available(dialogItem.Screen.desktopAvailableHeight))
+
+    Component.onCompleted: {
+        readSettings();
+        readPortals();
+    }
+
+    // Qt's dialog accepts on Return and rejects on Escape: here Return only tries the sign-in, and no
+    // key closes the dialog while a sign-in runs.
+    onActionChosen: {
+        if (action.key && (busy || action.button === StandardButton.Ok))
+            action.accepted = false;
+    }
+
+    Connections {
+        target: portal
+
+        function onSignedInChanged() {
+            busy = false;
+            if (!portal.signedIn)
+                return;
+            if (settings) {
+                if (saveUserChecked)
+                    writeUserSettings();
+                else
+                    clearUserSettings();
+                settings.setValue(settingsGroup + "/saveUsername", saveUserChecked);
+            }
+            close();
+        }
+
+        function onError(error) {
+            busy = false;
+            messageText.text = error.message + "\r\n" + error.details;
+        }
+    }
+
+    ListModel {
+        id: portalsModel
+
+        // A ListElement could only hold the address as a literal.
+        Component.onCompleted: append({
+            url: Endpoints.publicPortal,
+            name: "Zemrik Online",
+            ignoreSslErrors: false,
+            isPortal: false
+        })
+    }
+
+    Item {
+        anchors { fill: parent; margins: -12 }   // over the padding of Qt's dialog
+
+        Rectangle {
+            id: dialogItem
+
+            anchors.fill: parent
+            color: "white"
+
+            StackView {
+                id: stackView
+
+                anchors.fill: parent
+                initialItem: signInPage
+            }
+        }
+    }
+
+    // The sign-in page. It is always there: the dialog's aliases reach into it.
+    Item {
+        id: signInPage
+
+        visible: false
+
+        Rectangle {
+            id: banner
+
+            anchors { left: parent.left; right: parent.right; top: parent.top }
+            height: 70 * portalSignInDialog._unit
+            color: "#0079C1"
+
+            RowLayout {
+                anchors { fill: parent; leftMargin: 12 * portalSignInDialog._unit; rightMargin: 8 * portalSignInDialog._unit }
+                spacing: 8 * portalSignInDialog._unit
+
+                Image {
+                    id: image
+
+                    Layout.preferredWidth: 48 * portalSignInDialog._unit
+                    Layout.preferredHeight: 48 * portalSignInDialog._unit
+                    visible: source > ""
+                    fillMode: Image.PreserveAspectFit
+                }
+
+                Text {
+                    id: titleText
+
+                    Layout.fillWidth: true
+                    Layout.fillHeight: true
+                    text: portalSignInDialog.title
+                    textFormat: Text.PlainText
+                    color: "white"
+                    font { pointSize: 22; bold: true }
+                    fontSizeMode: Text.Fit
+                    minimumPointSize: 9
+                    wrapMode: Text.Wrap
+                    elide: Text.ElideRight
+                    verticalAlignment: Text.AlignVCenter
+                }
+
+                Column {
+                    spacing: 4 * portalSignInDialog._unit
+
+                    Image {
+                        width: 22 * portalSignInDialog._unit
+                        height: width
+                        anchors.horizontalCenter: parent.horizontalCenter
+                        source: "images/security_unlock.png"
+                        visible: portal ? portal.ignoreSslErrors : false
+                        fillMode: Image.PreserveAspectFit
+
+                        ColorOverlay {
+                            anchors.fill: parent
+                            source: parent
+                            color: portalSignInDialog.bannerTextColor
+                        }
+                    }
+
+                    ImageButton {
+                        id: portalsButton
+
+                        width: 28 * portalSignInDialog._unit
+                        height: width
+                        source: "images/gear.png"
+                        enabled: !portalSignInDialog.busy
+                        onClicked: stackView.push(portalPage)
+
+                        ColorOverlay {
+                            anchors.fill: portalsButton.image
+                            source: portalsButton.image
+                            color: portalSignInDialog.bannerTextColor
+                            opacity: portalsButton.enabled ? 1 : 0.4
+                        }
+                    }
+                }
+            }
+        }
+
+        ColumnLayout {
+            anchors {
+                left: parent.left; right: parent.right; top: banner.bottom; bottom: parent.bottom
+                margins: 14 * portalSignInDialog._unit
+            }
+            spacing: 5 * portalSignInDialog._unit
+
+            Text {
+                Layout.fillWidth: true
+                text: prompt
+                textFormat: Text.PlainText
+                visible: text > ""
+                font { pointSize: 12; bold: true }
+                wrapMode: Text.Wrap
+            }
+
+            Text {
+                id: usernameText
+
+                Layout.fillWidth: true
+                text: qsTr("Username")
+                font.pointSize: 12
+                elide: Text.ElideRight
+            }
+
+            TextField {
+                id: usernameField
+
+                Layout.fillWidth: true
+                font.pointSize: 12
+                inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhSensitiveData
+                enabled: !portalSignInDialog.busy
+                onAccepted: acceptButton.tryClick()
+            }
+
+            Text {
+                id: passwordText
+
+                Layout.fillWidth: true
+                text: qsTr("Password")
+                font.pointSize: 12
+                elide: Text.ElideRight
+            }
+
+            TextField {
+                id: passwordField
+
+                Layout.fillWidth: true
+                font.pointSize: 12
+                echoMode: TextInput.Password
+                inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhSensitiveData
+                enabled: !portalSignInDialog.busy
+                onAccepted: acceptButton.tryClick()
+            }
+
+            CheckBox {
+                id: saveUserCheckBox
+
+                Layout.fillWidth: true
+                text: qsTr("Remember me")
+                visible: settings ? true : false
+            }
+
+            Item {
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+            }
+
+            Text {
+                id: messageText
+
+                Layout.fillWidth: true
+                text: message
+                textFormat: Text.PlainText
+                visible: text > ""
+                color: "red"
+                font.pointSize: 11
+                wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+                maximumLineCount: 4
+                elide: Text.ElideRight
+            }
+
+            RowLayout {
+                Layout.fillWidth: true
+                spacing: 8 * portalSignInDialog._unit
+
+                Item { Layout.fillWidth: true }
+
+                Button {
+                    id: acceptButton
+
+                    text: busy ? qsTr("Signing In") : qsTr("Sign In")
+                    isDefault: true
+                    enabled: !busy && username.trim().length > 0 && password.trim().length > 0
+                    onClicked: tryClick()
+
+                    function tryClick() {
+                        if (!enabled)
+                            return;
+                        busy = true;
+                        message = "";
+                        portal.signIn(username.trim(), password.trim());
+                    }
+                }
+
+                Button {
+                    id: rejectButton
+
+                    text: qsTr("Cancel")
+                    enabled: !busy
+                    onClicked: {
+                        close();
+                        rejected();
+                    }
+                }
+            }
+        }
+
+        BusyIndicator {
+            anchors.centerIn: parent
+            running: portalSignInDialog.busy
+            visible: running
+        }
+    }
+
+    Component {
+        id: portalPage
+
+        Item {
+            Rectangle {
+                id: portalBanner
+
+                anchors { left: parent.left; right: parent.right; top: parent.top }
+                height: 50 * portalSignInDialog._unit
+                color: portalSignInDialog.bannerColor
+
+                RowLayout {
+                    anchors { fill: parent; leftMargin: 8 * portalSignInDialog._unit; rightMargin: 8 * portalSignInDialog._unit }
+                    spacing: 8 * portalSignInDialog._unit
+
+                    ImageButton {
+                        id: backButton
+
+                        Layout.preferredWidth: 28 * portalSignInDialog._unit
+                        Layout.preferredHeight: 28 * portalSignInDialog._unit
+                        source: "images/back.png"
+                        onClicked: stackView.pop()
+
+                        ColorOverlay {
+                            anchors.fill: backButton.image
+                            source: backButton.image
+                            color: portalSignInDialog.bannerTextColor
+                        }
+                    }
+
+                    Text {
+                        Layout.fillWidth: true
+                        text: qsTr("Portals")
+                        color: portalSignInDialog.bannerTextColor
+                        font { pointSize: 22; bold: true }
+                        fontSizeMode: Text.HorizontalFit
+                        minimumPointSize: 9
+                        elide: Text.ElideRight
+                    }
+                }
+            }
+
+            ColumnLayout {
+                anchors {
+                    left: parent.left; right: parent.right; top: portalBanner.bottom; bottom: parent.bottom
+                    margins: 12 * portalSignInDialog._unit
+                }
+                spacing: 5 * portalSignInDialog._unit
+
+                Text {
+                    Layout.fillWidth: true
+                    text: qsTr("Select your active Zemrik Portal")
+                    font.pointSize: 12
+                    wrapMode: Text.Wrap
+                }
+
+                ListView {
+                    id: portalsListView
+
+                    Layout.fillWidth: true
+                    Layout.fillHeight: true
+                    clip: true
+                    model: portalsModel
+                    delegate: portalDelegate
+                    highlight: highlightDelegate
+                    highlightFollowsCurrentItem: false
+                    // Bound to undefined a view would keep its index: -1 selects nothing.
+                    currentIndex: {
+                        var current = findCurrent();
+                        return current === undefined ? -1 : current;
+                    }
+                    onCurrentIndexChanged: {
+                        if (currentIndex >= 0)
+                            selectPortal(currentIndex);
+                    }
+                }
+
+                TextField {
+                    id: portalUrlField
+
+                    Layout.fillWidth: true
+                    font.pointSize: 12
+                    placeholderText: qsTr("URL of your Portal for Zemrik")
+                    inputMethodHints: Qt.ImhUrlCharactersOnly | Qt.ImhNoAutoUppercase
+                }
+
+                RowLayout {
+                    Layout.fillWidth: true
+
+                    CheckBox {
+                        id: ignoreSslCheckBox
+
+                        Layout.fillWidth: true
+                        text: qsTr("Ignore SSL Errors")
+                    }
+
+                    Button {
+                        id: addPortalButton
+
+                        text: qsTr("Add Portal")
+                        enabled: portalUrlField.text.substr(0, 4).toLowerCase() === "http"
+                                 && !portalInfoRequest.isBusy
+                        onClicked: {
+                            addPortalError.text = "";
+                            portalInfoRequest.sendRequest(portalUrlField.text);
+                        }
+
+                        NetworkRequest {
+                            id: portalInfoRequest
+
+                            property url portalUrl
+                            property string text
+                            property bool isBusy: readyState === NetworkRequest.ReadyStateProcessing
+                                                  || readyState === NetworkRequest.ReadyStateSending
+
+                            method: "POST"
+                            responseType: "json"
+                            uploadPrefix: ""
+                            ignoreSslErrors: ignoreSslCheckBox.checked
+
+                            onReadyStateChanged: {
+                                if (readyState === NetworkRequest.ReadyStateComplete && status === 200)
+                                    addPortal(response);
+                            }
+                            onErrorTextChanged: addPortalError.text = errorText
+
+                            function sendRequest(u) {
+                                portalUrl = u;
+                                url = portalUrl + "/sharing/rest/portals/self";
+                                send({ f: "pjson" });
+                            }
+
+                            function addPortal(response) {
+                                infoRequest.send();
+                                console.log("self", JSON.stringify(response, undefined, 2));
+                                if (response.isPortal && !response.supportsSceneServices) {
+                                    addPortalError.text = qsTr("Quillform requires that Portal for Zemrik 10.3.1 is configured with a Hosted Server and Zemrik Data Store");
+                                    return;
+                                }
+                                var name = response.name;
+                                if (!(name > ""))
+                                    name = qsTr("%1 (%2)").arg(response.portalName).arg(portalUrl);
+                                portalsModel.append({
+                                    url: portalUrl.toString(),
+                                    name: name,
+                                    ignoreSslErrors: ignoreSslCheckBox.checked,
+                                    isPortal: response.isPortal ? true : false
+                                });
+                                writePortals();
+                                portalsListView.currentIndex = portalsModel.count - 1;
+                                portalUrlField.text = "";
+                                ignoreSslCheckBox.checked = false;
+                            }
+                        }
+
+                        NetworkRequest {
+                            id: infoRequest
+
+                            url: portalInfoRequest.portalUrl + "/sharing/rest/info?f=json"
+                            responseType: "json"
+                            uploadPrefix: ""
+                            ignoreSslErrors: ignoreSslCheckBox.checked
+
+                            onReadyStateChanged: {
+                                if (readyState === NetworkRequest.ReadyStateComplete)
+                                    console.log("info:", JSON.stringify(response, undefined, 2));
+                            }
+                            onErrorTextChanged: console.log("infoRequest error", errorText)
+                        }
+                    }
+                }
+
+                Text {
+                    id: addPortalError
+
+                    Layout.fillWidth: true
+                    textFormat: Text.PlainText
+                    visible: text > ""
+                    color: "red"
+                    font.pointSize: 11
+                    wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+                }
+            }
+
+            BusyIndicator {
+                anchors.centerIn: parent
+                running: portalInfoRequest.isBusy
+                visible: running
+            }
+
+            Component {
+                id: highlightDelegate
+
+                Rectangle {
+                    width: portalsListView.width
+                    height: portalsListView.currentItem ? portalsListView.currentItem.height : 0
+                    y: portalsListView.currentItem ? portalsListView.currentItem.y : 0
+                    color: "lightsteelblue"
+                    radius: 5
+
+                    Behavior on y {
+                        SpringAnimation { spring: 3; damping: 0.2 }
+                    }
+                }
+            }
+
+            Component {
+                id: portalDelegate
+
+                Item {
+                    id: portalItem
+
+                    width: portalsListView.width
+                    height: portalRow.height + 12 * portalSignInDialog._unit
+
+                    MouseArea {
+                        anchors.fill: parent
+                        onClicked: portalsListView.currentIndex = index
+                        onDoubleClicked: {
+                            portalsListView.currentIndex = index;
+                            stackView.pop();
+                        }
+                        onPressAndHold: Qt.openUrlExternally(url)
+                    }
+
+                    RowLayout {
+                        id: portalRow
+
+                        anchors {
+                            left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter
+                            margins: 8 * portalSignInDialog._unit
+                        }
+                        spacing: 6 * portalSignInDialog._unit
+
+                        ColumnLayout {
+                            Layout.fillWidth: true
+                            spacing: 2 * portalSignInDialog._unit
+
+                            Text {
+                                Layout.fillWidth: true
+                                text: name
+                                textFormat: Text.PlainText
+                                font.pointSize: 12
+                                elide: Text.ElideRight
+                            }
+
+                            RowLayout {
+                                Layout.fillWidth: true
+                                visible: index > 0
+                                spacing: 4 * portalSignInDialog._unit
+
+                                Image {
+                                    Layout.preferredWidth: 14 * portalSignInDialog._unit
+                                    Layout.preferredHeight: 14 * portalSignInDialog._unit
+                                    source: "images/security_unlock.png"
+                                    visible: ignoreSslErrors
+                                    fillMode: Image.PreserveAspectFit
+                                }
+
+                                Text {
+                                    Layout.fillWidth: true
+                                    text: url
+                                    textFormat: Text.PlainText
+                                    font { pointSize: 10; italic: true }
+                                    elide: Text.ElideMiddle
+                                }
+                            }
+                        }
+
+                        ImageButton {
+                            Layout.preferredWidth: 24 * portalSignInDialog._unit
+                            Layout.preferredHeight: 24 * portalSignInDialog._unit
+                            source: "images/trash_bin.png"
+                            visible: index > 0 && portalItem.ListView.isCurrentItem
+                            onClicked: {
+                                var row = index;
+                                // The removal must not make a neighbour the portal in use.
+                                portalsListView.currentIndex = -1;
+                                portalsModel.remove(row);
+                                writePortals();
+                            }
+                        }
+                    }
+                }
+            }
+        }
+    }
+
+    function show(prompt) {
+        portalSignInDialog.prompt = prompt > "" ? prompt : "";
+        open();
+    }
+
+    function readPortals() {
+        if (!settings)
+            return;
+        // Without a stored list the parse of "" ends the function here, and the first row stays.
+        var portals = JSON.parse(settings.value(settingsGroup + "/portals", ""));
+        if (!Array.isArray(portals)) {
+            portals = [ {
+                ignoreSslErrors: false,
+                isPortal: false,
+                name: "Zemrik Online",
+                url: Endpoints.fallbackPortal
+            } ];
+        }
+        portalsModel.clear();
+        portals.forEach(function (element) {
+            portalsModel.append(element);
+        });
+    }
+
+    function writePortals() {
+        if (!settings)
+            return;
+        var portals = [];
+        for (var i = 0; i < portalsModel.count; i++) {
+            var row = portalsModel.get(i);
+            portals.push({
+                ignoreSslErrors: row.ignoreSslErrors,
+                isPortal: row.isPortal,
+                name: row.name,
+                url: row.url
+            });
+        }
+        settings.setValue(settingsGroup + "/portals", JSON.stringify(portals));
+    }
+
+    function findCurrent() {
+        for (var i = 0; i < portalsModel.count; i++) {
+            if (portalsModel.get(i).url == portal.portalUrl.toString())
+                return i;
+        }
+    }
+
+    function selectPortal(index) {
+        var row = portalsModel.get(index);
+        portal.portalUrl = row.url;
+        portal.name = row.name;
+        portal.ignoreSslErrors = row.ignoreSslErrors;
+        portal.isPortal = row.isPortal;
+        writePortalSettings();
+    }
+
+    // A store gives flags back as text in the next run: boolValue knows.
+    function readSettings() {
+        if (!settings)
+            return false;
+        saveUserChecked = settings.boolValue(settingsGroup + "/saveUsername", true);
+        username = settings.value(settingsGroup + "/username", "");
+        portal.portalUrl = settings.value(settingsGroup + "/url", Endpoints.publicPortal);
+        portal.name = settings.value(settingsGroup + "/name", "Zemrik Online");
+        portal.ignoreSslErrors = settings.boolValue(settingsGroup + "/ignoreSslErrors", false);
+        portal.isPortal = settings.boolValue(settingsGroup + "/isPortal", false);
+        return true;
+    }
+
+    function writeUserSettings() {
+        if (!settings)
+            return false;
+        settings.setValue(settingsGroup + "/username", portal.username);
+        return true;
+    }
+
+    function clearUserSettings() {
+        if (!settings)
+            return false;
+        settings.remove(settingsGroup + "/username");
+        return true;
+    }
+
+    function writePortalSettings() {
+        if (!settings)
+            return false;
+        settings.setValue(settingsGroup + "/url", portal.portalUrl.toString());
+        settings.setValue(settingsGroup + "/name", portal.name);
+        settings.setValue(settingsGroup + "/ignoreSslErrors", portal.ignoreSslErrors);
+        settings.setValue(settingsGroup + "/isPortal", portal.isPortal);
+        return true;
+    }
+
+    // An item that is in no window yet knows no screen.
+    function _available(length) {
+        return length > 0 ? length * 0.95 : Infinity;
+    }
+}
