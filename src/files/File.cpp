@@ -4,6 +4,164 @@
 #include "plugin/PropertyHelper.h"
 #include "plugin/TessalineDebug.h"
 
+/*!
+    \qmltype File
+    \inqmlmodule Zemrik.Tessaline
+    \inherits TessalineObject
+    \brief A stream on one file: lines, bytes and texts, with a position.
+
+    \qml
+    File {
+        id: journal
+        path: "~/journal.txt"
+    }
+
+    function append(line) {
+        if (!journal.open(File.OpenModeWriteOnly | File.OpenModeAppend | File.OpenModeText))
+            return console.warn(journal.errorString);
+        journal.writeLine(line);
+        journal.close();
+    }
+    \endqml
+
+    The writing calls report nothing themselves, since what they write may wait in a buffer. flush()
+    tells whether the disk took it; so does \l error after close().
+
+    \sa FileFolder::file(), FileInfo
+*/
+
+/*!
+    \qmlproperty string File::path
+    The file's path. It may begin with a path variable, as in \c{"~/notes.txt"}. While the file is
+    open a new path is refused with a warning.
+*/
+
+/*!
+    \qmlproperty url File::url
+    The same as a URL: a \c file URL, or a \c qrc URL for a resource.
+*/
+
+/*!
+    \qmlproperty int File::openMode
+    \readonly
+    How the file is open, a combination of
+
+    \value File.NotOpen             Closed.
+    \value File.OpenModeReadOnly    For reading.
+    \value File.OpenModeWriteOnly   For writing. Alone it empties the file.
+    \value File.OpenModeReadWrite   For both; the content stays.
+    \value File.OpenModeAppend      All writing goes to the end.
+    \value File.OpenModeTruncate    The content is dropped.
+    \value File.OpenModeText        Line ends are read as a line feed.
+    \value File.OpenModeUnbuffered  Nothing waits in a buffer.
+*/
+
+/*!
+    \qmlproperty bool File::isReadable
+    \readonly
+    Whether the file is open for reading.
+*/
+
+/*!
+    \qmlproperty bool File::isWritable
+    \readonly
+    Whether the file is open for writing.
+*/
+
+/*!
+    \qmlproperty bool File::textMode
+    Whether line ends are read as a line feed. Can be changed while the file is open.
+*/
+
+/*!
+    \qmlproperty enumeration File::textEncoding
+    How texts are encoded in the file, one of the text encodings of \l BinaryData;
+    \c BinaryData.TextEncodingUtf8 by default.
+*/
+
+/*!
+    \qmlproperty int File::error
+    \readonly
+    What went wrong with the last operation: \c File.NoError, \c File.ErrorRead,
+    \c File.ErrorWrite, \c File.ErrorFatal, \c File.ErrorResource (a full disk, for instance),
+    \c File.ErrorOpen, \c File.ErrorAbort, \c File.ErrorTimeOut, \c File.ErrorUnspecified,
+    \c File.ErrorRemove, \c File.ErrorRename, \c File.ErrorPosition, \c File.ErrorResize,
+    \c File.ErrorPermissions or \c File.ErrorCopy.
+*/
+
+/*!
+    \qmlproperty string File::errorString
+    \readonly
+    The same in words.
+*/
+
+/*!
+    \qmlproperty int File::position
+    The place of the next byte, counted from the start. read() and readAll() move it without
+    notifying it.
+*/
+
+/*!
+    \qmlproperty bool File::atEnd
+    \readonly
+    Whether there is nothing more to read.
+*/
+
+/*!
+    \qmlproperty bool File::exists
+    \readonly
+    Whether there is such a file. Notified when the path changes and when the file is opened.
+*/
+
+/*!
+    \qmlmethod bool File::open(int openMode)
+    \qmlmethod bool File::open()
+    Opens the file; without a mode for reading text. False, with \l error, if it can't be opened so
+    or is open already.
+*/
+
+/*!
+    \qmlmethod void File::close()
+    Writes out what waits in the buffer and closes the file. \l error tells if that failed.
+*/
+
+/*!
+    \qmlmethod bool File::flush()
+    Writes out what waits in the buffer. False, with \l error, if the disk doesn't take it.
+*/
+
+/*!
+    \qmlmethod bool File::reset()
+    Moves \l position to the start.
+*/
+
+/*!
+    \qmlmethod string File::readLine()
+    The next line, with its line feed; an empty text at the end. Of a closed file an empty text,
+   with a warning.
+*/
+
+/*!
+    \qmlmethod void File::writeLine(string text)
+    Writes \a text and a line feed.
+*/
+
+/*!
+    \qmlmethod ArrayBuffer File::read(int length)
+    Up to \a length bytes.
+*/
+
+/*!
+    \qmlmethod ArrayBuffer File::readAll()
+    All bytes up to the end.
+*/
+
+/*!
+    \qmlmethod void File::write(var data)
+    Writes a text in the file's \l textEncoding, or the bytes of an ArrayBuffer as they are. Of any
+    other value nothing is written.
+*/
+
 File::File(QObject *parent)
     : TessalineObject(parent)
 {

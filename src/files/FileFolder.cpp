@@ -10,10 +10,214 @@
 #include "plugin/TessalineDebug.h"
 
 #include <QDebug>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
+#include <vector>
+
+/*!
+    \qmltype FileFolder
+    \inqmlmodule Zemrik.Tessaline
+    \inherits TessalineObject
+    \brief A folder: its files and folders by name.
+
+    \qml
+    FileFolder {
+        id: notes
+        path: "~/Notes"
+        Component.onCompleted: makeFolder()
+    }
+
+    ListView {
+        model: notes.fileNames("*.txt")
+        delegate: Text { text: notes.readTextFile(modelData) }
+    }
+    \endqml
+
+    File names are relative to the folder. Only \l path and \l url, and the target of copyFile(),
+   may begin with a path variable. What fails gives false or an empty value; why is in the log.
+
+    Some folders that the module hands out are constant and refuse to move, or read-only and refuse
+    to change the disk: the folder of an app is both.
+
+    \sa File, FileInfo
+*/
+
+/*!
+    \qmlproperty string FileFolder::path
+    The folder's absolute path; the folder for temporary files by default. It may be set with a path
+    variable, as in \c{"~/Notes"}, and to a folder that doesn't exist yet.
+*/
+
+/*!
+    \qmlproperty url FileFolder::url
+    The same as a URL: a \c file URL, or a \c qrc URL for a folder of resources.
+*/
+
+/*!
+    \qmlproperty bool FileFolder::exists
+    \readonly
+    Whether there is such a folder.
+*/
+
+/*!
+    \qmlproperty string FileFolder::folderName
+    \readonly
+    The last name of the path.
+*/
+
+/*!
+    \qmlproperty int FileFolder::size
+    \readonly
+    The bytes of all files in the folder and the folders below it, without symbolic links. Computed
+    at the first read, which may take long, and kept: call refresh() after writing.
+*/
+
+/*!
+    \qmlmethod bool FileFolder::cdUp()
+    Moves to the folder above.
+*/
+
+/*!
+    \qmlmethod bool FileFolder::cd(string path)
+    Moves to a folder, relative to this one. False, and it stays, if there is none.
+*/
+
+/*!
+    \qmlmethod list<string> FileFolder::fileNames(var nameFilter, bool subFolders)
+    The names of the files, sorted. \a nameFilter is a pattern or a list of patterns, \c{"*"} if
+   left out. With \a subFolders, false if left out, those of the folders below follow as
+    \c{"folder/name"}; a folder whose name doesn't match the filter is not looked into. Hidden files
+    are left out.
+*/
+
+/*!
+    \qmlmethod list<string> FileFolder::folderNames(var nameFilter, bool subFolders)
+    The names of the folders, as fileNames() gives those of the files.
+*/
+
+/*!
+    \qmlmethod bool FileFolder::makeFolder()
+    Makes this folder, and those above it that are missing. True also if it exists.
+*/
+
+/*!
+    \qmlmethod bool FileFolder::removeFolder()
+    Removes this folder and everything in it. True also if it doesn't exist.
+*/
+
+/*!
+    \qmlmethod bool FileFolder::removeFolder(string folderName, bool recursive)
+    Removes a folder below this one; one with something in it only if \a recursive, which is false
+   if left out. True also if it doesn't exist.
+*/
+
+/*!
+    \qmlmethod bool FileFolder::makePath(string path)
+    Makes a folder below this one, and those between that are missing.
+*/
+
+/*!
+    \qmlmethod bool FileFolder::removePath(string path)
+    Removes an empty folder below this one, and those between as far as they are empty then.
+*/
+
+/*!
+    \qmlmethod string FileFolder::filePath(string fileName)
+    The absolute path of a file in this folder.
+*/
+
+/*!
+    \qmlmethod string FileFolder::relativeFilePath(string fileName)
+    The path of a file as seen from this folder.
+*/
+
+/*!
+    \qmlmethod url FileFolder::fileUrl(string fileName)
+    The URL of a file in this folder.
+*/
+
+/*!
+    \qmlmethod bool FileFolder::fileExists(string fileName)
+    Whether there is a file or folder of that name.
+*/
+
+/*!
+    \qmlmethod bool FileFolder::removeFile(string fileName)
+    Removes a file. True also if it doesn't exist.
+*/
+
+/*!
+    \qmlmethod bool FileFolder::renameFile(string oldFileName, string newFileName)
+    Renames a file or folder. Nothing is overwritten.
+*/
+
+/*!
+    \qmlmethod bool FileFolder::copyFile(string fileName, string filePath)
+    Copies a file or a whole folder to \a filePath, a path of its own. A file that exists is never
+    overwritten; a folder that exists is added to, until a file is in the way. Symbolic links are
+    followed, and a folder can't be copied into itself.
+*/
+
+/*!
+    \qmlmethod File FileFolder::file(string fileName)
+    A new \l File object on a file of this folder.
+*/
+
+/*!
+    \qmlmethod FileInfo FileFolder::fileInfo(string fileName)
+    A new \l FileInfo object on a file of this folder.
+*/
+
+/*!
+    \qmlmethod FileFolder FileFolder::folder(string folderName)
+    A new object on a folder below this one.
+*/
+
+/*!
+    \qmlmethod ArrayBuffer FileFolder::readFile(string fileName, object options)
+    The bytes of a file; none if it can't be read. \c{{ encode: "base64" }} or \c{{ encode: "hex" }}
+    gives the bytes of their encoding.
+*/
+
+/*!
+    \qmlmethod bool FileFolder::writeFile(string fileName, var content, object options)
+    Replaces the content of a file by a text, in UTF-8, or by the bytes of an ArrayBuffer.
+    \c{{ decode: "base64" }} or \c{{ decode: "hex" }} writes the bytes that the text stands for.
+    False unless all of it is on the disk.
+*/
+
+/*!
+    \qmlmethod object FileFolder::readJsonFile(string fileName)
+    The object in a JSON file; an empty one if there is none.
+*/
+
+/*!
+    \qmlmethod bool FileFolder::writeJsonFile(string fileName, object json)
+    Writes an object as JSON. False unless all of it is on the disk.
+*/
+
+/*!
+    \qmlmethod string FileFolder::readTextFile(string fileName)
+    The text of a file in UTF-8; empty if it can't be read.
+*/
+
+/*!
+    \qmlmethod bool FileFolder::writeTextFile(string fileName, string text)
+    Writes a text in UTF-8. False unless all of it is on the disk.
+*/
+
+/*!
+    \qmlmethod Settings FileFolder::settingsFile(string fileName)
+    A new \l Settings object on an INI file of this folder, "settings.ini" if \a fileName is empty.
+*/
+
+/*!
+    \qmlmethod void FileFolder::refresh()
+    Asks the disk again whether the folder exists and how big it is.
+*/
 
 namespace {
 
@@ -77,22 +281,45 @@ public:
 
     QStringList names(const QDir &top)
     {
-        collect(top, QString());
+        collect(top.path(), QString());
         return m_names;
     }
 
 private:
-    void collect(const QDir &dir, const QString &prefix)
+    struct Entry
     {
-        const QFileInfoList entries = dir.entryInfoList(m_filters, entryFlags(), QDir::Name);
-        for (const QFileInfo &entry : entries) {
-            const QString name = prefix + entry.fileName();
-            const bool isFolder = entry.isDir();
-            if (isFolder == (m_kind == Folders))
-                m_names.append(name);
-            if (isFolder && m_subFolders && !leadsBack(entry))
-                collect(QDir(entry.filePath()), name + QDir::separator());
+        QString name;   // relative to the top
+        QString folder; // path of a folder to be walked, else empty
+        bool isListed;
+    };
+
+    void collect(const QString &path, const QString &prefix)
+    {
+        std::vector<Entry> entries = readEntries(path, prefix);
+        std::sort(entries.begin(), entries.end(),
+                  [](const Entry &a, const Entry &b) { return a.name < b.name; });
+        for (const Entry &entry : entries) {
+            if (entry.isListed)
+                m_names.append(entry.name);
+            if (!entry.folder.isEmpty())
+                collect(entry.folder, entry.name + QDir::separator());
         }
+    }
+
+    // As QDir::entryInfoList does it, without its second and third copy of each entry.
+    std::vector<Entry> readEntries(const QString &path, const QString &prefix) const
+    {
+        std::vector<Entry> entries;
+        QDirIterator it(path, m_filters, entryFlags());
+        while (it.hasNext()) {
+            it.next();
+            const QFileInfo info = it.fileInfo();
+            const bool isFolder = info.isDir();
+            const bool isWalked = isFolder && m_subFolders && !leadsBack(info);
+            entries.push_back({prefix + it.fileName(), isWalked ? it.filePath() : QString(),
+                               isFolder == (m_kind == Folders)});
+        }
+        return entries;
     }
 
     QDir::Filters entryFlags() const
@@ -423,11 +650,14 @@ bool FileFolder::copyFolder(const QString &source, const QString &target)
 
 bool FileFolder::copyEntries(const QDir &source, const QDir &target)
 {
-    const QStringList entries = source.entryList(QDir::Files | QDir::Dirs | QDir::Hidden
-                                                     | QDir::System | QDir::NoDotAndDotDot,
-                                                 QDir::Unsorted);
-    return std::all_of(entries.begin(), entries.end(), [&](const QString &entry) {
-        return copyFolder(source.filePath(entry), target.filePath(entry));
+    const QFileInfoList entries = source.entryInfoList(QDir::Files | QDir::Dirs | QDir::Hidden
+                                                           | QDir::System | QDir::NoDotAndDotDot,
+                                                       QDir::Unsorted);
+    return std::all_of(entries.begin(), entries.end(), [&](const QFileInfo &entry) {
+        const QString copy = target.filePath(entry.fileName());
+        // What kind of entry it is, the listing has told; all else is asked only if copying fails.
+        return (entry.isFile() && QFile::copy(entry.filePath(), copy))
+               || copyFolder(entry.filePath(), copy);
     });
 }
 

@@ -7,6 +7,166 @@
 
 #include <QFile>
 
+/*!
+    \qmltype FileInfo
+    \inqmlmodule Zemrik.Tessaline
+    \inherits TessalineObject
+    \brief What the disk knows about a file or folder.
+
+    \qml
+    FileInfo {
+        id: photo
+        filePath: "~/Pictures/photo.jpg"
+    }
+
+    Text {
+        text: photo.exists ? photo.fileName + ", " + photo.size + " bytes" : "no photo"
+    }
+    \endqml
+
+    The answers are of the moment when \l filePath was set; refresh() asks again.
+
+    \sa FileFolder::fileInfo(), ExifInfo
+*/
+
+/*!
+    \qmlproperty string FileInfo::filePath
+    The file's path, as given. It may begin with a path variable, as in \c{"~/photo.jpg"}.
+*/
+
+/*!
+    \qmlproperty url FileInfo::url
+    The same as a URL: a \c file URL, or a \c qrc URL for a resource.
+*/
+
+/*!
+    \qmlproperty bool FileInfo::exists
+    \readonly
+    Whether there is such a file or folder. False for a symbolic link whose target is missing.
+*/
+
+/*!
+    \qmlproperty int FileInfo::size
+    \readonly
+    The file's size in bytes; 0 if there is no such file.
+*/
+
+/*!
+    \qmlproperty string FileInfo::path
+    \readonly
+    The path without the file's name.
+*/
+
+/*!
+    \qmlproperty string FileInfo::fileName
+    \readonly
+    The name without the path: "archive.tar.gz".
+*/
+
+/*!
+    \qmlproperty string FileInfo::baseName
+    \readonly
+    The name up to its first dot: "archive".
+*/
+
+/*!
+    \qmlproperty string FileInfo::suffix
+    \readonly
+    What follows the name's last dot: "gz".
+*/
+
+/*!
+    \qmlproperty date FileInfo::created
+    \readonly
+    When the file was made; where the file system doesn't know, when its metadata last changed.
+*/
+
+/*!
+    \qmlproperty date FileInfo::lastModified
+    \readonly
+    When the content last changed.
+*/
+
+/*!
+    \qmlproperty bool FileInfo::isFile
+    \readonly
+    Whether it is a file, or a symbolic link to one.
+*/
+
+/*!
+    \qmlproperty bool FileInfo::isFolder
+    \readonly
+    Whether it is a folder, or a symbolic link to one.
+*/
+
+/*!
+    \qmlproperty bool FileInfo::isReadable
+    \readonly
+    Whether this user may read it.
+*/
+
+/*!
+    \qmlproperty bool FileInfo::isWritable
+    \readonly
+    Whether this user may write it.
+*/
+
+/*!
+    \qmlproperty bool FileInfo::isNativePath
+    \readonly
+    Whether the path is one of the disk. A resource's is not.
+*/
+
+/*!
+    \qmlproperty bool FileInfo::isSymLink
+    \readonly
+    Whether it is a symbolic link.
+*/
+
+/*!
+    \qmlproperty string FileInfo::symLinkTarget
+    \readonly
+    The absolute path to which a symbolic link leads; empty for anything else.
+*/
+
+/*!
+    \qmlproperty FileFolder FileInfo::folder
+    \readonly
+    The folder that holds the file. Always the same object, which moves along with \l filePath.
+*/
+
+/*!
+    \qmlproperty enumeration FileInfo::permissions
+    Who may do what, a combination of \c FileInfo.ReadOwner, \c FileInfo.WriteOwner,
+    \c FileInfo.ExeOwner, the same for \c User (who asks), \c Group and \c Other. 0 if there is no
+    such file.
+*/
+
+/*!
+    \qmlmethod bool FileInfo::setPermissions(enumeration permission)
+    As setting \l permissions, but tells whether it could be done.
+*/
+
+/*!
+    \qmlmethod void FileInfo::refresh()
+    Asks the disk again.
+*/
+
+/*!
+    \qmlmethod bool FileInfo::hasExtendedProperty(string name)
+    False: no file has extended properties.
+*/
+
+/*!
+    \qmlmethod var FileInfo::getExtendedProperty(string name)
+    Undefined: no file has extended properties.
+*/
+
+/*!
+    \qmlmethod bool FileInfo::setExtendedProperty(string name, var value)
+    False: no file has extended properties.
+*/
+
 FileInfo::FileInfo(QObject *parent)
     : TessalineObject(parent)
 {
