@@ -14,9 +14,14 @@ static_assert(int(StandardPaths::AppDataLocation) == int(QStandardPaths::AppData
 
 namespace {
 
+// The largest number that fits into Qt's enumeration, which names none so large: numbers beyond it
+// are no values of the type at all.
+constexpr int unknownLocation = 31;
+
 QStandardPaths::StandardLocation native(StandardPaths::StandardLocation type)
 {
-    return static_cast<QStandardPaths::StandardLocation>(type);
+    const int number = type >= 0 && type < unknownLocation ? int(type) : unknownLocation;
+    return static_cast<QStandardPaths::StandardLocation>(number);
 }
 
 QStandardPaths::LocateOptions native(StandardPaths::LocateOptions options)

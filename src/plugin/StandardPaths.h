@@ -14,8 +14,8 @@ class TESSALINE_EXPORT StandardPaths : public TessalineObject
     Q_OBJECT
 
 public:
-    // The values are those of QStandardPaths.
-    enum StandardLocation {
+    // The values are those of QStandardPaths. A script can pass any number.
+    enum StandardLocation : int {
         DesktopLocation = 0,
         DocumentsLocation = 1,
         FontsLocation = 2,
@@ -38,7 +38,7 @@ public:
     };
     Q_ENUM(StandardLocation)
 
-    enum LocateOption { LocateFile = 0, LocateDirectory = 1 };
+    enum LocateOption : int { LocateFile = 0, LocateDirectory = 1 };
     Q_ENUM(LocateOption)
     Q_DECLARE_FLAGS(LocateOptions, LocateOption)
     Q_FLAG(LocateOptions)
