@@ -19,6 +19,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 
 add_compile_options(-Wall -Wextra -Wpedantic)
+if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    # Every qCDebug() leaves the variadic part of its macro empty.
+    add_compile_options(-Wno-gnu-zero-variadic-macro-arguments)
+endif()
 if(TESSALINE_WERROR)
     add_compile_options(-Werror)
 endif()
@@ -32,6 +36,10 @@ if(TESSALINE_SANITIZE)
     add_compile_options(-fsanitize=${TESSALINE_SANITIZE} -fno-omit-frame-pointer
                         -fno-sanitize-recover=undefined)
     add_link_options(-fsanitize=${TESSALINE_SANITIZE})
+endif()
+if(TESSALINE_BUILD_FUZZERS)
+    # The library only counts its edges here; libFuzzer itself is linked into the targets.
+    add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 if(TESSALINE_COVERAGE)
     add_compile_options(--coverage)

@@ -28,6 +28,11 @@ QString settingsPathVariable(const QString &name)
     return settings.value(name).toString().trimmed();
 }
 
+bool hasVariablePrefix(const QString &path)
+{
+    return !path.isEmpty() && (path.at(0) == QLatin1Char('$') || path.at(0) == QLatin1Char('~'));
+}
+
 // The separator that ends the variable's name: a "/" anywhere wins over a backslash before it.
 int prefixEnd(const QString &path)
 {
@@ -35,13 +40,9 @@ int prefixEnd(const QString &path)
     return slash >= 0 ? slash : path.indexOf(QLatin1Char('\\'));
 }
 
-} // namespace
-
-QString FileUtility::resolvedPath(const QString &path, bool system)
+// Kept out of line, so that a path without a variable doesn't pay for what one with it needs.
+Q_NEVER_INLINE QString withVariableReplaced(const QString &path, bool system)
 {
-    if (!path.startsWith(QLatin1Char('$')) && !path.startsWith(QLatin1Char('~')))
-        return path;
-
     const int separator = prefixEnd(path);
     const int end = separator < 0 ? path.length() : separator;
     QString name = path.mid(1, end - 1);
@@ -52,11 +53,19 @@ QString FileUtility::resolvedPath(const QString &path, bool system)
     if (name.isEmpty()) {
         qCWarning(CATEGORY_UTILITY) << Q_FUNC_INFO << "Path variable name not specified";
     } else {
-        value = pathVariable(name, QString(), system);
-        if (!pathVariableExists(name, system))
+        value = FileUtility::pathVariable(name, QString(), system);
+        if (!FileUtility::pathVariableExists(name, system))
             qCWarning(CATEGORY_UTILITY) << Q_FUNC_INFO << "Nonexistent Path variable" << name;
     }
     return value + path.mid(end);
+}
+
+} // namespace
+
+QString FileUtility::resolvedPath(const QString &path, bool system)
+{
+    // Runs before every file operation: most paths have no variable and just come back.
+    return hasVariablePrefix(path) ? withVariableReplaced(path, system) : path;
 }
 
 QString FileUtility::resolvedPath(const QUrl &url, bool system)

@@ -3,9 +3,14 @@
 #include "plugin/DebugUtility.h"
 #include "plugin/FileUtility.h"
 
+#include <QCborArray>
+#include <QCborMap>
+#include <QCborValue>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+
+#include <array>
 
 namespace {
 
@@ -25,55 +30,68 @@ bool isNullValue(const QVariant &value)
     return !value.isValid() || value.userType() == QMetaType::Nullptr;
 }
 
-QVariantMap toMap(const QJsonObject &object, Nulls nulls);
-QVariantList toList(const QJsonArray &array, Nulls nulls);
-
-// A null among the elements of a list stays invalid, and so does all below a list in a list: only
-// the maps of a list are converted.
-QVariant toElement(const QJsonValue &value, Nulls nulls)
+// Builds the variant tree of a parsed document and places the nulls on the way. The CBOR classes
+// share the data of the JSON ones and are read with fewer detours.
+class TreeBuilder
 {
-    switch (value.type()) {
-    case QJsonValue::Null:
-        return QVariant();
-    case QJsonValue::Array:
-        return toList(value.toArray(), Nulls::Invalid);
-    case QJsonValue::Object:
-        return toMap(value.toObject(), nulls);
-    default:
-        return value.toVariant();
+public:
+    QVariantMap map(const QCborMap &object, Nulls nulls)
+    {
+        QVariantMap map;
+        // The keys come in the map's own order, so that each has its place at the end.
+        for (auto it = object.constBegin(); it != object.constEnd(); ++it)
+            map.insert(map.constEnd(), sharedKey(it.key().toString()), value(it.value(), nulls));
+        return map;
     }
-}
 
-QVariant toMember(const QJsonValue &value, Nulls nulls)
-{
-    switch (value.type()) {
-    case QJsonValue::Null:
-        return nulls == Nulls::Pointer ? nullValue() : QVariant();
-    case QJsonValue::Array:
-        return toList(value.toArray(), nulls);
-    case QJsonValue::Object:
-        return toMap(value.toObject(), nulls);
-    default:
-        return value.toVariant();
+    QVariantList list(const QCborArray &array, Nulls nulls)
+    {
+        QVariantList list;
+        list.reserve(static_cast<int>(array.size()));
+        // Only the maps of a list have their nulls converted, neither its own nor those of a list
+        // in it.
+        for (const QCborValue element : array)
+            list.append(value(element, element.isMap() ? nulls : Nulls::Invalid));
+        return list;
     }
+
+private:
+    QVariant value(const QCborValue &value, Nulls nulls)
+    {
+        switch (value.type()) {
+        case QCborValue::Null:
+            return nulls == Nulls::Pointer ? nullValue() : QVariant();
+        case QCborValue::Array:
+            return list(value.toArray(), nulls);
+        case QCborValue::Map:
+            return map(value.toMap(), nulls);
+        default:
+            return value.toVariant();
+        }
+    }
+
+    // Records repeat their keys: those met lately share one text.
+    const QString &sharedKey(const QString &key)
+    {
+        QString &known = m_keys[qHash(key) % m_keys.size()];
+        if (known != key)
+            known = key;
+        return known;
+    }
+
+    std::array<QString, 256> m_keys;
+};
+
+QVariantMap toMap(const QJsonObject &object, bool convertNull)
+{
+    return TreeBuilder().map(QCborMap::fromJsonObject(object),
+                             convertNull ? Nulls::Pointer : Nulls::Invalid);
 }
 
-QVariantMap toMap(const QJsonObject &object, Nulls nulls)
+QVariantList toList(const QJsonArray &array, bool convertNull)
 {
-    QVariantMap map;
-    // The keys come in the map's own order, so that each has its place at the end.
-    for (auto it = object.begin(); it != object.end(); ++it)
-        map.insert(map.constEnd(), it.key(), toMember(it.value(), nulls));
-    return map;
-}
-
-QVariantList toList(const QJsonArray &array, Nulls nulls)
-{
-    QVariantList list;
-    list.reserve(array.size());
-    for (const QJsonValue value : array)
-        list.append(toElement(value, nulls));
-    return list;
+    return TreeBuilder().list(QCborArray::fromJsonArray(array),
+                              convertNull ? Nulls::Pointer : Nulls::Invalid);
 }
 
 } // namespace
@@ -120,7 +138,7 @@ QVariantMap JsonUtility::toVariantMap(const QByteArray &bytes, bool convertNull)
                                   << error.offset << error.errorString();
         return QVariantMap();
     }
-    return toMap(document.object(), convertNull ? Nulls::Pointer : Nulls::Invalid);
+    return toMap(document.object(), convertNull);
 }
 
 QVariant JsonUtility::toVariant(const QByteArray &bytes, bool convertNull)
@@ -135,10 +153,9 @@ QVariant JsonUtility::toVariant(const QByteArray &bytes, bool convertNull)
                                   << error.offset << error.errorString();
         return QVariantMap();
     }
-    const Nulls nulls = convertNull ? Nulls::Pointer : Nulls::Invalid;
     if (document.isArray())
-        return toList(document.array(), nulls);
-    return toMap(document.object(), nulls);
+        return toList(document.array(), convertNull);
+    return toMap(document.object(), convertNull);
 }
 
 // A text without the word "null" has no nulls to convert, so nothing is asked of it beforehand.

@@ -30,7 +30,7 @@ class DepthHandler : public QXmlDefaultHandler
 {
 public:
     bool isTooDeep() const { return m_depth > maximumDepth; }
-    const ParseError &error() const { return m_error; }
+    const ParseError &refusal() const { return m_error; }
 
     bool startElement(const QString &, const QString &, const QString &,
                       const QXmlAttributes &) override
@@ -74,7 +74,7 @@ bool isTooDeep(const QString &xml, ParseError *error)
     reader.setErrorHandler(&handler);
     reader.parse(source);
     if (handler.isTooDeep())
-        *error = handler.error();
+        *error = handler.refusal();
     return handler.isTooDeep();
 }
 
