@@ -96,3 +96,5 @@ bool StringUtility::writeFile(const QString &path, const QString &text)
 {
     return FileUtility::writeFile(path, text.toUtf8());
 }
+
+#include "moc_StringUtility.cpp"

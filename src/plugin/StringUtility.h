@@ -4,22 +4,27 @@
 
 #include <QByteArray>
 #include <QJSValue>
+#include <QObject>
 #include <QString>
 
 // Text and bytes in the four text encodings. A text never goes past a zero byte (in UTF-16, a zero
 // unit), whatever the size of the input.
 class TESSALINE_EXPORT StringUtility
 {
+    Q_GADGET
+
 public:
     StringUtility() = delete;
 
-    enum TextEncoding {
+    // Scripts may set a property of this type to any number, so its type is a given one.
+    enum TextEncoding : int {
         TextEncodingUnknown = -1,
         TextEncodingUtf8 = 0,
         TextEncodingLatin1 = 1,
         TextEncodingLocal8Bit = 2,
         TextEncodingUtf16 = 3
     };
+    Q_ENUM(TextEncoding)
 
     // An unknown encoding logs a warning and reads as UTF-8.
     static QString toString(const QByteArray &bytes, int encoding);

@@ -9,6 +9,13 @@ TestCase {
 
     property string folder
 
+    // The numbers of the text encodings.
+    readonly property int encodingUnknown: -1
+    readonly property int encodingUtf8: 0
+    readonly property int encodingLatin1: 1
+    readonly property int encodingLocal8Bit: 2
+    readonly property int encodingUtf16: 3
+
     Component {
         id: fileComponent
 
@@ -240,9 +247,9 @@ TestCase {
 
     function test_textEncoding_data() {
         return [
-            { tag: "UTF-8", encoding: BinaryData.TextEncodingUtf8, hex: "c3a4e282ac0a" },
-            { tag: "Latin-1", encoding: BinaryData.TextEncodingLatin1, hex: "e43f0a", readBack: "\u00e4?\n" },
-            { tag: "local 8-bit", encoding: BinaryData.TextEncodingLocal8Bit, hex: "c3a4e282ac0a" },
+            { tag: "UTF-8", encoding: encodingUtf8, hex: "c3a4e282ac0a" },
+            { tag: "Latin-1", encoding: encodingLatin1, hex: "e43f0a", readBack: "\u00e4?\n" },
+            { tag: "local 8-bit", encoding: encodingLocal8Bit, hex: "c3a4e282ac0a" },
         ];
     }
 
@@ -267,7 +274,7 @@ TestCase {
 
     function test_utf16IsWrittenWithoutAMark() {
         const file = makeFile("a.txt");
-        file.textEncoding = BinaryData.TextEncodingUtf16;
+        file.textEncoding = encodingUtf16;
         verify(file.open(File.OpenModeWriteOnly));
         file.writeLine("\u00e4\u20ac");
         file.close();
@@ -280,13 +287,24 @@ TestCase {
 
     function test_textEncodingIsSignalledWhenItChanges() {
         const file = makeFile("a.txt");
-        file.textEncoding = BinaryData.TextEncodingUtf8;
+        file.textEncoding = encodingUtf8;
         compare(file.signalOrder, []);
-        file.textEncoding = BinaryData.TextEncodingLatin1;
-        file.textEncoding = BinaryData.TextEncodingLatin1;
+        file.textEncoding = encodingLatin1;
+        file.textEncoding = encodingLatin1;
         compare(file.signalOrder, ["textEncoding"]);
-        file.textEncoding = BinaryData.TextEncodingUnknown;
+        file.textEncoding = encodingUnknown;
         compare(file.textEncoding, -1);
+    }
+
+    function test_unknownTextEncodingWritesLatin1WithAWarning() {
+        const file = makeFile("a.txt");
+        file.textEncoding = 99;
+        compare(file.textEncoding, 99);
+        verify(file.open(File.OpenModeWriteOnly));
+        file.writeLine("\u00e4");
+        file.close();
+        compare(TestSupport.readHex(file.path), "e40a");
+        compare(TestSupport.logCount("warning", "default", "Undefined encoding: 99"), 1);
     }
 
     function test_writingNotifiesThePosition() {
