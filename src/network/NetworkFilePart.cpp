@@ -31,7 +31,10 @@ qint64 NetworkFilePart::size() const
 
 qint64 NetworkFilePart::readData(char *data, qint64 maxSize)
 {
-    const qint64 available = size() - pos();
+    const qint64 length = size();
+    if (length < 1)
+        return 0; // also where the device refused to seek to the offset
+    const qint64 available = length - pos();
     if (available < 1 || maxSize < 1)
         return 0;
     return m_device->read(data, qMin(available, maxSize));

@@ -2,7 +2,6 @@
 
 #include "network/FormFile.h"
 #include "network/NetworkFormData.h"
-#include "network/NetworkRequestHeaders.h"
 #include "plugin/FileUtility.h"
 #include "plugin/JsonUtility.h"
 #include "plugin/PropertyHelper.h"

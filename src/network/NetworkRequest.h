@@ -1,5 +1,6 @@
 #pragma once
 
+#include "network/NetworkRequestHeaders.h" // moc registers the type of a property it knows
 #include "network/SslExport.h"
 #include "network/Utf8Text.h"
 #include "plugin/TessalineGlobal.h"
@@ -17,7 +18,6 @@
 #include <memory>
 
 class NetworkFormData;
-class NetworkRequestHeaders;
 class QAuthenticator;
 class QFile;
 class QIODevice;
