@@ -19,6 +19,7 @@
 #include "network/NetworkRequestHeaders.h"
 #include "player/AppletsPlayer.h"
 #include "player/AppletsPlayerSettings.h"
+#include "plugin/BinaryData.h"
 #include "plugin/Device.h"
 #include "plugin/Environment.h"
 #include "plugin/PropertySet.h"
@@ -115,7 +116,7 @@ void TessalinePlugin::registerTypes(const char *uri)
     uncreatable<Device>(uri, "Device");
     // creatable<ImageObject>(uri, "ImageObject");
     creatable<PropertySet>(uri, "PropertySet");
-    // creatable<BinaryData>(uri, "BinaryData");
+    creatable<BinaryData>(uri, "BinaryData");
 
     // Expressions reach the later registration too, so the singleton goes in once more.
     registerSingleton(uri);
