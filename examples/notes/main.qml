@@ -181,6 +181,7 @@ App {
                     ScrollBar.vertical: ScrollBar {}
 
                     delegate: NoteItem {
+                        objectName: "noteItem"
                         width: list.width
                         unit: app.unit
                         note: notes.details(modelData)
@@ -221,6 +222,7 @@ App {
                     spacing: 6 * app.unit
 
                     BarButton {
+                        objectName: "backButton"
                         visible: !app.wide
                         unit: app.unit
                         dark: true
@@ -245,6 +247,7 @@ App {
                         onAccepted: editor.forceActiveFocus()
                     }
                     BarButton {
+                        objectName: "deleteButton"
                         visible: app.current > ""
                         unit: app.unit
                         dark: true
@@ -349,6 +352,7 @@ App {
                         onClicked: preferences.textSize -= 2
                     }
                     BarButton {
+                        objectName: "largerButton"
                         unit: app.unit
                         dark: true
                         text: "A+"

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "player/AppletsPlayer.h"
+#include "player/AppView.h"
+
+#include <QImage>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QSet>
+#include <QTest>
+
+#include <memory>
+
+// An example of the source tree in the player's window.
+class ExampleWindow
+{
+public:
+    explicit ExampleWindow(const QString &name)
+    {
+        const QString source = QString::fromLocal8Bit(qgetenv("TESSALINE_SOURCE_DIR"));
+        m_view.reset(m_player.createAppView(source + "/examples/" + name, nullptr));
+        // The player's own module folder lies beside the program; here it is elsewhere.
+        m_warningCount = 0;
+        QObject::connect(m_view->engine(), &QQmlEngine::warnings, m_view.get(),
+                         [this](const QList<QQmlError> &list) { m_warningCount += list.size(); });
+    }
+
+    AppView *view() const { return m_view.get(); }
+    bool isReady() const { return m_view->status() == QQuickView::Ready && m_view->rootObject(); }
+    bool expose() { return QTest::qWaitForWindowExposed(m_view.get()); }
+    int warningCount() const { return m_warningCount; }
+
+    QQuickItem *item(const QString &objectName) const
+    {
+        return findItem(m_view->rootObject(), objectName);
+    }
+    QString text(const QString &objectName, const char *property = "text") const
+    {
+        const QQuickItem *found = item(objectName);
+        return found ? found->property(property).toString() : QStringLiteral("(no such item)");
+    }
+    void click(const QString &objectName) { clickItem(item(objectName)); }
+    void clickItem(QQuickItem *item)
+    {
+        const QPointF center = item->mapToScene(QPointF(item->width() / 2, item->height() / 2));
+        QTest::mouseClick(m_view.get(), Qt::LeftButton, Qt::NoModifier, center.toPoint());
+    }
+    void type(const QString &text)
+    {
+        for (const QChar &character : text)
+            QTest::sendKeyEvent(QTest::Click, m_view.get(), Qt::Key_unknown, character,
+                                Qt::NoModifier);
+    }
+    void resize(int width, int height)
+    {
+        m_view->resize(width, height);
+        QTRY_COMPARE(m_view->rootObject()->width(), qreal(width));
+    }
+    QImage picture() { return m_view->grabWindow(); }
+
+    // How many different colours the picture has: one of an empty or black window has few.
+    static int colorCount(const QImage &picture)
+    {
+        QSet<QRgb> colors;
+        for (int y = 0; y < picture.height(); y += 2) {
+            for (int x = 0; x < picture.width(); x += 2)
+                colors.insert(picture.pixel(x, y));
+        }
+        return colors.size();
+    }
+
+    static QQuickItem *findItem(QQuickItem *item, const QString &objectName)
+    {
+        if (!item || item->objectName() == objectName)
+            return item;
+        for (QQuickItem *child : item->childItems()) {
+            if (QQuickItem *found = findItem(child, objectName))
+                return found;
+        }
+        return nullptr;
+    }
+
+private:
+    AppletsPlayer m_player{nullptr};
+    std::unique_ptr<AppView> m_view;
+    int m_warningCount = 0;
+};
