@@ -6,7 +6,7 @@ import QtQuick.Layouts 1.15
 ItemDelegate {
     id: item
 
-    property var note: ({})
+    property string title
     property string preview
     property color tint
     property bool selected: false
@@ -36,7 +36,7 @@ ItemDelegate {
             Layout.fillWidth: true
             Layout.leftMargin: 18 * item.unit
             Layout.rightMargin: 10 * item.unit
-            text: item.note.title || ""
+            text: item.title
             textFormat: Text.PlainText
             color: "#2b2418"
             font { pixelSize: 14 * item.unit; bold: true }

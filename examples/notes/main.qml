@@ -46,11 +46,20 @@ App {
         id: notes
 
         readonly property FileFolder folder: Tessaline.fileFolder("~/Zemrik/Notes")
-        property var names: []
+        property var entries: []   // name, title, colour and the beginning of the text of each note
 
         function reload() {
-            const found = folder.fileNames("*.json").map(name => name.slice(0, -5));
-            names = preferences.newestFirst ? found.reverse() : found;
+            const found = folder.fileNames("*.json").map(fileName => {
+                const name = fileName.slice(0, -5);
+                const note = details(name);
+                return {
+                    name: name,
+                    title: note.title || name,
+                    color: app.colors[(note.color || 0) % app.colors.length],
+                    preview: folder.readTextFile(name + ".txt").slice(0, 80)
+                };
+            });
+            entries = preferences.newestFirst ? found.reverse() : found;
         }
         function details(name) {
             return folder.readJsonFile(name + ".json");
@@ -175,7 +184,7 @@ App {
                     Layout.fillWidth: true
                     Layout.fillHeight: true
                     objectName: "noteList"
-                    model: notes.names
+                    model: notes.entries
                     clip: true
                     boundsBehavior: Flickable.StopAtBounds
                     ScrollBar.vertical: ScrollBar {}
@@ -184,11 +193,11 @@ App {
                         objectName: "noteItem"
                         width: list.width
                         unit: app.unit
-                        note: notes.details(modelData)
-                        preview: notes.folder.readTextFile(modelData + ".txt").slice(0, 80)
-                        tint: app.colors[(note.color || 0) % app.colors.length]
-                        selected: modelData === app.current
-                        onClicked: notes.open(modelData)
+                        title: modelData.title
+                        preview: modelData.preview
+                        tint: modelData.color
+                        selected: modelData.name === app.current
+                        onClicked: notes.open(modelData.name)
                     }
 
                     Text {

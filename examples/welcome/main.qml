@@ -241,7 +241,7 @@ App {
             unit: app.unit
             accent: app.accent
 
-            Fact { unit: app.unit; label: "GREETING"; value: app.complete ? Tessaline.environment.value("WELCOME_GREETING", "not set") : ""; objectName: "greeting" }
+            Fact { unit: app.unit; label: "GREETING"; value: app.complete ? Tessaline.environment.value("GREETING", "not set") : ""; objectName: "greeting" }
             Fact { unit: app.unit; label: "HOME"; value: Tessaline.environment.value("HOME", "not set"); path: true }
             Fact { unit: app.unit; label: "LANG"; value: Tessaline.environment.value("LANG", "not set") }
             Fact { unit: app.unit; label: "Arguments"; value: app.arguments.slice(1).join(" ") || "none"; path: true }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "player/AppletsCommandLineParser.h"
 #include "player/AppletsPlayer.h"
 #include "player/AppView.h"
 
@@ -18,6 +19,7 @@ public:
     explicit ExampleWindow(const QString &name)
     {
         const QString source = QString::fromLocal8Bit(qgetenv("TESSALINE_SOURCE_DIR"));
+        m_player.commandLineParser()->parse({QStringLiteral("player")});
         m_view.reset(m_player.createAppView(source + "/examples/" + name, nullptr));
         // The player's own module folder lies beside the program; here it is elsewhere.
         m_warningCount = 0;

@@ -91,7 +91,7 @@ void tst_NotesExample::theListShowsTheTitle()
     QCOMPARE(m_window->item("noteList")->property("count").toInt(), 1);
     QQuickItem *item = ExampleWindow::findItem(m_window->item("noteList"), "noteItem");
     QVERIFY(item);
-    QCOMPARE(item->property("note").toMap().value("title").toString(), QString("Shopping"));
+    QCOMPARE(item->property("title").toString(), QString("Shopping"));
     QCOMPARE(item->property("preview").toString(), QString::fromUtf8("Milk, K\xc3\xa4se"));
 }
 
