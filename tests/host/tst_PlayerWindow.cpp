@@ -217,11 +217,15 @@ void tst_PlayerWindow::quitTakesTheWindowAway()
                               "Rectangle {\n    width: 300; height: 200; color: '#ff0000'\n"
                               "    Timer { interval: 300; running: true; onTriggered: Qt.quit() }\n"
                               "}\n");
-    PlayerProcess player({applet.path()});
+    // Under the leak checker: Mesa's driver is unloaded with blocks of its own still allocated, and
+    // what belongs to no library any more can't be suppressed. Runs without it are checked off
+    // screen.
+    PlayerProcess player({applet.path()}, {"ASAN_OPTIONS=" + qEnvironmentVariable("ASAN_OPTIONS")
+                                           + ":detect_leaks=0"});
 
     QTRY_VERIFY2(isMapped(), qPrintable(player.errors()));
 
-    QCOMPARE(player.exitCode(), 0);
+    QVERIFY2(player.exitCode() == 0, qPrintable(player.errors()));
     QVERIFY(windowId().isEmpty());
 }
 

@@ -210,7 +210,8 @@ void tst_AppletsPlayer::startDoesNotApplyTheHomePath()
     player.start(application(), QString());
 
     QCOMPARE(qgetenv("HOME"), home);
-    QVERIFY(!qApp->dynamicPropertyNames().contains("Zemrik/Runtime/pathVariables.HOME"));
+    QVERIFY(!QCoreApplication::instance()->dynamicPropertyNames().contains(
+        "Zemrik/Runtime/pathVariables.HOME"));
 }
 
 void tst_AppletsPlayer::aMissingPathShowsNoWindow()

@@ -39,14 +39,14 @@ const QString creatingDefault =
 
 AppletsPlayer *registeredPlayer()
 {
-    return qApp->property("AppletsPlayer").value<AppletsPlayer *>();
+    return QCoreApplication::instance()->property("AppletsPlayer").value<AppletsPlayer *>();
 }
 
 } // namespace
 
 void tst_AppletsRuntime::aPlayerRegistersItself()
 {
-    QVERIFY(!qApp->property("AppletsPlayer").isValid());
+    QVERIFY(!QCoreApplication::instance()->property("AppletsPlayer").isValid());
 
     AppletsPlayer player(nullptr);
 
@@ -58,8 +58,9 @@ void tst_AppletsRuntime::thePropertyIsNamedAfterTheClass()
 {
     AppletsPlayer player(nullptr);
 
-    QVERIFY(qApp->dynamicPropertyNames().contains("AppletsPlayer"));
-    QCOMPARE(qApp->property("AppletsPlayer").userType(), qMetaTypeId<AppletsPlayer *>());
+    QVERIFY(QCoreApplication::instance()->dynamicPropertyNames().contains("AppletsPlayer"));
+    QCOMPARE(QCoreApplication::instance()->property("AppletsPlayer").userType(),
+             qMetaTypeId<AppletsPlayer *>());
 }
 
 void tst_AppletsRuntime::noPlayerMakesADefaultOneAndSaysSo()
@@ -90,13 +91,13 @@ void tst_AppletsRuntime::aForeignValueCountsAsNoPlayer_data()
     QTest::addColumn<QVariant>("value");
     QTest::newRow("number") << QVariant(7);
     QTest::newRow("text") << QVariant(QStringLiteral("AppletsPlayer"));
-    QTest::newRow("other object") << QVariant::fromValue<QObject *>(qApp);
+    QTest::newRow("other object") << QVariant::fromValue<QObject *>(QCoreApplication::instance());
 }
 
 void tst_AppletsRuntime::aForeignValueCountsAsNoPlayer()
 {
     QFETCH(QVariant, value);
-    qApp->setProperty("AppletsPlayer", value);
+    QCoreApplication::instance()->setProperty("AppletsPlayer", value);
     LogCapture log;
 
     const std::unique_ptr<AppletsPlayer> player(AppletsRuntime::appletsPlayer());
