@@ -55,11 +55,11 @@
 
 namespace {
 
-constexpr QLatin1String homeKey("home");
-constexpr QLatin1String displayScaleKey("displayScale");
-constexpr QLatin1String portalGroup("portal");
-constexpr QLatin1String urlKey("url");
-constexpr QLatin1String usernameKey("username");
+const QLatin1String homeKey("home");
+const QLatin1String displayScaleKey("displayScale");
+const QLatin1String portalGroup("portal");
+const QLatin1String urlKey("url");
+const QLatin1String usernameKey("username");
 
 } // namespace
 
