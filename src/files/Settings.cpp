@@ -31,7 +31,9 @@
     Other values are read and written with the methods. A key may have groups, parted by "/":
 
     \qml
-    Component.onCompleted: settings.setValue("window/color", "steelblue")
+    Settings {
+        Component.onCompleted: setValue("window/color", "steelblue")
+    }
     \endqml
 
     An element uses the store of the program that shows it. Further stores come from

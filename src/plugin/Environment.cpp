@@ -8,9 +8,11 @@
     QML can't create this type; use \c{Tessaline.environment}.
 
     \qml
-    Component.onCompleted: {
-        Tessaline.environment.setValue("LIBRARY_CACHE", "512");
-        console.log(Tessaline.environment.value("EDITOR", "none"));
+    Item {
+        Component.onCompleted: {
+            Tessaline.environment.setValue("LIBRARY_CACHE", "512");
+            console.log(Tessaline.environment.value("EDITOR", "none"));
+        }
     }
     \endqml
 

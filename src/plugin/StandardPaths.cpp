@@ -45,9 +45,11 @@ FileFolder *newFolder(const QString &path)
     \c{Tessaline.standardPaths}.
 
     \qml
-    Component.onCompleted: {
-        var pictures = Tessaline.standardPaths.writableFolder(StandardPaths.PicturesLocation);
-        console.log(pictures.fileNames(["*.jpg", "*.png"]));
+    ListView {
+        property FileFolder pictures:
+            Tessaline.standardPaths.writableFolder(StandardPaths.PicturesLocation)
+        model: pictures.fileNames(["*.jpg", "*.png"])
+        delegate: Text { text: modelData }
     }
     \endqml
 

@@ -13,14 +13,14 @@
     Without a \l path it is the root volume.
 
     \qml
-    StorageInfo {
-        id: volume
-        path: "~/Pictures"
-    }
-
     ProgressBar {
-        to: volume.bytesTotal
+        maximumValue: volume.bytesTotal
         value: volume.bytesTotal - volume.bytesAvailable
+
+        StorageInfo {
+            id: volume
+            path: "~"
+        }
     }
     \endqml
 
