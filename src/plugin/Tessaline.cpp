@@ -198,53 +198,43 @@ namespace {
 
 const double referenceDotsPerInch = 72.0;
 
-// What typeOf says of a script value that is no object, text or function; null where the value's
-// own traits decide.
+// What typeOf says of script values that are no object, text or function.
+const struct
+{
+    int type;
+    const char *name;
+} valueTypeNames[] = {
+    {QMetaType::Bool, "bool"},
+    {QMetaType::Int, "int"},
+    {QMetaType::Double, "double"},
+    {QMetaType::QVariantMap, "object"},
+    {QMetaType::QStringList, "array"},
+    {QMetaType::QDateTime, "date"},
+    {QMetaType::QUrl, "url"},
+    {QMetaType::QRectF, "rect"},
+    {QMetaType::QSizeF, "size"},
+    {QMetaType::QPointF, "point"},
+    {QMetaType::QRegExp, "regexp"},
+    {QMetaType::QRegularExpression, "regexp"}, // what the engine makes of /x/
+    {QMetaType::QFont, "font"},
+    {QMetaType::QColor, "color"},
+    {QMetaType::QMatrix4x4, "matrix4x4"},
+    {QMetaType::QVector2D, "vector2d"},
+    {QMetaType::QVector3D, "vector3d"},
+    {QMetaType::QVector4D, "vector4d"},
+    {QMetaType::QQuaternion, "quaternion"},
+};
+
+// Null where the value's own traits decide.
 const char *variantTypeName(const QVariant &variant)
 {
-    switch (variant.userType()) {
-    case QMetaType::Bool:
-        return "bool";
-    case QMetaType::Int:
-        return "int";
-    case QMetaType::Double:
-        return "double";
-    case QMetaType::QVariantMap:
-        return "object";
-    case QMetaType::QStringList:
-        return "array";
-    case QMetaType::QDateTime:
-        return "date";
-    case QMetaType::QUrl:
-        return "url";
-    case QMetaType::QRectF:
-        return "rect";
-    case QMetaType::QSizeF:
-        return "size";
-    case QMetaType::QPointF:
-        return "point";
-    case QMetaType::QRegExp:
-    case QMetaType::QRegularExpression:
-        return "regexp"; // what the engine makes of /x/
-    case QMetaType::QFont:
-        return "font";
-    case QMetaType::QColor:
-        return "color";
-    case QMetaType::QMatrix4x4:
-        return "matrix4x4";
-    case QMetaType::QVector2D:
-        return "vector2d";
-    case QMetaType::QVector3D:
-        return "vector3d";
-    case QMetaType::QVector4D:
-        return "vector4d";
-    case QMetaType::QQuaternion:
-        return "quaternion";
-    case QMetaType::QVariantList:
-        return nullptr;
-    default:
-        return variant.canConvert<QQmlListReference>() ? "list" : nullptr;
+    for (const auto &row : valueTypeNames) {
+        if (row.type == variant.userType())
+            return row.name;
     }
+    if (variant.userType() == QMetaType::QVariantList)
+        return nullptr;
+    return variant.canConvert<QQmlListReference>() ? "list" : nullptr;
 }
 
 QString valueTypeName(const QJSValue &value)
