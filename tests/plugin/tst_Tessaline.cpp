@@ -134,7 +134,7 @@ private slots:
 
 void tst_Tessaline::init()
 {
-    qApp->setProperty("userHomePath", QVariant());
+    qGuiApp->setProperty("userHomePath", QVariant());
     FileUtility::setPathVariable("HOME", QString());
     FileUtility::setPathVariable("PICTURES", QString());
     setLogicalDotsPerInch(96);
@@ -147,7 +147,7 @@ void tst_Tessaline::constructionLogsTheScreen()
 
     const QScreen *screen = QGuiApplication::primaryScreen();
     const QVector<QPair<QString, double>> rows = {
-        {"devicePixelRatio", qApp->devicePixelRatio()},
+        {"devicePixelRatio", qGuiApp->devicePixelRatio()},
         {"primaryScreen.physicalDotsPerInch", screen->physicalDotsPerInch()},
         {"primaryScreen.logicalDotsPerInch", 96},
         {"referenceDotsPerInch", 72},
@@ -213,7 +213,7 @@ void tst_Tessaline::folderPropertiesAreNewObjectsAtEachRead()
 
 void tst_Tessaline::homePathIsTheApplicationsPropertyFirst()
 {
-    qApp->setProperty("userHomePath", "/srv/home");
+    qGuiApp->setProperty("userHomePath", "/srv/home");
     Tessaline tessaline;
     QSignalSpy spy(&tessaline, &Tessaline::userHomePathChanged);
     LogCapture log;
@@ -239,12 +239,12 @@ void tst_Tessaline::homePathDefaultsToTheSystems()
 
 void tst_Tessaline::homePathIsResolvedOnce()
 {
-    qApp->setProperty("userHomePath", "/srv/first");
+    qGuiApp->setProperty("userHomePath", "/srv/first");
     Tessaline tessaline;
     QCOMPARE(tessaline.userHomePath(), QString("/srv/first"));
     LogCapture log;
 
-    qApp->setProperty("userHomePath", "/srv/second");
+    qGuiApp->setProperty("userHomePath", "/srv/second");
 
     QCOMPARE(tessaline.userHomePath(), QString("/srv/first"));
     QCOMPARE(log.messages().size(), 0);
@@ -252,7 +252,7 @@ void tst_Tessaline::homePathIsResolvedOnce()
 
 void tst_Tessaline::homePathIsCleaned()
 {
-    qApp->setProperty("userHomePath", "/srv/home/");
+    qGuiApp->setProperty("userHomePath", "/srv/home/");
     Tessaline tessaline;
     QCOMPARE(tessaline.userHomePath(), QDir("/srv/home/").path());
     QCOMPARE(FileUtility::homePath(), QString("/srv/home/"));
