@@ -60,6 +60,28 @@ Q_NEVER_INLINE QString withVariableReplaced(const QString &path, bool system)
     return value + path.mid(end);
 }
 
+// Lists the files below a folder. `open` holds the real paths of the folders that the walk is in:
+// a link back to one of them would be followed for ever.
+void listFiles(const QDir &dir, const QString &relativePath, QStringList &open, QStringList &list)
+{
+    const QString realPath = dir.canonicalPath();
+    if (open.contains(realPath))
+        return;
+    open.append(realPath);
+    const QFileInfoList entries =
+        dir.entryInfoList(QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QFileInfo &entry : entries) {
+        const QString name = relativePath.isEmpty()
+                                 ? entry.fileName()
+                                 : relativePath + QDir::separator() + entry.fileName();
+        if (entry.isDir())
+            listFiles(QDir(entry.filePath()), name, open, list);
+        else
+            list.append(name);
+    }
+    open.removeLast();
+}
+
 } // namespace
 
 QString FileUtility::resolvedPath(const QString &path, bool system)
@@ -241,17 +263,8 @@ QStringList FileUtility::dirEntryList(const QDir &dir)
 
 void FileUtility::dirEntryList(const QDir &dir, const QString &relativePath, QStringList &list)
 {
-    const QFileInfoList entries =
-        dir.entryInfoList(QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot, QDir::Name);
-    for (const QFileInfo &entry : entries) {
-        const QString name = relativePath.isEmpty()
-                                 ? entry.fileName()
-                                 : relativePath + QDir::separator() + entry.fileName();
-        if (entry.isDir())
-            dirEntryList(QDir(entry.filePath()), name, list);
-        else
-            list.append(name);
-    }
+    QStringList open;
+    listFiles(dir, relativePath, open, list);
 }
 
 QByteArray FileUtility::readFile(const QString &path)
