@@ -151,7 +151,7 @@ void Children::addNode(const QDomNode &node)
     case QDomNode::TextNode:
     case QDomNode::CDATASectionNode:
         // Of several pieces, around a child or a comment, the last one counts.
-        m_text = node.toCharacterData().data();
+        m_text = node.nodeValue();
         break;
     case QDomNode::CommentNode:
         addValue(m_options.commentProperty, node.toComment().data());
