@@ -7,6 +7,7 @@
 #include "logging/Logging.h"
 #include "network/Network.h"
 #include "player/AppletsPlayer.h"
+#include "plugin/BinaryData.h"
 #include "plugin/ColorUtility.h"
 #include "plugin/Device.h"
 #include "plugin/Environment.h"
@@ -853,6 +854,20 @@ QString Tessaline::objectToString(QObject *object) const
     logMethods(object->metaObject());
     logSuperClasses(object->metaObject());
     return QString();
+}
+
+/*!
+    \qmlmethod BinaryData Tessaline::binaryData(var value)
+    A new object with the bytes of \a value: a text, in UTF-8, or a byte array. Other values, and
+   none at all, give an empty one.
+
+    \qml
+    Tessaline.binaryData("bridge").size   // 6
+    \endqml
+*/
+BinaryData *Tessaline::binaryData(const QJSValue &value) const
+{
+    return BinaryData::fromValue(value, nullptr);
 }
 
 QGuiApplication *Tessaline::app() const

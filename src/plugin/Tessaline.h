@@ -13,6 +13,7 @@
 #include <QVariantMap>
 
 class AppletsPlayer;
+class BinaryData;
 class Device;
 class Environment;
 class File;
@@ -165,6 +166,10 @@ public:
     // Logs what the object's meta-object holds, under FRAMEWORK_CORE at debug level. The result is
     // "null" or empty.
     Q_INVOKABLE QString objectToString(QObject *object) const;
+
+    // A new object with a text's or a byte array's bytes, empty for other values. It belongs to the
+    // script engine.
+    Q_INVOKABLE BinaryData *binaryData(const QJSValue &value = QJSValue()) const;
 
     // Ends the process if the application is not a GUI application.
     QGuiApplication *app() const;

@@ -129,7 +129,8 @@ void tst_Module::everyRowIsDescribed_data()
                              "ZipFileInfo",
                              "StandardPaths",
                              "Device",
-                             "PropertySet"})
+                             "PropertySet",
+                             "BinaryData"})
         QTest::newRow(name) << QString(name);
 }
 

@@ -230,6 +230,35 @@ Item {
             compare(Tessaline.xmlToJson("<a"), {});
         }
 
+        // Bytes
+
+        function test_binaryData_data() {
+            return [
+                { tag: "text", value: "ab\u00e4", bytes: [97, 98, -61, -92] },
+                { tag: "empty text", value: "", bytes: [] },
+                { tag: "array buffer", value: new Uint8Array([1, 255]).buffer, bytes: [1, -1] },
+                { tag: "bytes of another object", value: Tessaline.binaryData("xy").data,
+                  bytes: [120, 121] },
+                { tag: "number", value: 5, bytes: [] },
+                { tag: "plain object", value: { a: 1 }, bytes: [] },
+                { tag: "undefined", value: undefined, bytes: [] }
+            ];
+        }
+
+        function test_binaryData(row) {
+            const data = Tessaline.binaryData(row.value);
+            compare(Tessaline.typeOf(data), "BinaryData");
+            compare(TestSupport.ownership(data), "script");
+            compare(data.size, row.bytes.length);
+            for (let i = 0; i < row.bytes.length; ++i)
+                compare(data.dataAt(i), row.bytes[i]);
+        }
+
+        function test_binaryDataWithoutAValueIsEmpty() {
+            verify(Tessaline.binaryData().isEmpty);
+            verify(Tessaline.binaryData() !== Tessaline.binaryData());
+        }
+
         // Identifiers
 
         function test_createId() {

@@ -208,6 +208,7 @@ void tst_TessalinePlugin::rowIsRegistered_data()
     uncreatable("StandardPaths");
     uncreatable("Device");
     creatable("PropertySet");
+    creatable("BinaryData");
 }
 
 void tst_TessalinePlugin::rowIsRegistered()
