@@ -270,7 +270,7 @@ void FileUtility::dirEntryList(const QDir &dir, const QString &relativePath, QSt
 QByteArray FileUtility::readFile(const QString &path)
 {
     QFile file(path);
-    if (!file.exists() || !file.open(QIODevice::ReadOnly))
+    if (!file.open(QIODevice::ReadOnly))
         return QByteArray();
     return file.readAll();
 }
