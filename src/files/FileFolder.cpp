@@ -221,6 +221,15 @@
 
 namespace {
 
+// To QDir's constructor an empty path is the working folder of the process, which nobody means who
+// got it from an unknown path variable. This way it stays empty, a folder that doesn't exist.
+QDir dirAt(const QString &path)
+{
+    QDir dir;
+    dir.setPath(path);
+    return dir;
+}
+
 // A pattern or a list of patterns.
 QStringList nameFilters(const QVariant &nameFilter)
 {
@@ -392,12 +401,12 @@ FileFolder::FileFolder(QObject *parent)
 }
 
 FileFolder::FileFolder(const QString &path, QObject *parent)
-    : FileFolder(QDir(FileUtility::resolvedPath(path, true)), parent)
+    : FileFolder(dirAt(FileUtility::resolvedPath(path, true)), parent)
 {
 }
 
 FileFolder::FileFolder(const QUrl &url, QObject *parent)
-    : FileFolder(QDir(FileUtility::resolvedPath(url, true)), parent)
+    : FileFolder(dirAt(FileUtility::resolvedPath(url, true)), parent)
 {
 }
 
@@ -417,7 +426,7 @@ void FileFolder::setPath(const QString &path)
     if (resolved == m_dir.absolutePath())
         return;
     m_dir.setPath(resolved);
-    emit pathChanged();
+    announceMove();
 }
 
 QUrl FileFolder::url() const
@@ -447,7 +456,7 @@ bool FileFolder::cdUp()
 {
     if (refusesMove(Q_FUNC_INFO) || !m_dir.cdUp())
         return false;
-    emit pathChanged();
+    announceMove();
     return true;
 }
 
@@ -455,7 +464,7 @@ bool FileFolder::cd(const QString &path)
 {
     if (refusesMove(Q_FUNC_INFO) || !m_dir.cd(path))
         return false;
-    emit pathChanged();
+    announceMove();
     return true;
 }
 
@@ -512,9 +521,7 @@ bool FileFolder::removeFolder(const QString &folderName, bool recursive)
 {
     if (refusesChange(Q_FUNC_INFO))
         return false;
-    // Not by the constructor, to which an empty path is the working folder of the process.
-    QDir target;
-    target.setPath(filePath(folderName));
+    QDir target = dirAt(filePath(folderName));
     if (!target.exists())
         return true;
 
@@ -634,9 +641,7 @@ bool FileFolder::copyFolder(const QString &source, const QString &target)
             << Q_FUNC_INFO << "Folder copied into itself:" << source << "->" << target;
         return false;
     }
-    // Not by the constructor, to which an empty path is the working folder of the process.
-    QDir targetDir;
-    targetDir.setPath(target);
+    const QDir targetDir = dirAt(target);
     if (!targetDir.exists()) {
         const QFileInfo made(QDir::cleanPath(target));
         if (!QDir(made.path()).mkpath(made.fileName())) {
@@ -729,6 +734,13 @@ void FileFolder::onPathChanged()
 {
     m_cachedSize = -1;
     emit sizeChanged();
+}
+
+void FileFolder::announceMove()
+{
+    // Handlers in documents come before our own slot, and must not see the size of the old folder.
+    m_cachedSize = -1;
+    emit pathChanged();
 }
 
 bool FileFolder::refusesMove(const char *function) const

@@ -112,6 +112,7 @@ private slots:
     void onPathChanged();
 
 private:
+    void announceMove();
     // Whether the folder's guard forbids what `function` is about to do, which is then logged.
     bool refusesMove(const char *function) const;
     bool refusesChange(const char *function) const;

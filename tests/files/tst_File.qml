@@ -9,13 +9,6 @@ TestCase {
 
     property string folder
 
-    // The numbers of the text encodings.
-    readonly property int encodingUnknown: -1
-    readonly property int encodingUtf8: 0
-    readonly property int encodingLatin1: 1
-    readonly property int encodingLocal8Bit: 2
-    readonly property int encodingUtf16: 3
-
     Component {
         id: fileComponent
 
@@ -247,9 +240,9 @@ TestCase {
 
     function test_textEncoding_data() {
         return [
-            { tag: "UTF-8", encoding: encodingUtf8, hex: "c3a4e282ac0a" },
-            { tag: "Latin-1", encoding: encodingLatin1, hex: "e43f0a", readBack: "\u00e4?\n" },
-            { tag: "local 8-bit", encoding: encodingLocal8Bit, hex: "c3a4e282ac0a" },
+            { tag: "UTF-8", encoding: BinaryData.TextEncodingUtf8, hex: "c3a4e282ac0a" },
+            { tag: "Latin-1", encoding: BinaryData.TextEncodingLatin1, hex: "e43f0a", readBack: "\u00e4?\n" },
+            { tag: "local 8-bit", encoding: BinaryData.TextEncodingLocal8Bit, hex: "c3a4e282ac0a" },
         ];
     }
 
@@ -274,7 +267,7 @@ TestCase {
 
     function test_utf16IsWrittenWithoutAMark() {
         const file = makeFile("a.txt");
-        file.textEncoding = encodingUtf16;
+        file.textEncoding = BinaryData.TextEncodingUtf16;
         verify(file.open(File.OpenModeWriteOnly));
         file.writeLine("\u00e4\u20ac");
         file.close();
@@ -287,12 +280,12 @@ TestCase {
 
     function test_textEncodingIsSignalledWhenItChanges() {
         const file = makeFile("a.txt");
-        file.textEncoding = encodingUtf8;
+        file.textEncoding = BinaryData.TextEncodingUtf8;
         compare(file.signalOrder, []);
-        file.textEncoding = encodingLatin1;
-        file.textEncoding = encodingLatin1;
+        file.textEncoding = BinaryData.TextEncodingLatin1;
+        file.textEncoding = BinaryData.TextEncodingLatin1;
         compare(file.signalOrder, ["textEncoding"]);
-        file.textEncoding = encodingUnknown;
+        file.textEncoding = BinaryData.TextEncodingUnknown;
         compare(file.textEncoding, -1);
     }
 
@@ -344,6 +337,9 @@ TestCase {
 
     function test_writeToAClosedFileIsSilent() {
         const file = makeFile("a.txt");
+        TestSupport.clearLog();
+        file.write("");
+        compare(TestSupport.logLines(), []);
         ignoreWarning(/QIODevice::write .*: device not open/);
         file.write("text");
         ignoreWarning(/QIODevice::write .*: device not open/);

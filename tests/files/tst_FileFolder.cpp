@@ -29,6 +29,7 @@ private slots:
 
     void constructorsResolvePathVariables();
     void constructorTakesADir();
+    void anUnknownVariableIsNotTheWorkingFolder();
 
     void constantFolderRefusesToMove_data();
     void constantFolderRefusesToMove();
@@ -155,6 +156,15 @@ void tst_FileFolder::constructorTakesADir()
     const FileFolder folder(QDir("/some/$HOME"), &parent);
     QCOMPARE(folder.path(), QString("/some/$HOME"));
     QCOMPARE(folder.parent(), &parent);
+}
+
+void tst_FileFolder::anUnknownVariableIsNotTheWorkingFolder()
+{
+    FileFolder folder(QString("$FOLDER_TEST_NONE"));
+    QCOMPARE(folder.path(), QString());
+    QVERIFY(!folder.exists());
+    QVERIFY(!folder.removeFolder());
+    QVERIFY(FileInfo().fileFolder()->path().isEmpty());
 }
 
 void tst_FileFolder::constantFolderRefusesToMove_data()

@@ -20,8 +20,12 @@ TestCase {
             property bool showsSize: true
             property double shownSize: showsSize ? size : 0
             property var signalOrder: []
+            property double sizeAtPathChange
 
-            onPathChanged: signalOrder.push("path")
+            onPathChanged: {
+                signalOrder.push("path");
+                sizeAtPathChange = showsSize ? size : 0;
+            }
             onExistsChanged: signalOrder.push("exists")
             onSizeChanged: signalOrder.push("size")
         }
@@ -628,6 +632,13 @@ TestCase {
         folder.writeTextFile("more.txt", "7777777");
         folder.cdUp();
         compare(folder.shownSize, 28);
+    }
+
+    function test_sizeIsTheNewFoldersInAPathHandler() {
+        const folder = makeTree();
+        compare(folder.size, 21);
+        folder.path = root + "/sub";
+        compare(folder.sizeAtPathChange, 7);
     }
 
     function test_refreshUpdatesExists() {
