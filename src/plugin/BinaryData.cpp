@@ -1,6 +1,7 @@
 #include "plugin/BinaryData.h"
 
 #include "plugin/PropertyHelper.h"
+#include "plugin/ScriptValue.h"
 #include "plugin/TessalineDebug.h"
 #include "plugin/TessalineObject.h"
 
@@ -97,9 +98,7 @@ void BinaryData::setSize(int size)
 
 void BinaryData::setData(const QVariant &data)
 {
-    // Objects of a script arrive wrapped.
-    const QVariant value =
-        data.userType() == qMetaTypeId<QJSValue>() ? data.value<QJSValue>().toVariant() : data;
+    const QVariant value = plainValue(data);
     if (value.canConvert<QByteArray>())
         replaceData(value.toByteArray());
     else if (value.canConvert<QString>())

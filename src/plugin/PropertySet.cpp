@@ -1,5 +1,7 @@
 #include "plugin/PropertySet.h"
 
+#include "plugin/ScriptValue.h"
+
 #include <QPointer>
 #include <QQmlEngine>
 #include <QScopedValueRollback>
@@ -35,14 +37,6 @@
 */
 
 namespace {
-
-// An object or array of a script, held in a variant, is equal to nothing; as a plain value it
-// compares.
-QVariant comparable(const QVariant &value)
-{
-    return value.userType() == qMetaTypeId<QJSValue>() ? value.value<QJSValue>().toVariant()
-                                                       : value;
-}
 
 // Carries the method for scripts, in a class without dynamic properties. The script engine owns the
 // object, for as long as a script holds the function.
@@ -185,11 +179,11 @@ bool PropertySet::containsKey(const QString &key) const
 
 QStringList PropertySet::containsValue(const QVariant &value) const
 {
-    const QVariant wanted = comparable(value);
+    const QVariant wanted = plainValue(value);
     QStringList found;
     const QStringList names = keys();
     for (const QString &key : names) {
-        if (comparable(this->value(key)) == wanted)
+        if (plainValue(this->value(key)) == wanted)
             found.append(key);
     }
     return found;
@@ -197,7 +191,7 @@ QStringList PropertySet::containsValue(const QVariant &value) const
 
 void PropertySet::setValue(const QString &key, const QVariant &value)
 {
-    if (comparable(this->value(key)) == comparable(value))
+    if (plainValue(this->value(key)) == plainValue(value))
         return;
     insert(key, value);
     emit valueChanged(key, value);
