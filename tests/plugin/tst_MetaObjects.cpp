@@ -22,11 +22,10 @@ private slots:
     void metaObjectIsAsTheTableSays();
     void pointerAndListAreMetaTypes_data() { metaObjectIsAsTheTableSays_data(); }
     void pointerAndListAreMetaTypes();
+    void everyRegisteredClassHasATable();
 };
 
 namespace {
-
-const QString tableFolder = QStringLiteral("metaobjects");
 
 // Type names without scopes, and one name for types that have several.
 QString plainType(const QByteArray &name)
@@ -217,6 +216,21 @@ void tst_MetaObjects::pointerAndListAreMetaTypes()
     const QByteArray name = QTest::currentDataTag();
     QVERIFY(QMetaType::type(name + '*') != QMetaType::UnknownType);
     QVERIFY(QMetaType::type("QQmlListProperty<" + name + '>') != QMetaType::UnknownType);
+}
+
+void tst_MetaObjects::everyRegisteredClassHasATable()
+{
+    QFile source(qEnvironmentVariable("TESSALINE_SOURCE_DIR") + "/src/plugin/TessalinePlugin.cpp");
+    QVERIFY(source.open(QIODevice::ReadOnly));
+    const QDir folder(QFINDTESTDATA("metaobjects"));
+    const QRegularExpression row("^ +(?:un)?creatable<(\\w+)>\\(uri",
+                                 QRegularExpression::MultilineOption);
+    auto matches = row.globalMatch(QString::fromUtf8(source.readAll()));
+    QVERIFY(matches.hasNext());
+    while (matches.hasNext()) {
+        const QString className = matches.next().captured(1);
+        QVERIFY2(folder.exists(className + ".txt"), qPrintable(className));
+    }
 }
 
 TESSALINE_TEST_MAIN(tst_MetaObjects)
