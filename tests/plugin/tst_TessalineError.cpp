@@ -1,6 +1,9 @@
 #include "plugin/TessalineError.h"
 #include "support/IsolatedHome.h"
 
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -12,6 +15,10 @@ private slots:
     void constructorsFillTheFieldsSilently();
     void everyChangeIsSignalledAlsoToEqualValues();
     void setErrorCopiesAllFields();
+    void constructorsTakeAParent();
+    void bindingsFollowTheFields();
+    void fieldsAreReadOnly_data();
+    void fieldsAreReadOnly();
 };
 
 void tst_TessalineError::constructorsFillTheFieldsSilently()
@@ -56,6 +63,55 @@ void tst_TessalineError::setErrorCopiesAllFields()
     QCOMPARE(error.message(), QString("m"));
     QCOMPARE(error.details(), QString("d"));
     QCOMPARE(spy.count(), 1);
+}
+
+void tst_TessalineError::constructorsTakeAParent()
+{
+    QObject parent;
+    QCOMPARE((new TessalineError(&parent))->parent(), &parent);
+    QCOMPARE((new TessalineError(1, "m", "d", &parent))->parent(), &parent);
+    QCOMPARE((new TessalineError("m", "d", &parent))->parent(), &parent);
+}
+
+void tst_TessalineError::bindingsFollowTheFields()
+{
+    TessalineError error(1, "first", "a");
+    QQmlEngine engine;
+    engine.rootContext()->setContextProperty("failure", &error);
+    QQmlComponent component(&engine);
+    component.setData("import QtQml 2.15\nQtObject { property string text: "
+                      "failure.code + '|' + failure.message + '|' + failure.details }",
+                      QUrl());
+    const QScopedPointer<QObject> object(component.create());
+    QVERIFY(object);
+    QCOMPARE(object->property("text").toString(), QString("1|first|a"));
+
+    error.setError(2, "second", "b");
+    QCOMPARE(object->property("text").toString(), QString("2|second|b"));
+
+    error.clear();
+    QCOMPARE(object->property("text").toString(), QString("0||"));
+}
+
+void tst_TessalineError::fieldsAreReadOnly_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const char *name : {"code", "message", "details"})
+        QTest::newRow(name) << QString(name);
+}
+
+void tst_TessalineError::fieldsAreReadOnly()
+{
+    QFETCH(QString, name);
+    TessalineError error(7, "7", "7");
+    QQmlEngine engine;
+    QJSValue write =
+        engine.evaluate("(function(object, name) { 'use strict'; object[name] = 8; })");
+    QQmlEngine::setObjectOwnership(&error, QQmlEngine::CppOwnership);
+
+    QVERIFY(write.call({engine.newQObject(&error), name}).isError());
+
+    QCOMPARE(error.property(name.toLatin1().constData()).toString(), QString("7"));
 }
 
 TESSALINE_TEST_MAIN(tst_TessalineError)
