@@ -49,7 +49,8 @@ AppView::AppView(AppletsPlayer *player, QWindow *parent)
 
 AppView::~AppView()
 {
-    disconnect(engine(), &QQmlEngine::quit, this, nullptr);
+    // The base tears the document down, which may quit or go wrong then: too late for this view.
+    disconnect(engine(), nullptr, this, nullptr);
 }
 
 bool AppView::loadApplet(const QString &path)

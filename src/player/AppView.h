@@ -3,6 +3,7 @@
 #include "plugin/TessalineGlobal.h"
 
 #include <QList>
+#include <QPointer>
 #include <QQmlError>
 #include <QQuickView>
 #include <QString>
@@ -17,8 +18,7 @@ class TESSALINE_EXPORT AppView : public QQuickView
     Q_OBJECT
 
 public:
-    // The player must outlive the view. It may be null: then the view shows itself plainly and
-    // keeps no warnings.
+    // Without a player, or when it has gone, the view shows itself plainly and keeps no warnings.
     explicit AppView(AppletsPlayer *player, QWindow *parent = nullptr);
     ~AppView() override;
 
@@ -59,6 +59,6 @@ private:
     void applyMinimumSize(const QVariantMap &desktop);
     QString contextName() const;
 
-    AppletsPlayer *m_player;
+    QPointer<AppletsPlayer> m_player;
     QVariantList m_warnings;
 };

@@ -62,6 +62,8 @@ private slots:
     void showExpandedMaximizes();
     void quitClosesTheViewOnly();
     void closingDoesNotDeleteTheView();
+    void whatADocumentDoesAtItsEndIsHarmless();
+    void theViewOutlivesItsPlayer();
 
     void appComponentNeedsAContextOfTheView();
     void appComponentIsTheContextObject();
@@ -685,6 +687,36 @@ void tst_AppView::closingDoesNotDeleteTheView()
     QVERIFY(!view->isVisible());
     QVERIFY(view->rootObject());
     delete view;
+}
+
+// The document goes while the view is half gone: neither signal may reach the view any more.
+void tst_AppView::whatADocumentDoesAtItsEndIsHarmless()
+{
+    const AppletFolder applet(
+        "import QtQuick 2.15\n"
+        "Item { Component.onDestruction: { Qt.quit(); noSuchFunction() } }\n");
+    ArgumentPlayer player;
+    auto view = std::make_unique<TestView>(&player, nullptr);
+    view->loadApplet(applet.path());
+    view->showView();
+    LogCapture log;
+
+    view.reset();
+
+    QCOMPARE(log.count(QtWarningMsg, playerCategory, QStringLiteral("Text:")), 0);
+}
+
+void tst_AppView::theViewOutlivesItsPlayer()
+{
+    auto player = std::make_unique<ArgumentPlayer>(QStringList{QStringLiteral("--frameless")});
+    TestView view(player.get(), nullptr);
+
+    player.reset();
+    view.onWarnings({error(QStringLiteral("a"))});
+    view.showView();
+
+    QVERIFY(view.warnings().isEmpty());
+    QVERIFY(view.isVisible());
 }
 
 void tst_AppView::appComponentNeedsAContextOfTheView()
