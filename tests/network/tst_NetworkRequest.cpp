@@ -1,5 +1,6 @@
 #include "network/NetworkRequest.h"
 #include "network/NetworkRequestHeaders.h"
+#include "RequestTesting.h"
 #include "support/HttpServer.h"
 #include "support/IsolatedHome.h"
 #include "support/LogCapture.h"
@@ -13,6 +14,8 @@
 #include <QQmlEngine>
 #include <QSignalSpy>
 #include <QTest>
+
+using namespace RequestTesting;
 
 // The object without regard to a server's answer: its properties, the guards of its states, and
 // what each kind of body becomes.
@@ -72,23 +75,6 @@ private slots:
     void credentialsNeedNoManager();
     void credentialsClearTheAccessCache();
 };
-
-namespace {
-
-bool finish(const NetworkRequest &request)
-{
-    return QTest::qWaitFor([&request] { return request.readyState() == NetworkRequest::DONE; });
-}
-
-// The request line of a request as it was received.
-QByteArray requestLine(const QByteArray &request)
-{
-    return request.left(request.indexOf("\r\n"));
-}
-
-const char network[] = "Zemrik.Tessaline.Network";
-
-} // namespace
 
 void tst_NetworkRequest::defaults()
 {

@@ -1,5 +1,6 @@
 #include "network/NetworkRequest.h"
 #include "plugin/FileUtility.h"
+#include "RequestTesting.h"
 #include "support/HttpServer.h"
 #include "support/IsolatedHome.h"
 #include "support/LogCapture.h"
@@ -14,6 +15,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+
+using namespace RequestTesting;
 
 // What a request makes of the server's answer: states, status, headers, body, files, redirects.
 class tst_NetworkRequestAnswer : public QObject
@@ -66,30 +69,6 @@ private slots:
     void bigBodyOfARedirectDoesNotBlock();
     void redirectedDownloadGoesToTheFile();
 };
-
-namespace {
-
-const char network[] = "Zemrik.Tessaline.Network";
-
-bool finish(const NetworkRequest &request)
-{
-    return QTest::qWaitFor([&request] { return request.readyState() == NetworkRequest::DONE; });
-}
-
-QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
-}
-
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("Can't write %s", qPrintable(path));
-}
-
-} // namespace
 
 void tst_NetworkRequestAnswer::answerGoesThroughTheStates()
 {

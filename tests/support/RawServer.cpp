@@ -2,13 +2,13 @@
 
 #include <QTcpSocket>
 
+#include <utility>
+
 #include <sys/socket.h>
 
 namespace {
 
 const QByteArray headersEnd("\r\n\r\n");
-const char answeredProperty[] = "answered"; // the request under way has its answer already
-const char bytesProperty[] = "bytes";       // what came in of it
 
 int headerLength(const QByteArray &bytes)
 {
@@ -57,6 +57,11 @@ void RawServer::setPaused(bool paused)
     }
 }
 
+QByteArray RawServer::partialRequest() const
+{
+    return m_incoming.value(m_newest).bytes;
+}
+
 void RawServer::sendMore(const QByteArray &bytes)
 {
     if (!m_connections.isEmpty())
@@ -95,6 +100,8 @@ void RawServer::takeConnection()
     while (QTcpSocket *socket = m_server.nextPendingConnection()) {
         ++m_connectionCount;
         m_connections.append(socket);
+        m_incoming.insert(socket, Incoming());
+        m_newest = socket;
         if (m_paused)
             socket->setReadBufferSize(1);
         connect(socket, &QTcpSocket::readyRead, this, [this, socket] {
@@ -110,27 +117,25 @@ void RawServer::takeConnection()
 
 void RawServer::read(QTcpSocket *socket)
 {
-    QByteArray bytes = socket->property(bytesProperty).toByteArray() + socket->readAll();
+    Incoming &incoming = m_incoming[socket];
+    incoming.bytes += socket->readAll();
     for (;;) {
-        const int bodyBegin = headerLength(bytes);
+        const int bodyBegin = headerLength(incoming.bytes);
         if (bodyBegin < 0)
-            break;
-        const bool answered = socket->property(answeredProperty).toBool();
-        if (!answered && !m_answers.isEmpty() && m_answers.head().early) {
-            socket->setProperty(answeredProperty, true);
+            return;
+        if (!incoming.answered && !m_answers.isEmpty() && m_answers.head().early) {
+            incoming.answered = true;
             reply(socket);
         }
-        const int length = bodyBegin + header(bytes, "Content-Length").toInt();
-        if (bytes.size() < length)
-            break;
-        m_requests.append(bytes.left(length));
-        bytes.remove(0, length);
-        if (!socket->property(answeredProperty).toBool())
+        const int length = bodyBegin + header(incoming.bytes, "Content-Length").toInt();
+        if (incoming.bytes.size() < length)
+            return;
+        m_requests.append(incoming.bytes.left(length));
+        incoming.bytes.remove(0, length);
+        const bool answered = std::exchange(incoming.answered, false);
+        if (!answered)
             reply(socket);
-        socket->setProperty(answeredProperty, false);
     }
-    socket->setProperty(bytesProperty, bytes);
-    m_partial = bytes;
 }
 
 void RawServer::reply(QTcpSocket *socket)

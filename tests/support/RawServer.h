@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QList>
 #include <QObject>
 #include <QQueue>
@@ -26,6 +27,7 @@ public:
         Close, // orderly
         Reset  // TCP reset
     };
+    Q_ENUM(Ending)
 
     explicit RawServer(QObject *parent = nullptr);
 
@@ -40,13 +42,14 @@ public:
     // Stops taking bytes from connections made from then on: an upload gets stuck.
     void setPaused(bool paused);
 
-    // Whole requests, byte for byte, in order of their end; and what came in of the one under way.
+    // Whole requests, byte for byte, in order of their end; and what came in of the one under
+    // way on the newest connection, also if that has ended.
     QList<QByteArray> requests() const { return m_requests; }
     QByteArray lastRequest() const
     {
         return m_requests.isEmpty() ? QByteArray() : m_requests.last();
     }
-    QByteArray partialRequest() const { return m_partial; }
+    QByteArray partialRequest() const;
     int connectionCount() const { return m_connectionCount; } // since the start
     int openConnectionCount() const { return m_connections.size(); }
 
@@ -67,6 +70,12 @@ private:
         bool early = false;
     };
 
+    struct Incoming
+    {
+        QByteArray bytes;
+        bool answered = false; // the request under way has its answer already
+    };
+
     void takeConnection();
     void read(QTcpSocket *socket);
     void reply(QTcpSocket *socket);
@@ -75,8 +84,9 @@ private:
     QList<QTcpSocket *> m_connections;
     QQueue<Answer> m_answers;
     QList<QByteArray> m_requests;
-    QByteArray m_partial;
+    QHash<QTcpSocket *, Incoming> m_incoming; // also of connections that have ended
+    QTcpSocket *m_newest = nullptr;
     int m_connectionCount = 0;
     bool m_paused = false;
-    QTcpServer m_server;   // goes first: its sockets still report that they end
+    QTcpServer m_server; // goes first: its sockets still report that they end
 };
