@@ -137,6 +137,7 @@ void tst_TessalinePlugin::initTestCase()
         createObject(m_engine, "QtObject { property QtObject it: Tessaline }", &errors));
     QVERIFY2(object, qPrintable(errors));
     m_singleton = qobject_cast<Tessaline *>(object->property("it").value<QObject *>());
+    QVERIFY(m_singleton);
     const auto messages = log.messages();
     for (const LogCapture::Message &message : messages) {
         if (message.category == pluginCategory)
