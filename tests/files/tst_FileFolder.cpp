@@ -109,6 +109,29 @@ void openToAll(const QString &path)
         QVERIFY(QFile::setPermissions(step, QFile::permissions(step) | pass));
 }
 
+// Folders that even their owner can't write to for a while.
+class WriteProtection
+{
+public:
+    explicit WriteProtection(const QStringList &folders)
+        : m_folders(folders)
+    {
+        for (const QString &folder : m_folders)
+            QVERIFY(QFile::setPermissions(folder, m_readable));
+    }
+    ~WriteProtection()
+    {
+        for (const QString &folder : m_folders)
+            QFile::setPermissions(folder, m_readable | QFile::WriteOwner);
+    }
+    Q_DISABLE_COPY(WriteProtection)
+
+private:
+    const QStringList m_folders;
+    const QFile::Permissions m_readable =
+        QFile::ReadOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther;
+};
+
 } // namespace
 
 void tst_FileFolder::init()
@@ -578,6 +601,7 @@ void tst_FileFolder::unreadableFilesReadAsEmpty()
     write("a", "{ \"secret\": 1 }");
     QVERIFY(QFile::setPermissions(path("a"), QFile::Permissions()));
     openToAll(m_dir->path());
+    const WriteProtection protection({m_dir->path()});
     const UnprivilegedUser guard;
 
     FileFolder folder(m_dir->path());
@@ -598,6 +622,7 @@ void tst_FileFolder::failedRemovalsAnswerFalse()
 {
     write("top/sub/a");
     openToAll(path("top/sub"));
+    const WriteProtection protection({path("top"), path("top/sub")});
     const UnprivilegedUser guard;
 
     FileFolder folder(path("top"));
