@@ -82,11 +82,11 @@ void tst_DebugUtility::init()
 {
     m_configuration = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
                       + "/QtProject/qtlogging.ini";
-    qApp->setProperty(runtimeProperty, false);
-    qApp->setProperty(extrasProperty, false);
+    QCoreApplication::instance()->setProperty(runtimeProperty, false);
+    QCoreApplication::instance()->setProperty(extrasProperty, false);
     DebugUtility::setAllEnabled(QString(), false);
-    qApp->setProperty(runtimeProperty, QVariant());
-    qApp->setProperty(extrasProperty, QVariant());
+    QCoreApplication::instance()->setProperty(runtimeProperty, QVariant());
+    QCoreApplication::instance()->setProperty(extrasProperty, QVariant());
     QLoggingCategory::setFilterRules(QString());
 }
 
@@ -143,12 +143,13 @@ void tst_DebugUtility::setAllEnabledBuildsUpAState()
 void tst_DebugUtility::setAllEnabledKeepsTheWishOnTheApplication()
 {
     DebugUtility::setAllEnabled("Zemrik.Runtime", true);
-    QCOMPARE(qApp->property(runtimeProperty), QVariant(true));
-    QVERIFY(!qApp->property(extrasProperty).isValid());
+    QCOMPARE(QCoreApplication::instance()->property(runtimeProperty), QVariant(true));
+    QVERIFY(!QCoreApplication::instance()->property(extrasProperty).isValid());
     DebugUtility::setAllEnabled("Zemrik.Extras", false);
-    QCOMPARE(qApp->property(extrasProperty), QVariant(false));
+    QCOMPARE(QCoreApplication::instance()->property(extrasProperty), QVariant(false));
     DebugUtility::setAllEnabled("Zemrik.Other", true);
-    QVERIFY(!qApp->dynamicPropertyNames().contains("Zemrik.Other.loggingEnabled"));
+    QVERIFY(!QCoreApplication::instance()->dynamicPropertyNames().contains(
+        "Zemrik.Other.loggingEnabled"));
 }
 
 void tst_DebugUtility::setAllEnabledFollowsPropertiesThatOthersSet_data()
@@ -167,7 +168,7 @@ void tst_DebugUtility::setAllEnabledFollowsPropertiesThatOthersSet()
     QFETCH(QVariant, value);
     QFETCH(bool, enabled);
     DebugUtility::setAllEnabled("Zemrik.Extras", true);
-    qApp->setProperty(extrasProperty, value);
+    QCoreApplication::instance()->setProperty(extrasProperty, value);
     DebugUtility::setAllEnabled("anything", false);
     QCOMPARE(extrasCategory().isDebugEnabled(), enabled);
     QVERIFY(!runtimeCategory().isDebugEnabled());
@@ -176,7 +177,7 @@ void tst_DebugUtility::setAllEnabledFollowsPropertiesThatOthersSet()
 void tst_DebugUtility::setAllEnabledKeepsTheStateWithoutProperties()
 {
     DebugUtility::setAllEnabled("Zemrik.Runtime", true);
-    qApp->setProperty(runtimeProperty, QVariant());
+    QCoreApplication::instance()->setProperty(runtimeProperty, QVariant());
     QLoggingCategory::setFilterRules("*=false");
     DebugUtility::setAllEnabled("anything", false);
     QVERIFY(runtimeCategory().isDebugEnabled());

@@ -122,8 +122,8 @@ struct stat statOf(const QString &path)
 
 void tst_FileUtility::init()
 {
-    for (const QByteArray &name : qApp->dynamicPropertyNames())
-        qApp->setProperty(name.constData(), QVariant());
+    for (const QByteArray &name : QCoreApplication::instance()->dynamicPropertyNames())
+        QCoreApplication::instance()->setProperty(name.constData(), QVariant());
     QSettings().clear();
     for (const char *name : {"TEMP", "A", "B", "A\\b", "bob", "MYDATA"})
         qunsetenv(name);
@@ -390,10 +390,11 @@ void tst_FileUtility::valueInTheSettingsIsTrimmedOthersAreNot()
 void tst_FileUtility::pathVariableOfOtherTypes()
 {
     const QByteArray name = FileUtility::pathPropertyName("A");
-    qApp->setProperty(name.constData(), 5);
+    QCoreApplication::instance()->setProperty(name.constData(), 5);
     QCOMPARE(FileUtility::pathVariable("A", QString(), true), QString("5"));
     QCOMPARE(FileUtility::pathVariableType("A", true), 1);
-    qApp->setProperty(name.constData(), QVariant(QString())); // valid, but null
+    QCoreApplication::instance()->setProperty(name.constData(),
+                                              QVariant(QString())); // valid, but null
     qputenv("A", "environment");
     QCOMPARE(FileUtility::pathVariable("A", QString(), true), QString("environment"));
     QCOMPARE(FileUtility::pathVariableType("A", true), 3);
@@ -449,10 +450,10 @@ void tst_FileUtility::setPathVariableSetsAndRemoves()
     const QByteArray name = "Zemrik/Runtime/pathVariables.A";
     qputenv("A", "environment");
     FileUtility::setPathVariable("A", "application");
-    QCOMPARE(qApp->property(name.constData()), QVariant("application"));
+    QCOMPARE(QCoreApplication::instance()->property(name.constData()), QVariant("application"));
     QCOMPARE(FileUtility::pathVariable("A", QString(), true), QString("application"));
     FileUtility::setPathVariable("A", QString());
-    QVERIFY(!qApp->dynamicPropertyNames().contains(name));
+    QVERIFY(!QCoreApplication::instance()->dynamicPropertyNames().contains(name));
     QCOMPARE(FileUtility::pathVariable("A", QString(), true), QString("environment"));
 }
 
@@ -462,7 +463,7 @@ void tst_FileUtility::setPathVariableWithAnEmptyName()
     FileUtility::setPathVariable(QString(), "something");
     QCOMPARE(log.count(QtWarningMsg, category, "Empty name, value= \"something\""), 1);
     QCOMPARE(log.messages().size(), 1);
-    QVERIFY(qApp->dynamicPropertyNames().isEmpty());
+    QVERIFY(QCoreApplication::instance()->dynamicPropertyNames().isEmpty());
 }
 
 void tst_FileUtility::setPathVariableLeavesTheSettingsAlone()
@@ -492,7 +493,7 @@ void tst_FileUtility::pathVariableNamesAreThoseOfTheApplication()
 {
     qputenv("A", "environment");
     setInSettings("B", "settings");
-    qApp->setProperty("another property", 1);
+    QCoreApplication::instance()->setProperty("another property", 1);
     QCOMPARE(FileUtility::pathVariableNames(), QStringList());
     FileUtility::setPathVariable("X", "1");
     FileUtility::setPathVariable(QStringLiteral("ä"), "2");
