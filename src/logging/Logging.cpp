@@ -88,6 +88,8 @@ namespace {
 const quint16 syslogPort = 514;
 const QLatin1String syslogScheme("syslog");
 const int separatorLength = 80;
+const int usualLineLength = 512;
+const int longestKeptLine = 64 * 1024;
 
 // Set while this thread writes a record: what Qt may say about that must not be written in turn.
 thread_local bool threadIsWriting = false;
@@ -323,12 +325,19 @@ void Logging::outputSend(const QString &text, QtMsgType type, const QMessageLogC
 
 void Logging::writeLine(const QString &text, QtMsgType type, const QMessageLogContext &context)
 {
-    QString line = m_outputFormat == FormatSyslog ? m_formatter.record(type, context, text) : text;
+    if (m_line.capacity() > longestKeptLine)
+        m_line = QString();
+    m_line.reserve(usualLineLength);
+    m_line.resize(0); // keeps what is reserved
+    if (m_outputFormat == FormatSyslog)
+        m_formatter.appendRecord(m_line, type, context, text);
+    else
+        m_line += text;
     if (m_outputType == OutputFile && m_file.isOpen()) {
-        line += QLatin1Char('\n');
-        m_file.write(line.toLocal8Bit());
+        m_line += QLatin1Char('\n');
+        m_file.write(m_line.toLocal8Bit());
     } else if (m_outputType == OutputSyslog && m_socket) {
-        m_socket->writeDatagram(line.toLocal8Bit(), m_remoteAddress, m_remotePort);
+        m_socket->writeDatagram(m_line.toLocal8Bit(), m_remoteAddress, m_remotePort);
     }
 }
 
@@ -358,7 +367,7 @@ void Logging::outputHeader()
     value("Application File Path", QCoreApplication::applicationFilePath());
     value("Application Directory Path", QCoreApplication::applicationDirPath());
     outputSeparator(QLatin1Char('-'), separatorLength);
-    value("Tessaline Version", QStringLiteral("1.2.15"));
+    value("Tessaline Version", QStringLiteral(TESSALINE_VERSION));
     value("Qt Version", QLatin1String(qVersion()));
     value("Operating System", QSysInfo::prettyProductName());
     value("Operating System Type", QSysInfo::productType());

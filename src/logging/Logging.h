@@ -137,4 +137,5 @@ private:
     QHostInfo m_remoteHost;
     quint16 m_remotePort = 0;
     SyslogFormatter m_formatter;
+    QString m_line; // the buffer of one record
 };

@@ -32,9 +32,28 @@ const char *fileName(const char *file)
     return slash ? slash + 1 : file;
 }
 
-QString parameter(QLatin1String name, const QString &value)
+void appendParameter(QString &text, QLatin1String name, const QString &value)
 {
-    return QLatin1Char(' ') % name % QLatin1String("=\"") % value % QLatin1Char('"');
+    text += name;
+    text += value;
+    text += QLatin1Char('"');
+}
+
+void appendStructuredData(QString &text, const QMessageLogContext &context)
+{
+    if (!context.category && !context.function && !context.file)
+        return;
+    text += QLatin1String("[Halvora@48213");
+    if (context.category)
+        appendParameter(text, QLatin1String(" category=\""), QString::fromUtf8(context.category));
+    if (context.function)
+        appendParameter(text, QLatin1String(" function=\""), QString::fromUtf8(context.function));
+    if (context.file)
+        appendParameter(text, QLatin1String(" filename=\""),
+                        QString::fromUtf8(fileName(context.file)));
+    if (context.line > 0)
+        appendParameter(text, QLatin1String(" line=\""), QString::number(context.line));
+    text += QLatin1Char(']');
 }
 
 } // namespace
@@ -54,12 +73,24 @@ void SyslogFormatter::setName(const QString &name)
 QString SyslogFormatter::record(QtMsgType type, const QMessageLogContext &context,
                                 const QString &message)
 {
+    QString text;
+    appendRecord(text, type, context, message);
+    return text;
+}
+
+void SyslogFormatter::appendRecord(QString &text, QtMsgType type, const QMessageLogContext &context,
+                                   const QString &message)
+{
     updatePreamble();
-    const QString priorityValue = QString::number(priority(type));
-    if (m_version < 1)
-        return QLatin1Char('<') % priorityValue % QLatin1Char('>') % m_preamble % message;
-    return QLatin1Char('<') % priorityValue % QLatin1Char('>') % m_preamble
-           % allStructuredData(context) % QLatin1Char(' ') % message;
+    text += QLatin1Char('<');
+    text += QString::number(priority(type));
+    text += QLatin1Char('>');
+    text += m_preamble;
+    if (m_version >= 1) {
+        appendAllStructuredData(text, context);
+        text += QLatin1Char(' ');
+    }
+    text += message;
 }
 
 // Everything between priority and structured data, or message in the old form, changes once per
@@ -93,15 +124,18 @@ QString SyslogFormatter::timestamp(qint64 second) const
         .toString(QDateTime::fromSecsSinceEpoch(second), QStringLiteral("MMM dd hh:mm:ss"));
 }
 
-QString SyslogFormatter::allStructuredData(const QMessageLogContext &context) const
+void SyslogFormatter::appendAllStructuredData(QString &text,
+                                              const QMessageLogContext &context) const
 {
-    QString data = structuredData(context);
+    const int before = text.size();
+    appendStructuredData(text, context);
     if (!m_userData.isEmpty()) {
         QString userData = m_userData;
         replaceVariables(userData, context);
-        data += QLatin1Char('[') % userData % QLatin1Char(']');
+        text += QLatin1Char('[') % userData % QLatin1Char(']');
     }
-    return data.isEmpty() ? QStringLiteral("-") : data;
+    if (text.size() == before)
+        text += QLatin1Char('-');
 }
 
 QString SyslogFormatter::hostName()
@@ -139,18 +173,9 @@ int SyslogFormatter::priority(QtMsgType type)
 
 QString SyslogFormatter::structuredData(const QMessageLogContext &context)
 {
-    if (!context.category && !context.function && !context.file)
-        return QString();
-    QString data = QStringLiteral("[Halvora@48213");
-    if (context.category)
-        data += parameter(QLatin1String("category"), QString::fromUtf8(context.category));
-    if (context.function)
-        data += parameter(QLatin1String("function"), QString::fromUtf8(context.function));
-    if (context.file)
-        data += parameter(QLatin1String("filename"), QString::fromUtf8(fileName(context.file)));
-    if (context.line > 0)
-        data += parameter(QLatin1String("line"), QString::number(context.line));
-    return data + QLatin1Char(']');
+    QString text;
+    appendStructuredData(text, context);
+    return text;
 }
 
 void SyslogFormatter::replaceVariables(QString &text, const QMessageLogContext &context)

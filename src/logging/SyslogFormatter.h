@@ -22,6 +22,9 @@ public:
     void setUserData(const QString &userData) { m_userData = userData; }
 
     QString record(QtMsgType type, const QMessageLogContext &context, const QString &message);
+    // The same at the end of a text, which can be used again and again without being allocated.
+    void appendRecord(QString &text, QtMsgType type, const QMessageLogContext &context,
+                      const QString &message);
 
     QString hostName(); // looked up at the first call after clearHostName()
     QString appName() const;
@@ -40,7 +43,7 @@ public:
 private:
     void updatePreamble();
     QString timestamp(qint64 second) const;
-    QString allStructuredData(const QMessageLogContext &context) const;
+    void appendAllStructuredData(QString &text, const QMessageLogContext &context) const;
 
     int m_version = 1;
     QString m_name;

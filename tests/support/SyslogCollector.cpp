@@ -96,7 +96,8 @@ void SyslogCollector::run()
         if (size < 0)
             continue;
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_datagrams.append(QByteArray(buffer, static_cast<int>(size)));
+        if (m_keeping)
+            m_datagrams.append(QByteArray(buffer, static_cast<int>(size)));
         ++m_received;
         m_arrived.notify_one();
     }

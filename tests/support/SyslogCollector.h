@@ -33,6 +33,8 @@ public:
     // Waits until so many datagrams are there, or a few seconds, and takes all that came.
     QByteArrayList take(int count);
     int received() const;
+    // From now on datagrams are counted, and not kept.
+    void countOnly() { m_keeping = false; }
 
 private:
     void run();
@@ -41,6 +43,7 @@ private:
     int m_socket = -1;
     quint16 m_port = 0;
     std::atomic<bool> m_stopping{false};
+    std::atomic<bool> m_keeping{true};
     mutable std::mutex m_mutex;
     std::condition_variable m_arrived;
     QByteArrayList m_datagrams;
