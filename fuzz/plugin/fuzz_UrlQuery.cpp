@@ -18,7 +18,9 @@ TESSALINE_FUZZ_TARGET(bytes)
 
     info.setUrl(QUrl(QStringLiteral("http://host/path")));
     info.setQuery(text.mid(2));
-    const QVariantMap parameters = info.queryParameters();
+    QVariantMap parameters = info.queryParameters();
+    if (parameters.value(QString()).toString().isEmpty())
+        parameters.remove(QString()); // a pair of nothing and nothing leaves no trace in a query
     if (rewritten(info, parameters) != parameters)
         qFatal("The parameters change when they are written");
     if (info.host() != QLatin1String("host") || info.path() != QLatin1String("/path"))

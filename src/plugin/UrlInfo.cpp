@@ -148,7 +148,8 @@
     \qmlproperty string UrlInfo::queryPairDelimiter
     The character between two pairs of the query, "&" by default. Only the first character of an
     assigned text counts; an empty text restores the default. This is how \l queryParameters is read
-    and written: the query itself doesn't change.
+    and written: the query itself doesn't change. A character that isn't a visible one of ASCII has
+    no effect: the default is used in its place.
 */
 
 /*!
@@ -161,6 +162,18 @@
     \qmlsignal UrlInfo::urlChanged()
     The URL, or one of the two delimiters, has changed.
 */
+
+namespace {
+
+// QUrlQuery keeps what to do with each character in a table of the ASCII ones, and writes outside
+// of it for a delimiter that has no place there.
+QChar usableDelimiter(QChar delimiter, QChar defaultDelimiter)
+{
+    return delimiter > QLatin1Char(' ') && delimiter < QLatin1Char('\x7f') ? delimiter
+                                                                           : defaultDelimiter;
+}
+
+} // namespace
 
 UrlInfo::UrlInfo(QObject *parent)
     : QObject(parent)
@@ -426,7 +439,9 @@ bool UrlInfo::replaceUrl(const QUrl &url)
 QUrlQuery UrlInfo::delimitedQuery() const
 {
     QUrlQuery query;
-    query.setQueryDelimiters(m_queryValueDelimiter, m_queryPairDelimiter);
+    query.setQueryDelimiters(
+        usableDelimiter(m_queryValueDelimiter, QUrlQuery::defaultQueryValueDelimiter()),
+        usableDelimiter(m_queryPairDelimiter, QUrlQuery::defaultQueryPairDelimiter()));
     return query;
 }
 

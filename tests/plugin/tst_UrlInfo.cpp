@@ -25,6 +25,8 @@ private slots:
     void emptyQueryParametersClearTheQuery();
     void delimitersApplyToReadingAndWriting();
     void emptyDelimiterRestoresTheDefault();
+    void unusableDelimitersAreHarmless_data();
+    void unusableDelimitersAreHarmless();
     void fromStringAlwaysEmits();
     void fromUserInputGuesses();
     void isParentOf();
@@ -263,6 +265,30 @@ void tst_UrlInfo::emptyDelimiterRestoresTheDefault()
     QCOMPARE(info.queryPairDelimiter(), QString("&"));
     QCOMPARE(info.queryValueDelimiter(), QString("="));
     QCOMPARE(spy.count(), 4);
+}
+
+void tst_UrlInfo::unusableDelimitersAreHarmless_data()
+{
+    QTest::addColumn<QString>("delimiter");
+    // Each of these made QUrlQuery write outside of its table.
+    QTest::newRow("umlaut") << QString(QChar(0xe4));
+    QTest::newRow("replacement character") << QString(QChar(0xfffd));
+    QTest::newRow("control character") << QString(QChar(0x1d));
+    QTest::newRow("null") << QString(QChar(0));
+    QTest::newRow("delete") << QString(QChar(0x7f));
+    QTest::newRow("blank") << " ";
+}
+
+void tst_UrlInfo::unusableDelimitersAreHarmless()
+{
+    QFETCH(QString, delimiter);
+    UrlInfo info{QUrl("http://h/?a=1&b=x%20y")};
+    info.setQueryPairDelimiter(delimiter);
+    info.setQueryValueDelimiter(delimiter);
+    QCOMPARE(info.queryPairDelimiter(), delimiter);
+    QCOMPARE(info.queryParameters(), (QVariantMap{{"a", "1"}, {"b", "x y"}}));
+    info.setQueryParameters({{"c", "z"}});
+    QCOMPARE(info.url(), QUrl("http://h/?c=z"));
 }
 
 void tst_UrlInfo::fromStringAlwaysEmits()
