@@ -13,7 +13,7 @@
     \qml
     AppInfoList {
         id: catalogue
-        searchPaths: ["/srv/apps", "~/Zemrik/Halvora/Apps"]
+        searchPaths: ["/srv/apps", Tessaline.resolvedPath("~/apps")]
     }
 
     Text {
@@ -35,7 +35,8 @@
 
 /*!
     \qmlproperty list<string> AppInfoList::searchPaths
-    The folders where apps are looked for. An empty list stands for the default.
+    The folders where apps are looked for; path variables in them aren't resolved. An empty list
+    stands for the default.
 */
 
 /*!
