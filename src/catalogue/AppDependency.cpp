@@ -105,13 +105,12 @@ QString AppDependency::folderPath()
 
 QString AppDependency::dataPath()
 {
-    const QString path = folderPath();
-    if (path.isEmpty())
-        return path;
+    if (folderPath().isEmpty())
+        return QString();
     const QString fileName = m_itemInfo.value(QStringLiteral("name")).toString();
     if (!staysInFolder(fileName)) {
         qCCritical(FRAMEWORK_CORE) << Q_FUNC_INFO << "Invalid file name" << fileName;
-        return path;
+        return m_folder.path();
     }
     return m_folder.filePath(fileName);
 }

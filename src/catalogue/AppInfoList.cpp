@@ -173,7 +173,7 @@ QDir AppInfoList::cacheDir(const QString &subfolder)
 // a negative index.
 QString AppInfoList::searchPath(const QString &paths, int index, const QString &defaultPath)
 {
-    const QString joined = paths.isEmpty() ? defaultPath : paths;
+    const QString &joined = paths.isEmpty() ? defaultPath : paths;
     if (index < 0)
         return joined;
     const QStringList parts = splitPaths(joined);
