@@ -211,6 +211,9 @@ public:
     QString thumbnailPath() const;
     void setThumbnailPath(const QString &path);
     void setThumbnailPath(const QUrl &url);
+    // Makes this the catalogue's entry that stands for no app: neither local nor published, with
+    // the picture at the thumbnail path.
+    void makeNullEntry();
     // Makes this a catalogue's entry for no app at all: neither local nor published, and its
     // thumbnail is the one set from outside.
     void setNullEntry();

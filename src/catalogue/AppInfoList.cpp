@@ -1,9 +1,18 @@
 #include "catalogue/AppInfoList.h"
 
 #include "plugin/FileUtility.h"
+#include "plugin/PathComponent.h"
+#include "plugin/PropertyHelper.h"
 #include "plugin/TessalineDebug.h"
 
+#include <QDateTime>
+#include <QQmlEngine>
 #include <QSettings>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+#include <vector>
 
 /*!
     \qmltype AppInfoList
@@ -81,15 +90,38 @@ QStringList splitPaths(const QString &paths)
     return paths.split(pathSeparator, Qt::SkipEmptyParts);
 }
 
+const int searchPageSize = 50;
+const int sortByDateKind = 1;
+
+QString defaultSearchQuery()
+{
+    return QStringLiteral(
+        "((type:\"Native Application\" AND NOT type:\"Native Application Installer\") OR "
+        "(tags:\"app\" AND tags:\"qml\" AND type:\"Code Sample\"))");
+}
+
+void sortIgnoringCase(QStringList &list)
+{
+    list.sort(Qt::CaseInsensitive);
+}
+
 } // namespace
 
 AppInfoList::AppInfoList(QObject *parent)
     : TessalineObject(parent)
+    , m_portalObject(nullptr)
+    , m_searchQuery(defaultSearchQuery())
 {
+    m_request.setMethod(QStringLiteral("POST"));
+    m_request.setResponseType(QStringLiteral("json"));
+    m_request.setUploadPrefix(QString()); // a hostile token must not name a file to send
     FileUtility::mkpath(appsSearchPath(0));
     m_dataFolder = madeFolder(folderSetting("dataPath", "~/Zemrik/Halvora/Data"));
     m_modulesFolder = madeFolder(folderSetting("modulesPath", "~/Zemrik/Halvora/Modules"));
     m_settingsFolder = madeFolder(folderSetting("settingsPath", "~/Zemrik/Halvora/Settings"));
+    connect(&m_filter, &AppFilter::filterChanged, this, &AppInfoList::onFilterChanged);
+    connect(&m_request, &NetworkRequest::readyStateChanged, this,
+            &AppInfoList::onReadyStateChanged);
     cacheDir(Packages);
 }
 
@@ -101,6 +133,458 @@ void AppInfoList::classBegin()
 void AppInfoList::componentComplete()
 {
     qCDebug(FRAMEWORK_CORE) << Q_FUNC_INFO;
+    if (QQmlEngine *engine = qmlEngine(this))
+        m_request.setNetworkAccessManager(engine->networkAccessManager());
+}
+
+QQmlListProperty<AppInfo> AppInfoList::apps()
+{
+    if (m_apps.isEmpty()) {
+        refreshApplets();
+        sortApplets();
+    }
+    return QQmlListProperty<AppInfo>(this, nullptr, appCount, appAt);
+}
+
+QQmlListProperty<AppInfo> AppInfoList::filteredApps()
+{
+    if (m_filteredApps.isEmpty())
+        refreshFilteredApplets();
+    return QQmlListProperty<AppInfo>(this, nullptr, filteredAppCount, filteredAppAt);
+}
+
+int AppInfoList::appCount(QQmlListProperty<AppInfo> *property)
+{
+    return static_cast<AppInfoList *>(property->object)->m_apps.size();
+}
+
+AppInfo *AppInfoList::appAt(QQmlListProperty<AppInfo> *property, int index)
+{
+    return static_cast<AppInfoList *>(property->object)->m_apps.value(index);
+}
+
+int AppInfoList::filteredAppCount(QQmlListProperty<AppInfo> *property)
+{
+    return static_cast<AppInfoList *>(property->object)->m_filteredApps.size();
+}
+
+AppInfo *AppInfoList::filteredAppAt(QQmlListProperty<AppInfo> *property, int index)
+{
+    return static_cast<AppInfoList *>(property->object)->m_filteredApps.value(index);
+}
+
+void AppInfoList::setPortal(QObject *portal)
+{
+    QObject *former = m_portalObject.portal();
+    if (former == portal)
+        return;
+    if (former && m_portalObject.isPortal())
+        disconnect(former, SIGNAL(signedInChanged()), this, SLOT(onSignedInChanged()));
+    m_portalObject.setPortal(portal);
+    if (portal && m_portalObject.isPortal())
+        connect(portal, SIGNAL(signedInChanged()), this, SLOT(onSignedInChanged()));
+    emit portalChanged();
+}
+
+void AppInfoList::setSigninRequired(bool required)
+{
+    if (assignIfChanged(m_signinRequired, required))
+        emit signinRequiredChanged();
+}
+
+void AppInfoList::setAutoRefresh(bool autoRefresh)
+{
+    if (assignIfChanged(m_autoRefresh, autoRefresh))
+        emit autoRefreshChanged();
+}
+
+bool AppInfoList::isSignedIn() const
+{
+    return m_portalObject.isPortal() && m_portalObject.isSignedIn();
+}
+
+void AppInfoList::setRefreshing(bool refreshing)
+{
+    if (assignIfChanged(m_isRefreshing, refreshing))
+        emit isRefreshingChanged();
+}
+
+void AppInfoList::refresh(bool search)
+{
+    qCDebug(FRAMEWORK_CORE) << Q_FUNC_INFO << (search ? "true" : "false");
+    emit refreshStart();
+    appListChanged();
+    if (search && (isSignedIn() || !m_signinRequired)) {
+        searchPortal();
+        return;
+    }
+    emit refreshComplete();
+}
+
+void AppInfoList::refresh()
+{
+    refresh(false);
+}
+
+void AppInfoList::appListChanged()
+{
+    qCDebug(FRAMEWORK_CORE) << Q_FUNC_INFO;
+    clearApplets();
+    refreshApplets();
+    emit appsChanged();
+    onFilterChanged();
+}
+
+void AppInfoList::clearApplets()
+{
+    m_tags.clear();
+    m_owners.clear();
+    m_access.clear();
+    m_tagsPresent = {};
+    m_ownersPresent = {};
+    m_accessPresent = {};
+    m_apps.clear();
+    m_onlineUpdatesCount = 0;
+    m_localUpdatesCount = 0;
+}
+
+void AppInfoList::onFilterChanged()
+{
+    qCDebug(FRAMEWORK_CORE) << Q_FUNC_INFO;
+    m_filteredApps.clear(); // filled again when it is read
+    emit filteredAppsChanged();
+    emit countsChanged();
+}
+
+void AppInfoList::refreshFilteredApplets()
+{
+    for (AppInfo *app : qAsConst(m_apps)) {
+        if (m_filter.matches(app))
+            m_filteredApps.append(app);
+    }
+    sortApplets();
+}
+
+void AppInfoList::refreshApplets()
+{
+    // Only the folders of the kinds that the filter selects.
+    const int types = m_filter.types();
+    QString paths;
+    if (types & AppInfo::App)
+        paths += appsSearchPath(-1) + pathSeparator;
+    if (types & AppInfo::Template)
+        paths += templatesSearchPath(-1) + pathSeparator;
+    if (types & AppInfo::Tool)
+        paths += toolboxSearchPath(-1) + pathSeparator;
+    refreshApplets(paths);
+    if (isSignedIn() || !m_signinRequired)
+        refreshPortalItems();
+    sortApplets();
+    updateLists();
+    qCDebug(FRAMEWORK_CORE) << Q_FUNC_INFO << "AppInfos #" << m_apps.size() << "Online updates"
+                            << m_onlineUpdatesCount << "Local updates" << m_localUpdatesCount;
+    emit countsChanged();
+}
+
+void AppInfoList::refreshApplets(const QString &paths)
+{
+    clearApplets();
+    if (!m_nullTitle.isEmpty())
+        addNullEntry();
+    const QStringList folders = splitPaths(paths);
+    for (const QString &folder : folders)
+        addApplets(folder);
+}
+
+// Has no item id, so that it sorts first.
+void AppInfoList::addNullEntry()
+{
+    auto *entry = new AppInfo(QString(), nullptr);
+    entry->setTitle(m_nullTitle);
+    entry->setThumbnailPath(m_nullThumbnail);
+    entry->makeNullEntry();
+    addApplet(entry);
+}
+
+void AppInfoList::addApplets(const QString &path)
+{
+    const QDir dir(path);
+    const QStringList names = dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString &name : names) {
+        if (m_filter.hidden()
+            && (name.startsWith(QLatin1Char('.')) || name.startsWith(QLatin1Char('_'))))
+            continue;
+        const QString folder = dir.filePath(name);
+        if (!AppInfo::exists(folder))
+            continue;
+        auto app = std::make_unique<AppInfo>(folder, nullptr);
+        if (!m_filter.matchesTypes(app.get()))
+            continue;
+        if (!m_filter.owner().isEmpty() && m_filter.owner() != app->owner())
+            continue;
+        addAppInfo(app.get());
+        addApplet(app.release());
+    }
+}
+
+void AppInfoList::Collection::add(const QString &text, QStringList &list)
+{
+    if (text.isEmpty() || present.contains(text))
+        return;
+    present.insert(text);
+    list.append(text);
+}
+
+void AppInfoList::addAppInfo(AppInfo *app)
+{
+    const QStringList tags = app->tags();
+    for (const QString &tag : tags)
+        m_tagsPresent.add(tag, m_tags);
+    m_ownersPresent.add(app->owner(), m_owners);
+    m_accessPresent.add(app->access(), m_access);
+}
+
+void AppInfoList::addApplet(AppInfo *app)
+{
+    m_apps.append(app);
+    if (m_filter.matches(app))
+        m_filteredApps.append(app);
+}
+
+void AppInfoList::updateLists()
+{
+    // Every app has these.
+    for (const char *word : {"Qml", "qml", "QML", "app", "App"})
+        m_tags.removeAll(QLatin1String(word));
+    sortIgnoringCase(m_tags);
+    sortIgnoringCase(m_owners);
+    sortIgnoringCase(m_access);
+    emit tagsChanged();
+    emit ownersChanged();
+    emit accessChanged();
+}
+
+// Local apps learn from the portal's items whether they are current; other items become apps.
+void AppInfoList::refreshPortalItems()
+{
+    QHash<QString, AppInfo *> byId;
+    for (auto it = m_apps.crbegin(); it != m_apps.crend(); ++it)
+        byId.insert((*it)->itemId(), *it); // backwards, so that the first of equal ids stays
+    for (const QVariantMap &item : qAsConst(m_portalItems)) {
+        const QString id = item.value(QStringLiteral("id")).toString();
+        if (AppInfo *app = byId.value(id)) {
+            app->statusUpdate(item);
+            m_onlineUpdatesCount += app->isUpdateAvailable() ? 1 : 0;
+            m_localUpdatesCount += app->isUpdatedLocally() ? 1 : 0;
+            if (m_filter.matches(app))
+                m_filteredApps.append(app);
+            continue;
+        }
+        auto app = std::make_unique<AppInfo>(item, nullptr);
+        if (!m_filter.matchesTypes(app.get()))
+            continue;
+        addAppInfo(app.get());
+        byId.insert(id, app.get());
+        addApplet(app.release());
+    }
+}
+
+AppInfo *AppInfoList::findById(const QString &id)
+{
+    for (AppInfo *app : qAsConst(m_apps)) {
+        if (app->itemId() == id)
+            return app;
+    }
+    return nullptr;
+}
+
+AppInfo *AppInfoList::findByPath(const QString &path) const
+{
+    for (AppInfo *app : m_apps) {
+        if (app->path() == path)
+            return app;
+    }
+    return nullptr;
+}
+
+bool AppInfoList::findPortalItem(const QString &id, QVariantMap &item) const
+{
+    for (const QVariantMap &candidate : m_portalItems) {
+        if (candidate.value(QStringLiteral("id")) == QVariant(id)) {
+            item = candidate;
+            return true;
+        }
+    }
+    return false;
+}
+
+void AppInfoList::itemDownloaded(const QString &id)
+{
+    QVariantMap item;
+    AppInfo *app = findById(id);
+    if (!app || !findPortalItem(id, item))
+        return;
+    app->statusUpdate(item);
+    appListChanged();
+}
+
+void AppInfoList::searchPortal()
+{
+    if (m_isRefreshing) {
+        qCCritical(FRAMEWORK_MANAGER) << Q_FUNC_INFO << "Refresh already in progress";
+        return;
+    }
+    qCDebug(FRAMEWORK_MANAGER) << Q_FUNC_INFO;
+    setRefreshing(true);
+    m_portalItems.clear();
+    startSearch(1);
+}
+
+void AppInfoList::startSearch(int start)
+{
+    const QVariantMap parameters{
+        {QStringLiteral("token"), m_portalObject.token()},
+        {QStringLiteral("f"), QStringLiteral("pjson")},
+        {QStringLiteral("start"), start},
+        {QStringLiteral("num"), searchPageSize},
+        {QStringLiteral("q"), m_searchQuery},
+    };
+    const QUrl url(m_portalObject.restUrl() + QLatin1String("/search"));
+    m_request.setUrl(url);
+    qCDebug(FRAMEWORK_MANAGER) << Q_FUNC_INFO << url << parameters;
+    m_request.send(QVariant(parameters));
+}
+
+void AppInfoList::onReadyStateChanged()
+{
+    qCDebug(FRAMEWORK_NETWORK) << Q_FUNC_INFO << m_request.readyState();
+    if (m_request.readyState() != NetworkRequest::ReadyStateComplete)
+        return;
+    if (m_request.status() != NetworkRequest::StatusCodeOK) {
+        qCCritical(FRAMEWORK_NETWORK)
+            << Q_FUNC_INFO << "statusCode" << m_request.status() << m_request.statusText();
+        return;
+    }
+    const QVariantMap map = m_request.response().toMap();
+    if (map.contains(QStringLiteral("error")))
+        qCCritical(FRAMEWORK_NETWORK) << Q_FUNC_INFO << "error" << map;
+    else
+        processResponse(map);
+}
+
+void AppInfoList::processResponse(const QVariantMap &map)
+{
+    const int nextStart = map.value(QStringLiteral("nextStart")).toInt();
+    const QVariantList results = map.value(QStringLiteral("results")).toList();
+    for (const QVariant &result : results) {
+        const QVariantMap item = result.toMap();
+        const QString id = item.value(QStringLiteral("id")).toString();
+        if (staysInFolder(id))
+            m_portalItems.append(item);
+        else
+            qCCritical(FRAMEWORK_MANAGER) << Q_FUNC_INFO << "Not an item id:" << id;
+    }
+    qCDebug(FRAMEWORK_MANAGER) << Q_FUNC_INFO << "Count" << m_portalItems.size();
+    processSearchResults();
+    qCDebug(FRAMEWORK_MANAGER) << Q_FUNC_INFO << "nextStart" << nextStart;
+    if (nextStart >= 1) {
+        qCDebug(FRAMEWORK_MANAGER) << Q_FUNC_INFO << "Search for next page of items" << nextStart;
+        startSearch(nextStart);
+        return;
+    }
+    qCDebug(FRAMEWORK_MANAGER) << Q_FUNC_INFO << "Search completed";
+    setRefreshing(false);
+    emit refreshComplete();
+    appListChanged();
+}
+
+// All items again at each page, as a new token changes every address.
+void AppInfoList::processSearchResults()
+{
+    QHash<QString, AppInfo *> byId;
+    for (auto it = m_apps.crbegin(); it != m_apps.crend(); ++it)
+        byId.insert((*it)->itemId(), *it);
+    const QString itemsUrl = m_portalObject.restUrl() + QLatin1String("/content/items/");
+    const QString token = m_portalObject.token();
+    for (QVariantMap &item : m_portalItems) {
+        const QString id = item.value(QStringLiteral("id")).toString();
+        item.insert(QStringLiteral("thumbnailUrl"), thumbnailUrl(item, id, itemsUrl, token));
+        if (AppInfo *app = byId.value(id))
+            emit app->thumbnailChanged();
+    }
+}
+
+QUrl AppInfoList::thumbnailUrl(const QVariantMap &item, const QString &id, const QString &itemsUrl,
+                               const QString &token)
+{
+    const QString thumbnail = item.value(QStringLiteral("thumbnail")).toString();
+    if (thumbnail.isEmpty()) {
+        qCDebug(FRAMEWORK_MANAGER) << Q_FUNC_INFO << "Using default thumbnail" << id;
+        return FileUtility::resolvedPathUrl(QStringLiteral(":/images/defaultThumbnail.png"), true);
+    }
+    return QUrl(itemsUrl + id + QLatin1String("/info/") + thumbnail + QLatin1String("?token=")
+                + token);
+}
+
+// The keys are computed once: the date of a local app lists its folder.
+template <typename Key, typename KeyOf>
+void AppInfoList::sortBy(QList<AppInfo *> &list, KeyOf keyOf) const
+{
+    std::vector<std::pair<Key, AppInfo *>> keyed;
+    keyed.reserve(std::size_t(list.size()));
+    for (AppInfo *app : qAsConst(list))
+        keyed.emplace_back(keyOf(app), app);
+    const bool descending = m_sortOrder == Descending;
+    std::stable_sort(keyed.begin(), keyed.end(), [descending](const auto &a, const auto &b) {
+        return descending ? b.first < a.first : a.first < b.first;
+    });
+    std::transform(keyed.begin(), keyed.end(), list.begin(),
+                   [](const auto &entry) { return entry.second; });
+}
+
+void AppInfoList::sortApplets()
+{
+    for (QList<AppInfo *> *list : {&m_apps, &m_filteredApps}) {
+        if (m_sortKind == sortByDateKind)
+            sortBy<QDateTime>(*list, [](AppInfo *app) { return app->modified(); });
+        else
+            sortBy<QString>(*list, [](AppInfo *app) { return app->sortKey(); });
+    }
+}
+
+void AppInfoList::sortByName(SortOrder order)
+{
+    m_sortOrder = order;
+    m_sortKind = 0;
+}
+
+void AppInfoList::sortByDate(SortOrder order)
+{
+    m_sortOrder = order;
+    m_sortKind = sortByDateKind;
+}
+
+void AppInfoList::clearSort()
+{
+    m_sortOrder = 0;
+    m_sortKind = 0;
+}
+
+void AppInfoList::onSignedInChanged()
+{
+    const bool signedIn = isSignedIn();
+    qCDebug(FRAMEWORK_CORE) << Q_FUNC_INFO << signedIn;
+    if (!signedIn)
+        m_portalItems.clear();
+    else if (m_autoRefresh)
+        searchPortal();
+    appListChanged();
+}
+
+void AppInfoList::onOnlineStateChanged(bool online)
+{
+    Q_UNUSED(online)
+    appListChanged();
 }
 
 QStringList AppInfoList::appsSearchPaths() const

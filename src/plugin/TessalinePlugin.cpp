@@ -5,8 +5,11 @@
 #include "archives/ZipWriter.h"
 #include "catalogue/App.h"
 #include "catalogue/AppDependency.h"
+#include "catalogue/AppFilter.h"
 #include "catalogue/AppInfo.h"
 #include "catalogue/AppInfoList.h"
+#include "catalogue/AppPackage.h"
+#include "catalogue/ItemPackage.h"
 #include "files/File.h"
 #include "files/FileFolder.h"
 #include "files/FileInfo.h"
@@ -93,15 +96,15 @@ void TessalinePlugin::registerTypes(const char *uri)
     creatable<App>(uri, "App");
     creatable<AppInfo>(uri, "AppInfo");
     creatable<AppInfoList>(uri, "AppInfoList");
-    // uncreatable<AppFilter>(uri, "AppFilter");
+    uncreatable<AppFilter>(uri, "AppFilter");
     uncreatable<SettingsBase>(uri, "Settings");
     uncreatable<Network>(uri, "Network");
     uncreatable<NetworkProxy>(uri, "NetworkProxy");
     creatable<NetworkRequest>(uri, "NetworkRequest");
     creatable<NetworkRequestHeaders>(uri, "NetworkRequestHeaders");
-    // creatable<AppPackage>(uri, "AppPackage");
+    creatable<AppPackage>(uri, "AppPackage");
     uncreatable<AppDependency>(uri, "AppDependency");
-    // creatable<ItemPackage>(uri, "ItemPackage");
+    creatable<ItemPackage>(uri, "ItemPackage");
     creatable<UrlInfo>(uri, "UrlInfo");
     creatable<File>(uri, "File");
     creatable<FileInfo>(uri, "FileInfo");

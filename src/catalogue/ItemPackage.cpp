@@ -1,0 +1,218 @@
+#include "catalogue/ItemPackage.h"
+
+#include "catalogue/AppInfoList.h"
+#include "plugin/FileUtility.h"
+#include "plugin/PathComponent.h"
+#include "plugin/PropertyHelper.h"
+#include "plugin/TessalineDebug.h"
+#include "plugin/TessalineError.h"
+
+#include <QQmlEngine>
+
+/*!
+    \qmltype ItemPackage
+    \inqmlmodule Zemrik.Tessaline
+    \brief Downloads one portal item that isn't an app.
+
+    \qml
+    ItemPackage {
+        id: item
+        portal: portal
+        onDownloadComplete: console.log("done")
+        onDownloadError: console.warn(error.message)
+    }
+
+    Button {
+        text: "Download"
+        enabled: item.status !== ItemPackage.Downloading
+        onClicked: item.download("0123456789abcdef0123456789abcdef")
+    }
+    \endqml
+
+    A tile package becomes the file \e{Data/id/name}. Any other item is unpacked in the cache, where
+    \l exists() doesn't find it. Failures other than a portal's own error leave \l status at
+    \c Downloading: set a time limit of your own, and retry with a fresh object.
+*/
+
+/*!
+    \qmlproperty string ItemPackage::itemId
+    The item; \l download() sets it. Its change signal isn't emitted.
+*/
+
+/*!
+    \qmlproperty object ItemPackage::portal
+    The portal to download from: a \c Portal that declares \c{property url url: portalUrl} inline.
+*/
+
+/*!
+    \qmlproperty enumeration ItemPackage::status
+    \readonly
+    \c Null, \c Downloading or \c Ready.
+*/
+
+/*!
+    \qmlmethod bool ItemPackage::exists(string itemId)
+    Whether the item's folder lies in the Data folder; after the download of a module, in the
+   Modules folder. An empty id asks about that folder itself.
+*/
+
+/*!
+    \qmlmethod void ItemPackage::download(string itemId)
+    Starts the download. One that runs already starts anew.
+*/
+
+/*!
+    \qmlsignal ItemPackage::downloadStarted()
+    The item's information has come and its data are on their way.
+*/
+
+/*!
+    \qmlsignal ItemPackage::downloadComplete()
+    The item is on disk.
+*/
+
+/*!
+    \qmlsignal ItemPackage::downloadProgress(int percentage, int secondsRemainingEstimate)
+    From 0 to 100 for each step of the download. The estimate is always 0.
+*/
+
+/*!
+    \qmlsignal ItemPackage::downloadError(TessalineError error)
+    The portal refused, or a folder could not be made.
+*/
+
+ItemPackage::ItemPackage(QObject *parent)
+    : TessalineObject(parent)
+    , m_path(AppInfoList(nullptr).folderDir(AppInfoList::Data).path())
+    , m_portalObject(nullptr)
+{
+    using Request = PortalPackageRequest;
+    connect(&m_packageRequest, &Request::itemInfoReady, this, &ItemPackage::onPackageItemInfoReady);
+    connect(&m_packageRequest, &Request::dataReady, this, &ItemPackage::onPackageDataReady);
+    connect(&m_packageRequest, &Request::ready, this, &ItemPackage::onPackageReady);
+    connect(&m_packageRequest, &Request::progress, this, &ItemPackage::onPackageProgress);
+    connect(&m_packageRequest, &Request::error, this, &ItemPackage::onPackageError);
+}
+
+void ItemPackage::_setPortal(QObject *portal)
+{
+    if (portal == m_portalObject.portal())
+        return;
+    m_portalObject.setPortal(portal);
+    emit portalChanged();
+}
+
+void ItemPackage::setStatus(Status status)
+{
+    if (assignIfChanged(m_status, status))
+        emit statusChanged();
+}
+
+void ItemPackage::setNetworkAccessManager(QNetworkAccessManager *manager)
+{
+    m_packageRequest.setNetworkAccessManager(manager);
+}
+
+bool ItemPackage::exists(const QString &itemId)
+{
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << itemId;
+    if (!staysInFolder(itemId)) {
+        qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Not an item id:" << itemId;
+        return false;
+    }
+    return QDir(QDir(m_path).filePath(itemId)).exists();
+}
+
+void ItemPackage::download(const QString &itemId)
+{
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << itemId;
+    m_itemId = itemId;
+    m_packageRequest.setPortal(&m_portalObject);
+    m_packageRequest.packageFolder = AppInfoList(nullptr).cacheDir(AppInfoList::Packages);
+    setStatus(Downloading);
+    m_packageRequest.request(itemId, true);
+}
+
+void ItemPackage::classBegin()
+{
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO;
+}
+
+void ItemPackage::componentComplete()
+{
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO;
+    if (QQmlEngine *engine = qmlEngine(this))
+        setNetworkAccessManager(engine->networkAccessManager());
+}
+
+void ItemPackage::onPackageItemInfoReady()
+{
+    const QVariantMap &info = m_packageRequest.itemInfo;
+    m_title = info.value(QStringLiteral("title")).toString();
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << info;
+    const QString type = info.value(QStringLiteral("type")).toString();
+    const QStringList keywords = info.value(QStringLiteral("typeKeywords")).toStringList();
+    const QStringList tags = info.value(QStringLiteral("tags")).toStringList();
+    const QString data = QStringLiteral("Data");
+    m_isData =
+        keywords.contains(data, Qt::CaseInsensitive) || tags.contains(data, Qt::CaseInsensitive);
+    m_isTilePackage = type.compare(QLatin1String("Tile Package"), Qt::CaseInsensitive) == 0;
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "isData=" << (m_isData ? "true" : "false")
+                               << "isTilePackage" << (m_isTilePackage ? "true" : "false");
+
+    QDir folder;
+    QString fileName;
+    if (!chooseFolder(tags, folder, fileName))
+        return;
+    setStatus(Downloading);
+    m_packageRequest.packageFolder = folder;
+    m_packageRequest.packageFileName = fileName;
+    m_packageRequest.outputFolder = folder;
+    m_packageRequest.requestData(!m_isTilePackage);
+    emit downloadStarted();
+}
+
+// False, with downloadError(), where a tile package's folder can't be made.
+bool ItemPackage::chooseFolder(const QStringList &tags, QDir &folder, QString &fileName)
+{
+    AppInfoList folders(nullptr);
+    if (!m_isTilePackage) {
+        folder = folders.cacheDir(AppInfoList::Packages);
+        if (tags.contains(QStringLiteral("Module"), Qt::CaseInsensitive)) {
+            m_path = folders.folderDir(AppInfoList::Modules).path();
+            qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Module:" << m_path;
+        }
+        return true;
+    }
+
+    folder = QDir(QDir(m_path).filePath(m_itemId));
+    if (!FileUtility::mkpath(folder)) {
+        qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Unable to create:" << folder;
+        emit downloadError(
+            new TessalineError(QStringLiteral("Error creating:"), folder.path(), nullptr));
+        return false;
+    }
+    fileName = m_packageRequest.itemInfo.value(QStringLiteral("name")).toString();
+    return true;
+}
+
+void ItemPackage::onPackageDataReady() {}
+
+void ItemPackage::onPackageReady()
+{
+    setStatus(Ready);
+    emit downloadComplete();
+}
+
+void ItemPackage::onPackageProgress(double progress)
+{
+    emit downloadProgress(int(progress * 100), 0);
+}
+
+void ItemPackage::onPackageError(TessalineError *error)
+{
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << error->message();
+    emit downloadError(error);
+}
+
+#include "moc_ItemPackage.cpp"

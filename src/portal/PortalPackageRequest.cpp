@@ -1,0 +1,230 @@
+#include "portal/PortalPackageRequest.h"
+
+#include "archives/UnZipFile.h"
+#include "plugin/FileUtility.h"
+#include "plugin/JsonUtility.h"
+#include "plugin/PathComponent.h"
+#include "plugin/TessalineDebug.h"
+#include "plugin/TessalineError.h"
+#include "portal/PortalObject.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QPixmap>
+
+namespace {
+
+const QLatin1String itemInfoFile("iteminfo.json");
+const QLatin1String thumbnailKey("thumbnail");
+
+} // namespace
+
+PortalPackageRequest::PortalPackageRequest(QObject *parent)
+    : QObject(parent)
+    , m_defaultThumbnail(QStringLiteral(":/images/defaultThumbnail.png"))
+{
+    m_itemInfoRequest.setResponseType(QStringLiteral("json"));
+    connect(&m_itemInfoRequest, qOverload<QVariantMap>(&PortalRequest::completed), this,
+            &PortalPackageRequest::onItemInfoCompleted);
+    connect(&m_dataRequest, qOverload<>(&PortalRequest::completed), this,
+            &PortalPackageRequest::onDataCompleted);
+    connect(&m_thumbnailRequest, qOverload<>(&PortalRequest::completed), this,
+            &PortalPackageRequest::onThumbnailCompleted);
+    for (PortalRequest *request : {&m_itemInfoRequest, &m_dataRequest, &m_thumbnailRequest})
+        connectRequest(*request);
+}
+
+void PortalPackageRequest::connectRequest(PortalRequest &request)
+{
+    request.setMethod(QStringLiteral("POST"));
+    connect(&request, &NetworkRequest::progressChanged, this,
+            &PortalPackageRequest::onProgressChanged);
+    connect(&request, qOverload<TessalineError *>(&PortalRequest::error), this,
+            &PortalPackageRequest::onError);
+}
+
+void PortalPackageRequest::setNetworkAccessManager(QNetworkAccessManager *manager)
+{
+    m_itemInfoRequest.setNetworkAccessManager(manager);
+    m_dataRequest.setNetworkAccessManager(manager);
+    m_thumbnailRequest.setNetworkAccessManager(manager);
+}
+
+void PortalPackageRequest::request(const QString &itemId, bool infoOnly)
+{
+    m_itemId = itemId;
+    m_infoOnly = infoOnly;
+    if (refuses(itemId))
+        return;
+    m_itemUrl = m_portal->restUrl() + QLatin1String("/content/items/") + itemId;
+    m_startTime = QDateTime::currentDateTime();
+    requestItemInfo();
+}
+
+// An id or a file name of a portal becomes a part of a path: it must not lead elsewhere. An empty
+// one stays as it is.
+bool PortalPackageRequest::refuses(const QString &name)
+{
+    if (staysInFolder(name))
+        return false;
+    qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Not a file name:" << name;
+    emit error(new TessalineError(QStringLiteral("Not a file name:"), name, nullptr));
+    return true;
+}
+
+void PortalPackageRequest::requestItemInfo()
+{
+    m_itemInfoRequest.setPortal(m_portal);
+    m_itemInfoRequest.setUrl(QUrl(m_itemUrl));
+    m_itemInfoRequest.send(QVariant(m_portal->defaultParams(QStringLiteral("pjson"))));
+}
+
+void PortalPackageRequest::onItemInfoCompleted(const QVariantMap &response)
+{
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << response;
+    itemInfo = response;
+    emit itemInfoReady();
+    if (!m_infoOnly)
+        requestData(true);
+}
+
+void PortalPackageRequest::requestData(bool unpack)
+{
+    m_unpackData = unpack;
+    const QString name =
+        packageFileName.isEmpty() ? m_itemId + QLatin1String(".zip") : packageFileName;
+    if (refuses(name))
+        return;
+    m_dataRequest.setPortal(m_portal);
+    m_dataRequest.setUrl(QUrl(m_itemUrl + QLatin1String("/data")));
+    m_dataRequest.setResponsePath(packageFolder.filePath(name));
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << m_dataRequest.responsePath();
+    m_dataRequest.send(QVariant(m_portal->defaultParams(QString())));
+}
+
+void PortalPackageRequest::onDataCompleted()
+{
+    const QString path = m_dataRequest.responsePath();
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << path;
+    if (m_unpackData && !unpack(path))
+        return;
+    saveItemInfo();
+    emit dataReady();
+    requestThumbnail();
+}
+
+bool PortalPackageRequest::unpack(const QString &packagePath)
+{
+    QDir target(outputFolder.filePath(m_itemId));
+    if (!FileUtility::mkpath(target)) {
+        qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Unable to create:" << target;
+        return false;
+    }
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Unpackaging to:" << target;
+    UnZipFile package;
+    if (!package.open(packagePath)) {
+        qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Error opening package:" << packagePath;
+        return false;
+    }
+    if (FRAMEWORK_PACKAGE().isDebugEnabled())
+        qCDebug(FRAMEWORK_PACKAGE)
+            << Q_FUNC_INFO << "Package files:" << package.entryList().join(QLatin1String(", "));
+    if (!package.extractAll(target)) {
+        qCCritical(FRAMEWORK_PACKAGE)
+            << Q_FUNC_INFO << "Error extracting from package:" << packagePath;
+        return false;
+    }
+    package.close();
+    if (!QFile::remove(packagePath))
+        qCWarning(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Error removing package:" << packagePath;
+    return true;
+}
+
+QString PortalPackageRequest::outputPath(const QString &fileName) const
+{
+    return outputFolder.filePath(m_itemId + QLatin1Char('/') + fileName);
+}
+
+QString PortalPackageRequest::thumbnailText() const
+{
+    return itemInfo.value(thumbnailKey).toString();
+}
+
+void PortalPackageRequest::saveItemInfo()
+{
+    const QString path = outputPath(itemInfoFile);
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Writing" << path;
+    JsonUtility::writeFile(path, itemInfo);
+    const QDateTime time =
+        QDateTime::fromMSecsSinceEpoch(itemInfo.value(QStringLiteral("modified")).toLongLong());
+    if (!FileUtility::setDateTime(path, time, time))
+        qCWarning(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Error setting date/time" << path << time;
+}
+
+void PortalPackageRequest::requestThumbnail()
+{
+    const QString thumbnail = thumbnailText();
+    if (thumbnail.isEmpty()) {
+        emit thumbnailReady();
+        emit ready();
+        return;
+    }
+    const QFileInfo info(thumbnail);
+    const QString fileName = QLatin1String("thumbnail.") + info.suffix();
+    if (refuses(fileName))
+        return;
+    if (info.baseName() != thumbnailKey) {
+        itemInfo.insert(thumbnailKey, QString(QLatin1String("thumbnail/") + fileName));
+        saveItemInfo();
+    }
+    m_thumbnailRequest.setPortal(m_portal);
+    m_thumbnailRequest.setUrl(QUrl(m_itemUrl + QLatin1String("/info/") + thumbnail));
+    m_thumbnailRequest.setResponsePath(outputPath(fileName));
+    m_thumbnailRequest.send(QVariant(m_portal->defaultParams(QString())));
+}
+
+void PortalPackageRequest::onThumbnailCompleted()
+{
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << m_thumbnailRequest.responsePath();
+    const QString thumbnail = thumbnailText();
+    if (!thumbnail.isEmpty() && QFileInfo(thumbnail).suffix() == QLatin1String("jpg"))
+        convertThumbnail();
+    emit thumbnailReady();
+    emit ready();
+}
+
+// The catalogue looks for thumbnail.png only.
+void PortalPackageRequest::convertThumbnail()
+{
+    const QString source =
+        outputPath(QLatin1String("thumbnail.") + QFileInfo(thumbnailText()).suffix());
+    QPixmap picture;
+    if (!picture.load(source)) {
+        qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Thumbnail load failed" << source;
+        return;
+    }
+    if (!picture.save(outputPath(QStringLiteral("thumbnail.png")), "PNG", -1)) {
+        qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Thumbnail convert failed" << source;
+        return;
+    }
+    itemInfo.insert(thumbnailKey, QStringLiteral("thumbnail/thumbnail.png"));
+    saveItemInfo();
+    if (!QFile(source).remove())
+        qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Thumbnail delete failed" << source;
+}
+
+void PortalPackageRequest::onProgressChanged()
+{
+    const auto *request = qobject_cast<PortalRequest *>(sender());
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << request;
+    if (request)
+        emit progress(request->progress());
+}
+
+void PortalPackageRequest::onError(TessalineError *failure)
+{
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << failure->message();
+    emit error(failure);
+}
+
+#include "moc_PortalPackageRequest.cpp"
