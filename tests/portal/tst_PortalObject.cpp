@@ -1,0 +1,165 @@
+#include "portal/PortalObject.h"
+#include "support/IsolatedHome.h"
+#include "support/LogCapture.h"
+
+#include <QDir>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+const char category[] = "Zemrik.Tessaline.Manager";
+
+}
+
+// A portal of another module: recognised by its class name.
+class QmlPortal : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QString url MEMBER m_url)
+    Q_PROPERTY(QString credentials MEMBER m_credentials)
+    Q_PROPERTY(QString token MEMBER m_token)
+
+public:
+    QString m_url = "http://native";
+    QString m_credentials = "c";
+    QString m_token = "native token";
+};
+
+class tst_PortalObject : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void withoutAPortalTheDefaultIsUsed();
+    void anInlinePortalIsAccepted();
+    void theBareDocumentHasNoUrl();
+    void aDocumentOfAnotherNameIsNoPortal();
+    void aForeignObjectIsKeptButIsNoPortal();
+    void aNativePortalHandsOutItsToken();
+    void valuesAreReadAtEachCall();
+    void paramsAlwaysHoldAToken();
+    void aPortalThatGoesAwayIsNone();
+
+private:
+    std::unique_ptr<QObject> make(const QByteArray &body)
+    {
+        QQmlComponent component(&m_engine);
+        component.setData("import QtQml 2.15\nimport Zemrik.Tessaline 1.0\nimport "
+                          "Zemrik.Tessaline.Portal 1.0\n"
+                              + body,
+                          QUrl::fromLocalFile(QDir::homePath() + "/x.qml"));
+        std::unique_ptr<QObject> object(component.create());
+        if (!object)
+            qWarning() << component.errors();
+        return object;
+    }
+
+    QQmlEngine m_engine;
+};
+
+void tst_PortalObject::initTestCase()
+{
+    m_engine.addImportPath(QString::fromLocal8Bit(qgetenv("TESSALINE_QML_IMPORT_DIR")));
+    m_engine.addImportPath(":/imports");
+}
+
+void tst_PortalObject::withoutAPortalTheDefaultIsUsed()
+{
+    const PortalObject portal(nullptr);
+    LogCapture log;
+    QVERIFY(!portal.isPortal());
+    QCOMPARE(portal.url(), QString("http://portal.zemrik.example"));
+    QCOMPARE(portal.restUrl(), QString("http://portal.zemrik.example/sharing/rest"));
+    QCOMPARE(log.count(QtWarningMsg, category, "Using default url:"), 2);
+    QVERIFY(portal.token().isEmpty());
+    QVERIFY(!portal.isSignedIn());
+}
+
+void tst_PortalObject::anInlinePortalIsAccepted()
+{
+    const auto object = make("Portal { portalUrl: 'http://here'; property url url: portalUrl }");
+    QVERIFY(object);
+    const PortalObject portal(object.get());
+    QVERIFY(portal.isPortal());
+    QCOMPARE(portal.restUrl(), QString("http://here/sharing/rest"));
+}
+
+void tst_PortalObject::theBareDocumentHasNoUrl()
+{
+    const auto object = make("Portal { property int extra }");
+    const PortalObject portal(object.get());
+    QVERIFY(portal.isPortal());
+    QCOMPARE(portal.url(), QString());
+    QCOMPARE(portal.restUrl(), QString("/sharing/rest"));
+}
+
+void tst_PortalObject::aDocumentOfAnotherNameIsNoPortal()
+{
+    const auto object =
+        make("QtObject { property string url: 'http://x'; property string token: 't' }");
+    LogCapture log;
+    const PortalObject portal(object.get());
+    QVERIFY(!portal.isPortal());
+    QCOMPARE(log.count(QtWarningMsg, category, "Not a portal object"), 1);
+    QCOMPARE(portal.url(), QString("http://portal.zemrik.example"));
+    QCOMPARE(portal.token(), QString("t")); // read without a look at the kind
+}
+
+void tst_PortalObject::aForeignObjectIsKeptButIsNoPortal()
+{
+    QObject object;
+    LogCapture log;
+    PortalObject portal(&object);
+    QCOMPARE(portal.portal(), &object);
+    QCOMPARE(log.count(QtWarningMsg, category, "instance"), 1);
+    portal.setPortal(nullptr);
+    QVERIFY(!portal.portal());
+    QCOMPARE(log.count(QtWarningMsg), 1);
+}
+
+void tst_PortalObject::aNativePortalHandsOutItsToken()
+{
+    QmlPortal native;
+    const PortalObject portal(&native);
+    QVERIFY(portal.isPortal());
+    QCOMPARE(portal.url(), QString("http://native"));
+    QCOMPARE(portal.token(), QString("native token"));
+}
+
+void tst_PortalObject::valuesAreReadAtEachCall()
+{
+    const auto object = make("Portal { property url url: portalUrl }");
+    const PortalObject portal(object.get());
+    QVERIFY(!portal.isSignedIn());
+    object->setProperty("token", "abc");
+    QVERIFY(portal.isSignedIn());
+    QCOMPARE(portal.token(), QString("abc"));
+}
+
+void tst_PortalObject::paramsAlwaysHoldAToken()
+{
+    const PortalObject portal(nullptr);
+    QCOMPARE(portal.defaultParams(""), QVariantMap({{"token", ""}}));
+    QCOMPARE(portal.defaultParams("pjson"), QVariantMap({{"token", ""}, {"f", "pjson"}}));
+}
+
+void tst_PortalObject::aPortalThatGoesAwayIsNone()
+{
+    auto object = make("Portal { property url url: portalUrl }");
+    object->setProperty("token", "abc");
+    const PortalObject portal(object.get());
+    QCOMPARE(portal.token(), QString("abc"));
+    object.reset();
+    LogCapture log;
+    QVERIFY(!portal.isPortal());
+    QVERIFY(portal.token().isEmpty());
+    QCOMPARE(portal.url(), QString("http://portal.zemrik.example"));
+}
+
+TESSALINE_TEST_MAIN(tst_PortalObject)
+#include "tst_PortalObject.moc"
