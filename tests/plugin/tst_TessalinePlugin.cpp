@@ -192,11 +192,14 @@ void tst_TessalinePlugin::rowIsRegistered_data()
     creatable("App");
     creatable("AppInfo");
     creatable("AppInfoList");
+    uncreatable("AppFilter");
     uncreatable("Network");
     uncreatable("NetworkProxy");
     creatable("NetworkRequest");
     creatable("NetworkRequestHeaders");
+    creatable("AppPackage");
     uncreatable("AppDependency");
+    creatable("ItemPackage");
     creatable("UrlInfo");
     creatable("File");
     creatable("FileInfo");
