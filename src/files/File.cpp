@@ -275,7 +275,7 @@ QString File::readLine()
         qCWarning(FRAMEWORK_FILE) << Q_FUNC_INFO << "File not open";
         return QString();
     }
-    const QString line = StringUtility::toString(afterReading(m_file.readLine()), m_textEncoding);
+    QString line = StringUtility::toString(afterReading(m_file.readLine()), m_textEncoding);
     emit positionChanged();
     return line;
 }

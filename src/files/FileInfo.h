@@ -83,7 +83,7 @@ public:
     FileFolder *fileFolder();
     Permission permissions() const;
     // False, with a warning, if the file's permissions could not be changed.
-    Q_INVOKABLE bool setPermissions(Permission permission);
+    Q_INVOKABLE bool setPermissions(FileInfo::Permission permission);
 
     // Asks the disk anew.
     Q_INVOKABLE void refresh();
