@@ -1020,13 +1020,6 @@ void AppInfo::setThumbnailPath(const QString &path)
     m_thumbnailPath = path;
 }
 
-void AppInfo::makeNullEntry()
-{
-    setStatus(&AppInfo::m_isLocal, false);
-    setStatus(&AppInfo::m_publishedFlag, false);
-    m_useThumbnailPath = true;
-}
-
 void AppInfo::setThumbnailPath(const QUrl &url)
 {
     setThumbnailPath(FileUtility::resolvedPath(url, true));

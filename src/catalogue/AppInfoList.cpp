@@ -302,7 +302,7 @@ void AppInfoList::addNullEntry()
     auto *entry = new AppInfo(QString(), nullptr);
     entry->setTitle(m_nullTitle);
     entry->setThumbnailPath(m_nullThumbnail);
-    entry->makeNullEntry();
+    entry->setNullEntry();
     addApplet(entry);
 }
 
