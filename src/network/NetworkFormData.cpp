@@ -75,6 +75,11 @@ bool NetworkFormData::isSequential() const
     return false;
 }
 
+bool NetworkFormData::reset()
+{
+    return m_position == 0 && QIODevice::reset();
+}
+
 qint64 NetworkFormData::pos() const
 {
     return m_position;

@@ -37,6 +37,9 @@ public:
     void setAborted(bool aborted) { m_aborted = aborted; }
 
     bool isSequential() const override;
+    // Only before the first read. A body that is to be sent again, after a challenge for instance,
+    // fails the transfer that way; the server would wait for it in vain otherwise.
+    bool reset() override;
     qint64 pos() const override;  // bytes handed out so far
     qint64 size() const override; // taken from the files at each call: a file may shrink
 

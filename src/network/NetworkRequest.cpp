@@ -597,8 +597,12 @@ QString NetworkRequest::encodeRestValue(bool value)
 void NetworkRequest::onAuthenticationRequired(QNetworkReply *reply, QAuthenticator *authenticator)
 {
     // Every request on the manager answers every challenge; the last value given wins.
-    Q_UNUSED(reply)
     qCDebug(FRAMEWORK_NETWORK) << Q_FUNC_INFO << "Begin";
+    // Asked again, the same values were refused. Qt would try them again and again, since each
+    // write to the authenticator counts as a new answer.
+    if (reply && reply == m_challengedReply)
+        return;
+    m_challengedReply = reply;
     if (!m_user.isEmpty())
         authenticator->setUser(m_user);
     if (!m_password.isEmpty())
@@ -754,6 +758,7 @@ QNetworkAccessManager *NetworkRequest::neededManager()
 
 void NetworkRequest::clearAccessCache()
 {
+    m_challengedReply.clear();
     if (m_manager)
         m_manager->clearAccessCache();
 }

@@ -327,7 +327,8 @@ private:
     QVariant m_response;
     QString m_uploadPrefix = QStringLiteral("@");
     bool m_aborted = false;
-    NetworkFormData *m_formData = nullptr; // child; exists during a multipart request
+    NetworkFormData *m_formData = nullptr;     // child; exists during a multipart request
+    QPointer<QNetworkReply> m_challengedReply; // the last one whose challenge was answered
     QString m_user;
     QString m_password;
     QString m_realm;

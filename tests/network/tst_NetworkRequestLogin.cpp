@@ -1,0 +1,252 @@
+#include "RequestTesting.h"
+#include "support/HttpServer.h"
+#include "support/IsolatedHome.h"
+#include "support/LogCapture.h"
+#include "support/RawServer.h"
+
+#include <QNetworkAccessManager>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace RequestTesting;
+
+// Challenges of a server: credentials are a matter of all requests on a manager.
+class tst_NetworkRequestLogin : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+
+    void credentialsAnswerTheChallenge();
+    void noCredentialsFail();
+    void wrongCredentialsFail_data();
+    void wrongCredentialsFail();
+    void differentCredentialsOnOneManagerDoNotLoop();
+    void everyRequestOfTheManagerAnswers();
+    void lastNonEmptyValueWins();
+    void credentialsAreKeptForTheNextRequest();
+    void changedCredentialsAreUsedAtOnce();
+    void plainBodyIsSentAgain();
+    void formIsNotSentAgain();
+};
+
+namespace {
+
+// Lets in whoever says user:secret.
+void protect(HttpServer &server)
+{
+    server.on("/protected", [](const HttpServer::Request &request) {
+        if (request.header("Authorization") == "Basic " + QByteArray("user:secret").toBase64())
+            return HttpServer::Answer{"welcome " + request.body};
+        return HttpServer::Answer{
+            "who?", 401, "text/plain", {{"WWW-Authenticate", "Basic realm=\"Tests\""}}};
+    });
+}
+
+} // namespace
+
+void tst_NetworkRequestLogin::initTestCase()
+{
+    silenceForms();
+}
+
+void tst_NetworkRequestLogin::credentialsAnswerTheChallenge()
+{
+    HttpServer server;
+    protect(server);
+    NetworkRequest request;
+    request.setUrl(server.url("/protected"));
+    request.setUser("user");
+    request.setPassword("secret");
+    LogCapture log;
+    request.send();
+    QVERIFY(finish(request));
+    QCOMPARE(request.status(), 200);
+    QCOMPARE(request.response(), QVariant("welcome "));
+    QCOMPARE(server.requestCount(), 2);
+    QVERIFY(!server.requests().first().hasHeader("Authorization"));
+    QCOMPARE(log.count(QtDebugMsg, network,
+                       "void NetworkRequest::onAuthenticationRequired(QNetworkReply*, "
+                       "QAuthenticator*) Begin"),
+             1);
+    QVERIFY(!log.dump().contains("secret"));
+}
+
+void tst_NetworkRequestLogin::noCredentialsFail()
+{
+    HttpServer server;
+    protect(server);
+    NetworkRequest request;
+    request.setUrl(server.url("/protected"));
+    request.send();
+    QVERIFY(finish(request));
+    QCOMPARE(request.errorCode(), int(QNetworkReply::AuthenticationRequiredError));
+    QCOMPARE(request.status(), 401);
+    QCOMPARE(request.response(), QVariant("who?"));
+    QCOMPARE(server.requestCount(), 1);
+}
+
+void tst_NetworkRequestLogin::wrongCredentialsFail_data()
+{
+    QTest::addColumn<QString>("realm");
+    QTest::newRow("no realm") << QString();
+    QTest::newRow("the server's realm") << "Tests";
+    QTest::newRow("another realm") << "Elsewhere";
+}
+
+void tst_NetworkRequestLogin::wrongCredentialsFail()
+{
+    QFETCH(QString, realm);
+    HttpServer server;
+    protect(server);
+    NetworkRequest request;
+    request.setUrl(server.url("/protected"));
+    request.setUser("user");
+    request.setPassword("wrong");
+    request.setRealm(realm);
+    request.send();
+    QVERIFY(finish(request));
+    QCOMPARE(request.errorCode(), int(QNetworkReply::AuthenticationRequiredError));
+    QCOMPARE(request.status(), 401);
+    QVERIFY(server.requestCount() < 5);
+}
+
+void tst_NetworkRequestLogin::differentCredentialsOnOneManagerDoNotLoop()
+{
+    // Each of them overwrites what the other one said, at each challenge.
+    HttpServer server;
+    protect(server);
+    QNetworkAccessManager manager;
+    NetworkRequest first;
+    NetworkRequest second;
+    int number = 0;
+    for (NetworkRequest *request : {&first, &second}) {
+        request->setNetworkAccessManager(&manager);
+        request->setUser(QString("user %1").arg(++number));
+        request->setPassword("wrong");
+        request->setUrl(server.url("/protected"));
+    }
+    first.send();
+    second.send();
+    QVERIFY(finish(first) && finish(second));
+    QCOMPARE(first.status(), 401);
+    QCOMPARE(second.status(), 401);
+    QVERIFY(server.requestCount() < 10);
+}
+
+void tst_NetworkRequestLogin::everyRequestOfTheManagerAnswers()
+{
+    HttpServer server;
+    protect(server);
+    QNetworkAccessManager manager;
+    NetworkRequest idle;
+    idle.setNetworkAccessManager(&manager);
+    idle.setUser("user");
+    idle.setPassword("secret");
+    NetworkRequest request;
+    request.setNetworkAccessManager(&manager);
+    request.setUrl(server.url("/protected"));
+    request.send();
+    QVERIFY(finish(request));
+    QCOMPARE(request.response(), QVariant("welcome "));
+}
+
+void tst_NetworkRequestLogin::lastNonEmptyValueWins()
+{
+    HttpServer server;
+    protect(server);
+    QNetworkAccessManager manager;
+    NetworkRequest first;
+    NetworkRequest second;
+    NetworkRequest third;
+    for (NetworkRequest *request : {&first, &second, &third})
+        request->setNetworkAccessManager(&manager);
+    first.setUser("nobody");
+    first.setPassword("secret");
+    second.setUser("user");
+    // The third has nothing to say, and asks.
+    third.setUrl(server.url("/protected"));
+    third.send();
+    QVERIFY(finish(third));
+    QCOMPARE(third.response(), QVariant("welcome "));
+}
+
+void tst_NetworkRequestLogin::credentialsAreKeptForTheNextRequest()
+{
+    HttpServer server;
+    protect(server);
+    QNetworkAccessManager manager;
+    NetworkRequest request;
+    request.setNetworkAccessManager(&manager);
+    request.setUrl(server.url("/protected"));
+    request.setUser("user");
+    request.setPassword("secret");
+    request.send();
+    QVERIFY(finish(request));
+    server.clearRequests();
+    NetworkRequest other;
+    other.setNetworkAccessManager(&manager);
+    other.setUrl(server.url("/protected"));
+    other.send();
+    QVERIFY(finish(other));
+    QCOMPARE(other.response(), QVariant("welcome "));
+    QCOMPARE(server.requestCount(), 1); // without a challenge
+}
+
+void tst_NetworkRequestLogin::changedCredentialsAreUsedAtOnce()
+{
+    HttpServer server;
+    protect(server);
+    NetworkRequest request;
+    request.setUrl(server.url("/protected"));
+    request.setUser("user");
+    request.setPassword("secret");
+    request.send();
+    QVERIFY(finish(request));
+    QCOMPARE(request.status(), 200);
+
+    request.setPassword("wrong");
+    request.send();
+    QVERIFY(finish(request));
+    QCOMPARE(request.status(), 401);
+
+    request.setPassword("secret");
+    request.send();
+    QVERIFY(finish(request));
+    QCOMPARE(request.status(), 200);
+}
+
+void tst_NetworkRequestLogin::plainBodyIsSentAgain()
+{
+    HttpServer server;
+    protect(server);
+    NetworkRequest request;
+    request.open("POST", server.url("/protected"));
+    request.setUser("user");
+    request.setPassword("secret");
+    request.send(QVariant("body"));
+    QVERIFY(finish(request));
+    QCOMPARE(request.response(), QVariant("welcome body"));
+}
+
+void tst_NetworkRequestLogin::formIsNotSentAgain()
+{
+    // The body can be read once only: the second try never gets one.
+    RawServer server;
+    server.answer("HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"Tests\"\r\n"
+                  "Content-Length: 4\r\n\r\nwho?");
+    const QTemporaryDir dir;
+    NetworkRequest request;
+    request.open("POST", server.url());
+    request.setUser("user");
+    request.setPassword("secret");
+    request.send(form(writeFile(dir.filePath("file"), QByteArray(1000, 'x'))));
+    QVERIFY(finish(request));
+    QCOMPARE(request.errorCode(), int(QNetworkReply::ContentReSendError));
+    QCOMPARE(server.requests().size(), 1);
+}
+
+TESSALINE_TEST_MAIN(tst_NetworkRequestLogin)
+#include "tst_NetworkRequestLogin.moc"
