@@ -1,5 +1,8 @@
 #include "support/QmlTestSetup.h"
 
+#include "support/HttpServer.h"
+#include "support/TestCertificates.h"
+
 #include <QClipboard>
 #include <QColor>
 #include <QCoreApplication>
@@ -88,6 +91,8 @@ QmlTestSupport::QmlTestSupport(QObject *parent)
     : QObject(parent)
 {
 }
+
+QmlTestSupport::~QmlTestSupport() = default;
 
 QString QmlTestSupport::home() const
 {
@@ -234,6 +239,53 @@ QStringList QmlTestSupport::logLines()
         lines.append(levelName(line.type) + QLatin1Char('|') + QString::fromLatin1(line.category)
                      + QLatin1Char('|') + line.text);
     return lines;
+}
+
+QString QmlTestSupport::serverUrl(const QString &target)
+{
+    return server()->url(target).toString();
+}
+
+QString QmlTestSupport::secureServerUrl(const QString &target)
+{
+    if (!m_secureServer) {
+        m_certificates = std::make_unique<TestCertificates>();
+        m_secureServer = std::make_unique<HttpServer>(m_certificates->selfSignedPath(),
+                                                      m_certificates->keyPath());
+    }
+    return m_secureServer->url(target).toString();
+}
+
+int QmlTestSupport::serverRequestCount()
+{
+    return server()->requestCount();
+}
+
+QVariantMap QmlTestSupport::lastServerRequest()
+{
+    const HttpServer::Request request = server()->lastRequest();
+    QVariantMap headers;
+    for (const auto &header : request.headers)
+        headers.insert(QString::fromUtf8(header.first.toLower()), QString::fromUtf8(header.second));
+    QVariantMap parts;
+    for (auto part = request.parts.begin(); part != request.parts.end(); ++part)
+        parts.insert(QString::fromUtf8(part.key()),
+                     QVariantMap{{"fileName", QString::fromUtf8(part->fileName)},
+                                 {"contentType", QString::fromUtf8(part->contentType)},
+                                 {"content", QString::fromUtf8(part->content)}});
+    return {{"method", QString::fromUtf8(request.method)},
+            {"target", QString::fromUtf8(request.target)},
+            {"body", QString::fromUtf8(request.body)},
+            {"connection", request.connection},
+            {"headers", headers},
+            {"parts", parts}};
+}
+
+HttpServer *QmlTestSupport::server()
+{
+    if (!m_server)
+        m_server = std::make_unique<HttpServer>();
+    return m_server.get();
 }
 
 void QmlTestSetup::applicationAvailable()

@@ -8,6 +8,11 @@
 #include <QVariantList>
 #include <QVariantMap>
 
+#include <memory>
+
+class HttpServer;
+class TestCertificates;
+
 // What QML tests reach as the context property "TestSupport": files made behind the module's back,
 // the process's log lines, and a home that is gone afterwards.
 class QmlTestSupport : public QObject
@@ -19,6 +24,7 @@ class QmlTestSupport : public QObject
 
 public:
     explicit QmlTestSupport(QObject *parent = nullptr);
+    ~QmlTestSupport() override;
 
     QString home() const;
     QString dataPath() const;
@@ -50,14 +56,29 @@ public:
     Q_INVOKABLE QVariantMap image(const QString &path);
     Q_INVOKABLE QVariantMap clipboardImage();
 
-    // Log lines since the last clearLog(), which each test case has to call first: how many of that level ("debug", "info", "warning",
-    // "critical") and category hold the words; an empty category means any.
+    // Log lines since the last clearLog(), which each test case has to call first: how many of that
+    // level ("debug", "info", "warning", "critical") and category hold the words; an empty category
+    // means any.
     Q_INVOKABLE void clearLog();
     Q_INVOKABLE int logCount(const QString &level, const QString &category, const QString &words);
     Q_INVOKABLE QStringList logLines();
 
+    // An HTTP server, started at its first use (see HttpServer for what it answers), and one with a
+    // self-signed certificate.
+    Q_INVOKABLE QString serverUrl(const QString &target);
+    Q_INVOKABLE QString secureServerUrl(const QString &target);
+    // What the first server was asked: "method", "target", "body", "headers" by lower-case name,
+    // and the "parts" of a form, each with "fileName", "contentType" and "content".
+    Q_INVOKABLE int serverRequestCount();
+    Q_INVOKABLE QVariantMap lastServerRequest();
+
 private:
+    HttpServer *server();
+
     QPointer<QObject> m_watched;
+    std::unique_ptr<HttpServer> m_server;
+    std::unique_ptr<HttpServer> m_secureServer;
+    std::unique_ptr<TestCertificates> m_certificates;
 };
 
 // Called by the Quick Test runner.
