@@ -15,6 +15,7 @@
 #include "files/FileInfo.h"
 #include "files/Settings.h"
 #include "files/SettingsBase.h"
+#include "imaging/ExifInfo.h"
 #include "logging/Logging.h"
 #include "network/Network.h"
 #include "network/NetworkProxy.h"
@@ -110,7 +111,7 @@ void TessalinePlugin::registerTypes(const char *uri)
     creatable<FileInfo>(uri, "FileInfo");
     creatable<FileFolder>(uri, "FileFolder");
     creatable<Settings>(uri, "Settings");
-    // creatable<ExifInfo>(uri, "ExifInfo");
+    creatable<ExifInfo>(uri, "ExifInfo");
     creatable<StorageInfo>(uri, "StorageInfo");
     creatable<ZipReader>(uri, "ZipReader");
     creatable<ZipWriter>(uri, "ZipWriter");

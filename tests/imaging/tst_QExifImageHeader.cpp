@@ -1,0 +1,985 @@
+#include "ExifBlock.h"
+#include "imaging/QExifImageHeader.h"
+#include "support/IsolatedHome.h"
+#include "support/LogCapture.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTransform>
+
+#include <functional>
+
+using Header = QExifImageHeader;
+using Check = std::function<bool(const QExifValue &)>;
+
+Q_DECLARE_METATYPE(QExifValue)
+Q_DECLARE_METATYPE(Check)
+
+class tst_QExifImageHeader : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void newHeaderIsEmptyAndLittleEndian();
+    void clearKeepsTheByteOrder();
+    void valuesAreSetFoundAndRemoved();
+    void enumsCarryTheNumbersOfTheStandard();
+
+    void readsEachType_data();
+    void readsEachType();
+    void inlineUndefinedOfABigEndianFileIsReversed();
+    void lastByteOfATextIsDroppedUnseen();
+    void offsetsCountFromTheDevicePosition();
+    void pointersAndInteroperabilityAreTakenOut();
+    void pointerOfAnotherTypeIsNotFollowed();
+    void unknownTypeWarnsAndStoresNull();
+    void thumbnailNeedsBothLongs_data();
+    void thumbnailNeedsBothLongs();
+    void refusedBlocks_data();
+    void refusedBlocks();
+    void sequentialDevicesAreRefused();
+
+    void writesAnEmptyHeader();
+    void writesTheImageTable();
+    void offsetsOfTheExtendedTableAreTwoBytesEarly();
+    void outOfLineValuesComeBackShiftedByTwoBytes();
+    void offsetsOfTheGpsTableAreTwoBytesEarly();
+    void secondWriteWithGpsHoldsThePointerTwice();
+    void writesTheThumbnailTable();
+    void countZeroWritesAZeroField();
+    void smallValuesArePadded_data();
+    void smallValuesArePadded();
+    void sizeIsTwelveShortWithAThumbnail();
+    void sizeIsRightWithoutAThumbnail();
+    void fullDeviceIsNoticed();
+
+    void thumbnailComesBack();
+    void thumbnailIsTurnedUpright_data();
+    void thumbnailIsTurnedUpright();
+    void thumbnailThatClaimsMillionsOfPixelsIsNull();
+
+    void loadsTheFirstApplicationSegmentOnly_data();
+    void loadsTheFirstApplicationSegmentOnly();
+    void savesIntoEachLayout_data();
+    void savesIntoEachLayout();
+    void shorterBlockIsPadded();
+    void longerBlockReplacesAShorterOne();
+    void blockOver65533BytesWrapsItsLength();
+    void refusedFilesStayAsTheyAre_data();
+    void refusedFilesStayAsTheyAre();
+    void savesToAPath();
+    void readOnlyAndMissingFilesAreNotSaved();
+
+    void truncationAtEachByteIsHarmless();
+    void hostileFieldsAreHarmless_data();
+    void hostileFieldsAreHarmless();
+    void countsPastTheEndKeepTheWholeItems();
+    void tablesThatPointAtThemselvesEnd();
+    void overlappingValuesTakeNoMoreThanTheBlock();
+};
+
+namespace {
+
+QByteArray hex(const char *text)
+{
+    return QByteArray::fromHex(text);
+}
+
+bool readBytes(Header *header, QByteArray bytes, int position = 0)
+{
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    buffer.seek(position);
+    return header->read(&buffer);
+}
+
+QByteArray written(const Header &header)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    const qint64 size = header.write(&buffer);
+    if (size != buffer.data().size())
+        qFatal("write() said %lld, wrote %d", size, buffer.data().size());
+    return buffer.data();
+}
+
+bool loadBytes(Header *header, QByteArray bytes)
+{
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadOnly);
+    return header->loadFromJpeg(&buffer);
+}
+
+bool save(const Header &header, QByteArray *bytes)
+{
+    QBuffer buffer(bytes);
+    buffer.open(QIODevice::ReadWrite);
+    return header.saveToJpeg(&buffer);
+}
+
+// An image table with one entry of what is to be read; its value stands at 26.
+QByteArray oneEntry(bool bigEndian, int type, quint32 count, const QByteArray &field,
+                    const QByteArray &outOfLine = {})
+{
+    ExifBlock block(bigEndian);
+    block.u32(8).u16(1);
+    if (outOfLine.isEmpty())
+        block.rawEntry(271, type, count, field);
+    else
+        block.entry(271, type, count, 26);
+    return block.u32(0).raw(outOfLine);
+}
+
+// All kinds of tables and values, as a file from a camera has them.
+QByteArray richBlock(bool bigEndian = false)
+{
+    ExifBlock block(bigEndian);
+    block.u32(8).u16(4);        // 8
+    block.entry(271, 2, 6, 62); // Make
+    block.entry(282, 5, 1, 68); // XResolution
+    block.entry(34665, 4, 1, 76);
+    block.entry(34853, 4, 1, 118);
+    block.u32(174);
+    block.raw(QByteArray("Maker\0", 6)); // 62
+    block.u32(72).u32(1);                // 68
+    block.u16(3);                        // 76
+    block.entry(33434, 5, 1, 114 - 0);   // shares the bytes that follow
+    block.entry(37500, 7, 4, 0x30323030);
+    block.entry(40965, 4, 1, 8);
+    block.raw("1234"); // 114
+    block.u16(2);      // 118
+    block.rawEntry(1, 2, 2, QByteArray("S\0\0\0", 4));
+    block.entry(2, 5, 3, 150);
+    block.raw("...."); // 144, a next offset and padding nobody reads
+    block.raw("..");
+    block.u32(10).u32(1).u32(30).u32(1).u32(0).u32(1); // 150
+    block.u16(3);                                      // 174
+    block.entry(513, 4, 1, 216);
+    block.entry(514, 4, 1, 5);
+    block.rawEntry(274, 3, 1, bigEndian ? QByteArray("\0\6\0\0", 4) : QByteArray("\6\0\0\0", 4));
+    block.u32(0);
+    block.raw("jpegs"); // 216
+    return block;
+}
+
+QImage corners()
+{
+    QImage image(16, 8, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    for (int y = 0; y < 4; ++y) {
+        for (int x = 0; x < 8; ++x)
+            image.setPixelColor(x, y, Qt::black);
+    }
+    return image;
+}
+
+// Walks through all that can be read, so that a sanitizer sees it.
+void visit(const Header &header)
+{
+    for (const Header::ImageTag tag : header.imageTags())
+        header.value(tag).toString();
+    for (const Header::ExifExtendedTag tag : header.extendedTags())
+        header.value(tag).toString();
+    for (const Header::GpsTag tag : header.gpsTags())
+        header.value(tag).toRationalVector();
+    header.thumbnail();
+    written(header);
+}
+
+} // namespace
+
+void tst_QExifImageHeader::newHeaderIsEmptyAndLittleEndian()
+{
+    const Header header;
+    QCOMPARE(header.byteOrder(), QSysInfo::LittleEndian);
+    QVERIFY(header.imageTags().isEmpty());
+    QVERIFY(header.extendedTags().isEmpty());
+    QVERIFY(header.gpsTags().isEmpty());
+    QVERIFY(header.thumbnail().isNull());
+    QVERIFY(header.value(Header::Make).isNull());
+    QCOMPARE(int(QSysInfo::BigEndian), 0);
+}
+
+void tst_QExifImageHeader::clearKeepsTheByteOrder()
+{
+    Header header;
+    QVERIFY(readBytes(&header, richBlock(true)));
+    QVERIFY(header.contains(Header::GPSLatitude));
+    header.clear();
+    QCOMPARE(header.byteOrder(), QSysInfo::BigEndian);
+    QVERIFY(header.imageTags().isEmpty());
+    QVERIFY(header.extendedTags().isEmpty());
+    QVERIFY(header.gpsTags().isEmpty());
+    QCOMPARE(header.size(), 28);
+}
+
+void tst_QExifImageHeader::valuesAreSetFoundAndRemoved()
+{
+    Header header;
+    const QExifValue value(quint16(1));
+    header.setValue(Header::Model, value);
+    header.setValue(Header::Make, value);
+    header.setValue(static_cast<Header::ImageTag>(65000), value);
+    header.setValue(Header::Flash, value);
+    header.setValue(Header::GPSLatitude, value);
+
+    QCOMPARE(header.imageTags(), QList<Header::ImageTag>({Header::Make, Header::Model,
+                                                          static_cast<Header::ImageTag>(65000)}));
+    QCOMPARE(header.extendedTags(), QList<Header::ExifExtendedTag>({Header::Flash}));
+    QCOMPARE(header.gpsTags(), QList<Header::GpsTag>({Header::GPSLatitude}));
+    QVERIFY(header.contains(Header::Flash));
+    QVERIFY(header.value(Header::GPSLatitude) == value);
+    header.remove(Header::Make);
+    header.remove(Header::Flash);
+    header.remove(Header::GPSLatitude);
+    QVERIFY(!header.contains(Header::Make));
+    QVERIFY(!header.contains(Header::Flash));
+    QVERIFY(!header.contains(Header::GPSLatitude));
+}
+
+void tst_QExifImageHeader::enumsCarryTheNumbersOfTheStandard()
+{
+    QCOMPARE(int(Header::Compression), 259);
+    QCOMPARE(int(Header::Orientation), 274);
+    QCOMPARE(int(Header::XResolution), 282);
+    QCOMPARE(int(Header::YResolution), 283);
+    QCOMPARE(int(Header::ResolutionUnit), 296);
+    QCOMPARE(int(Header::JPEGInterchangeFormat), 513);
+    QCOMPARE(int(Header::JPEGInterchangeFormatLength), 514);
+    QCOMPARE(int(Header::ExifIfdPointer), 0x8769);
+    QCOMPARE(int(Header::GpsInfoIfdPointer), 0x8825);
+    QCOMPARE(int(Header::InteroperabilityIfdPointer), 0xA005);
+    QCOMPARE(int(Header::GPSAltitude), 6);
+    QCOMPARE(int(Header::GPSHPositioningError), 31);
+}
+
+void tst_QExifImageHeader::readsEachType_data()
+{
+    QTest::addColumn<QByteArray>("block");
+    QTest::addColumn<Check>("isRight");
+    for (const bool big : {false, true}) {
+        const char *order = big ? "MM" : "II";
+        const auto bytes = [big](const char *bigBytes, const char *littleBytes) {
+            return hex(big ? bigBytes : littleBytes);
+        };
+        const auto row = [&](const char *name, const QByteArray &block, const Check &check) {
+            QTest::addRow("%s %s", order, name) << block << check;
+        };
+        row("bytes inside", oneEntry(big, 1, 3, hex("01020304")), [](const QExifValue &v) {
+            return v.toByteVector() == QVector<quint8>{1, 2, 3};
+        });
+        row("no byte", oneEntry(big, 1, 0, hex("01020304")),
+            [](const QExifValue &v) { return v.type() == 1 && v.count() == 0 && !v.isNull(); });
+        row("bytes outside", oneEntry(big, 1, 5, {}, hex("0102030405")), [](const QExifValue &v) {
+            return v.toByteVector() == QVector<quint8>{1, 2, 3, 4, 5};
+        });
+        row("text inside", oneEntry(big, 2, 4, hex("61626300")),
+            [](const QExifValue &v) { return v.toString() == "abc" && v.count() == 4; });
+        row("empty text", oneEntry(big, 2, 1, hex("61626300")), [](const QExifValue &v) {
+            return v.type() == 2 && v.toString().isEmpty() && v.count() == 1;
+        });
+        row("text outside", oneEntry(big, 2, 5, {}, hex("61e4636400")),
+            [](const QExifValue &v) { return v.toString() == QString("a\u00e4cd"); });
+        row("short", oneEntry(big, 3, 1, bytes("01020000", "02010000")),
+            [](const QExifValue &v) { return v.toShort() == 0x102; });
+        row("shorts inside", oneEntry(big, 3, 2, bytes("01020304", "02010403")),
+            [](const QExifValue &v) {
+                return v.toShortVector() == QVector<quint16>{0x102, 0x304};
+            });
+        row("shorts outside", oneEntry(big, 3, 3, {}, bytes("010203040506", "020104030605")),
+            [](const QExifValue &v) {
+                return v.toShortVector() == QVector<quint16>{0x102, 0x304, 0x506};
+            });
+        row("long", oneEntry(big, 4, 1, bytes("f1020304", "040302f1")),
+            [](const QExifValue &v) { return v.type() == 4 && v.toLong() == 0xf1020304; });
+        row("no long", oneEntry(big, 4, 0, bytes("f1020304", "040302f1")),
+            [](const QExifValue &v) { return v.type() == 4 && v.count() == 0; });
+        row("longs outside", oneEntry(big, 4, 2, {}, bytes("0000000100000002", "0100000002000000")),
+            [](const QExifValue &v) {
+                return v.toLongVector() == QVector<quint32>{1, 2};
+            });
+        row("signed long", oneEntry(big, 9, 1, bytes("fffffffe", "feffffff")),
+            [](const QExifValue &v) { return v.type() == 9 && v.toSignedLong() == -2; });
+        row("rational", oneEntry(big, 5, 1, {}, bytes("0000000100000002", "0100000002000000")),
+            [](const QExifValue &v) { return v.toRational() == QExifURational(1, 2); });
+        row("signed rational",
+            oneEntry(big, 10, 1, {}, bytes("ffffffff00000002", "ffffffff02000000")),
+            [](const QExifValue &v) { return v.toSignedRational() == QExifSRational(-1, 2); });
+        row("undefined outside", oneEntry(big, 7, 5, {}, hex("0102030405")),
+            [](const QExifValue &v) { return v.toByteArray() == hex("0102030405"); });
+    }
+}
+
+void tst_QExifImageHeader::readsEachType()
+{
+    QFETCH(QByteArray, block);
+    QFETCH(Check, isRight);
+    Header header;
+    QVERIFY(readBytes(&header, block));
+    QCOMPARE(header.imageTags(), QList<Header::ImageTag>({Header::Make}));
+    QVERIFY(isRight(header.value(Header::Make)));
+}
+
+void tst_QExifImageHeader::inlineUndefinedOfABigEndianFileIsReversed()
+{
+    Header header;
+    QVERIFY(readBytes(&header, oneEntry(false, 7, 4, "0230")));
+    QCOMPARE(header.value(Header::Make).toByteArray(), QByteArray("0230"));
+    QVERIFY(readBytes(&header, oneEntry(true, 7, 4, "0230")));
+    const bool isReversed = QSysInfo::ByteOrder == QSysInfo::LittleEndian;
+    QCOMPARE(header.value(Header::Make).toByteArray(), QByteArray(isReversed ? "0320" : "0230"));
+}
+
+void tst_QExifImageHeader::lastByteOfATextIsDroppedUnseen()
+{
+    Header header;
+    QVERIFY(readBytes(&header, oneEntry(false, 2, 4, "abcd")));
+    QCOMPARE(header.value(Header::Make).toString(), QString("abc"));
+}
+
+void tst_QExifImageHeader::offsetsCountFromTheDevicePosition()
+{
+    Header header;
+    QVERIFY(readBytes(&header, "12345" + richBlock(), 5));
+    QCOMPARE(header.value(Header::Make).toString(), QString("Maker"));
+}
+
+void tst_QExifImageHeader::pointersAndInteroperabilityAreTakenOut()
+{
+    Header header;
+    QVERIFY(readBytes(&header, richBlock()));
+    QCOMPARE(header.imageTags(), QList<Header::ImageTag>({Header::Make, Header::XResolution}));
+    QCOMPARE(header.extendedTags(),
+             QList<Header::ExifExtendedTag>({Header::ExposureTime, Header::MakerNote}));
+    QCOMPARE(header.gpsTags(),
+             QList<Header::GpsTag>({Header::GPSLatitudeRef, Header::GPSLatitude}));
+}
+
+void tst_QExifImageHeader::pointerOfAnotherTypeIsNotFollowed()
+{
+    const QByteArray block =
+        ExifBlock().u32(8).u16(2).entry(34665, 3, 1, 8).entry(34853, 4, 2, 8).u32(0);
+    Header header;
+    QVERIFY(readBytes(&header, block));
+    QVERIFY(header.imageTags().isEmpty());
+    QVERIFY(header.extendedTags().isEmpty());
+    QVERIFY(header.gpsTags().isEmpty());
+}
+
+void tst_QExifImageHeader::unknownTypeWarnsAndStoresNull()
+{
+    Header header;
+    LogCapture log;
+    QVERIFY(readBytes(&header, oneEntry(false, 6, 1, "abcd")));
+    QCOMPARE(log.count(QtWarningMsg, "default", "Invalid Ifd Type 6"), 1);
+    QVERIFY(header.contains(Header::Make));
+    QVERIFY(header.value(Header::Make).isNull());
+}
+
+void tst_QExifImageHeader::thumbnailNeedsBothLongs_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<qint64>("size");
+    QTest::newRow("longs") << 4 << qint64(28 + 90 + 6);
+    QTest::newRow("shorts") << 3 << qint64(28);
+}
+
+void tst_QExifImageHeader::thumbnailNeedsBothLongs()
+{
+    QFETCH(int, type);
+    const QByteArray block = ExifBlock()
+                                 .u32(8)
+                                 .u16(0)
+                                 .u32(14)
+                                 .u16(2)
+                                 .entry(513, type, 1, 44)
+                                 .entry(514, type, 1, 6)
+                                 .u32(0)
+                                 .raw("jpegs!");
+    Header header;
+    QVERIFY(readBytes(&header, block));
+    QTEST(header.size(), "size");
+}
+
+void tst_QExifImageHeader::refusedBlocks_data()
+{
+    QTest::addColumn<QByteArray>("block");
+    QTest::addColumn<int>("byteOrder");
+    QTest::newRow("nothing") << QByteArray() << 1;
+    QTest::newRow("one letter") << QByteArray("I") << 1;
+    QTest::newRow("mixed order") << QByteArray("IM*\0\10\0\0\0", 8) << 1;
+    QTest::newRow("identifier 43") << hex("4d4d002b00000008000000000000") << 0;
+    QTest::newRow("no identifier") << QByteArray("MM") << 0;
+}
+
+void tst_QExifImageHeader::refusedBlocks()
+{
+    QFETCH(QByteArray, block);
+    LogCapture log;
+    Header header;
+    header.setValue(Header::Make, quint16(1));
+    QVERIFY(!readBytes(&header, block));
+    QVERIFY(header.imageTags().isEmpty());
+    QTEST(int(header.byteOrder()), "byteOrder");
+    QVERIFY2(log.messages().isEmpty(), qPrintable(log.dump()));
+}
+
+namespace {
+
+class SequentialBuffer : public QBuffer
+{
+public:
+    using QBuffer::QBuffer;
+    bool isSequential() const override { return true; }
+};
+
+} // namespace
+
+void tst_QExifImageHeader::sequentialDevicesAreRefused()
+{
+    QByteArray block = richBlock();
+    SequentialBuffer blockBuffer(&block);
+    blockBuffer.open(QIODevice::ReadOnly);
+    QVERIFY(!Header().read(&blockBuffer));
+
+    const QByteArray jpeg = jpegWithExif(block);
+    QByteArray bytes = jpeg;
+    SequentialBuffer jpegBuffer(&bytes);
+    jpegBuffer.open(QIODevice::ReadWrite);
+    QVERIFY(!Header().saveToJpeg(&jpegBuffer));
+    QCOMPARE(bytes, jpeg);
+}
+
+void tst_QExifImageHeader::writesAnEmptyHeader()
+{
+    QCOMPARE(written(Header()), hex("49492a0008000000"
+                                    "0100"
+                                    "69870400010000001a000000"
+                                    "00000000"
+                                    "0000"));
+    Header bigEndian;
+    QVERIFY(readBytes(&bigEndian, ExifBlock(true).u32(8).u16(0).u32(0)));
+    QCOMPARE(written(bigEndian), hex("4d4d002a00000008"
+                                     "0001"
+                                     "87690004000000010000001a"
+                                     "00000000"
+                                     "0000"));
+}
+
+void tst_QExifImageHeader::writesTheImageTable()
+{
+    Header header;
+    header.setValue(Header::Make, QString("Maker"));
+    header.setValue(Header::Orientation, quint16(6));
+    header.setValue(Header::XResolution, QExifURational(72, 1));
+    QCOMPARE(written(header), hex("49492a0008000000"
+                                  "0400"
+                                  "0f010200060000003e000000"
+                                  "120103000100000006000000"
+                                  "1a0105000100000044000000"
+                                  "69870400010000004c000000"
+                                  "00000000"
+                                  "4d616b657200"     // at 3e
+                                  "4800000001000000" // at 44
+                                  "0000"));          // at 4c
+}
+
+void tst_QExifImageHeader::offsetsOfTheExtendedTableAreTwoBytesEarly()
+{
+    Header header;
+    header.setValue(Header::ExposureTime, QExifURational(1, 60));
+    header.setValue(Header::Flash, quint16(1));
+    QCOMPARE(written(header), hex("49492a0008000000"
+                                  "0100"
+                                  "69870400010000001a000000"
+                                  "00000000"
+                                  "0200" // at 1a
+                                  "9a8205000100000032000000"
+                                  "099203000100000001000000"
+                                  "010000003c000000")); // at 34, not 32
+}
+
+void tst_QExifImageHeader::outOfLineValuesComeBackShiftedByTwoBytes()
+{
+    Header header;
+    header.setValue(Header::UserComment, QByteArray("abcdefgh"));
+    header.setValue(Header::Flash, quint16(7));
+    Header again;
+    QVERIFY(readBytes(&again, written(header)));
+    QCOMPARE(again.value(Header::Flash).toShort(), quint16(7));
+    // Two bytes of the last entry come first; two of the value are cut off.
+    QCOMPARE(again.value(Header::UserComment).toByteArray(), QByteArray("\0\0abcdef", 8));
+}
+
+void tst_QExifImageHeader::offsetsOfTheGpsTableAreTwoBytesEarly()
+{
+    Header header;
+    header.setValue(Header::GPSLatitudeRef, QString("N"));
+    header.setValue(Header::GPSAltitude, QExifURational(100, 1));
+    QCOMPARE(written(header), hex("49492a0008000000"
+                                  "0200"
+                                  "698704000100000026000000"
+                                  "258804000100000028000000"
+                                  "00000000"
+                                  "0000" // at 26
+                                  "0200" // at 28
+                                  "01000200020000004e000000"
+                                  "060005000100000040000000"
+                                  "6400000001000000")); // at 42, not 40
+}
+
+void tst_QExifImageHeader::secondWriteWithGpsHoldsThePointerTwice()
+{
+    Header header;
+    header.setValue(Header::GPSLatitudeRef, QString("N"));
+    QCOMPARE(written(header), hex("49492a0008000000"
+                                  "0200"
+                                  "698704000100000026000000"
+                                  "258804000100000028000000"
+                                  "00000000"
+                                  "0000"
+                                  "0100"
+                                  "01000200020000004e000000"));
+    QVERIFY(header.contains(Header::GpsInfoIfdPointer));
+    QCOMPARE(header.value(Header::GpsInfoIfdPointer).toLong(), 0x28u);
+    QCOMPARE(written(header), hex("49492a0008000000"
+                                  "0300"
+                                  "258804000100000028000000" // as an image tag, where it was
+                                  "698704000100000032000000"
+                                  "258804000100000034000000"
+                                  "00000000"
+                                  "0000"
+                                  "0100"
+                                  "01000200020000004e000000"));
+}
+
+void tst_QExifImageHeader::writesTheThumbnailTable()
+{
+    // Read, as only that gives thumbnail data of a known size.
+    Header header;
+    QVERIFY(readBytes(&header, ExifBlock()
+                                   .u32(8)
+                                   .u16(0)
+                                   .u32(14)
+                                   .u16(2)
+                                   .entry(513, 4, 1, 44)
+                                   .entry(514, 4, 1, 6)
+                                   .u32(0)
+                                   .raw("jpegs!")));
+    QCOMPARE(written(header), hex("49492a0008000000"
+                                  "0100"
+                                  "69870400010000001a000000"
+                                  "1c000000"
+                                  "0000"
+                                  "0700" // at 1c
+                                  "030103000100000006000000"
+                                  "1a0105000100000072000000"
+                                  "1b010500010000007a000000"
+                                  "280103000100000002000000"
+                                  "120103000100000000000000"
+                                  "010204000100000082000000"
+                                  "020204000100000006000000"
+                                  "4800000001000000" // at 72
+                                  "4800000001000000"
+                                  "6a7065677321")); // at 82
+}
+
+void tst_QExifImageHeader::countZeroWritesAZeroField()
+{
+    Header header;
+    header.setValue(Header::Make, QVector<quint32>());
+    header.setValue(Header::Model, QVector<QExifSRational>());
+    QCOMPARE(written(header).mid(10, 24), hex("0f0104000000000000000000"
+                                              "10010a000000000000000000"));
+}
+
+void tst_QExifImageHeader::smallValuesArePadded_data()
+{
+    QTest::addColumn<QExifValue>("value");
+    QTest::addColumn<QByteArray>("field");
+    QTest::newRow("byte") << QExifValue(quint8(1)) << hex("01000000");
+    QTest::newRow("four bytes") << QExifValue(QVector<quint8>{1, 2, 3, 4}) << hex("01020304");
+    QTest::newRow("text") << QExifValue(QString("a")) << hex("61000000");
+    QTest::newRow("empty text") << QExifValue(QString()) << hex("00000000");
+    QTest::newRow("three letters") << QExifValue(QString("abc")) << hex("61626300");
+    QTest::newRow("no short") << QExifValue(QVector<quint16>()) << hex("00000000");
+    QTest::newRow("short") << QExifValue(quint16(0x102)) << hex("02010000");
+    QTest::newRow("two shorts") << QExifValue(QVector<quint16>{1, 2}) << hex("01000200");
+    QTest::newRow("undefined") << QExifValue(QByteArray("ab")) << hex("61620000");
+    QTest::newRow("signed") << QExifValue(qint32(-2)) << hex("feffffff");
+    QTest::newRow("null") << QExifValue() << hex("00000000");
+}
+
+void tst_QExifImageHeader::smallValuesArePadded()
+{
+    QFETCH(QExifValue, value);
+    Header header;
+    header.setValue(Header::Make, value);
+    QTEST(written(header).mid(18, 4), "field");
+    QCOMPARE(header.size(), 40);
+}
+
+void tst_QExifImageHeader::sizeIsTwelveShortWithAThumbnail()
+{
+    Header header;
+    QVERIFY(readBytes(&header, richBlock()));
+    const qint64 before = header.size();
+    const int size = written(header).size();
+    QCOMPARE(before + 12, qint64(size));
+    QCOMPARE(header.size(), qint64(size));
+}
+
+void tst_QExifImageHeader::sizeIsRightWithoutAThumbnail()
+{
+    Header header;
+    QCOMPARE(header.size(), 28);
+    header.setValue(Header::Make, QString("Maker"));
+    QCOMPARE(header.size(), 28 + 12 + 6);
+    header.setValue(Header::GPSAltitude, QExifURational(1, 2));
+    QCOMPARE(header.size(), 46 + 2 + 12 + 8 + 12);
+    QCOMPARE(written(header).size(), 80);
+    header.remove(Header::GPSAltitude);
+    QCOMPARE(header.size(), 46 + 12); // the pointer has stayed
+}
+
+void tst_QExifImageHeader::fullDeviceIsNoticed()
+{
+    QFile full("/dev/full");
+    if (!full.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        QSKIP("No /dev/full on this system");
+    QCOMPARE(Header().write(&full), -1);
+}
+
+void tst_QExifImageHeader::thumbnailComesBack()
+{
+    Header header;
+    header.setThumbnail(corners());
+    QCOMPARE(header.thumbnail().size(), QSize(16, 8));
+    Header again;
+    QVERIFY(readBytes(&again, written(header)));
+    QCOMPARE(again.thumbnail(), header.thumbnail());
+    header.setThumbnail(QImage());
+    QVERIFY(header.thumbnail().isNull());
+    QCOMPARE(header.size(), 28);
+}
+
+void tst_QExifImageHeader::thumbnailIsTurnedUpright_data()
+{
+    QTest::addColumn<int>("orientation");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QPoint>("black"); // the only dark corner; 1 is right or bottom
+    QTest::newRow("0") << 0 << QSize(16, 8) << QPoint(0, 0);
+    QTest::newRow("1") << 1 << QSize(16, 8) << QPoint(0, 0);
+    QTest::newRow("2") << 2 << QSize(16, 8) << QPoint(1, 0);
+    QTest::newRow("3") << 3 << QSize(16, 8) << QPoint(1, 1);
+    QTest::newRow("4") << 4 << QSize(16, 8) << QPoint(0, 1);
+    QTest::newRow("5") << 5 << QSize(8, 16) << QPoint(0, 0);
+    QTest::newRow("6") << 6 << QSize(8, 16) << QPoint(1, 0);
+    QTest::newRow("7") << 7 << QSize(8, 16) << QPoint(1, 1);
+    QTest::newRow("8") << 8 << QSize(8, 16) << QPoint(0, 1);
+    QTest::newRow("9") << 9 << QSize(16, 8) << QPoint(0, 0);
+}
+
+void tst_QExifImageHeader::thumbnailIsTurnedUpright()
+{
+    QFETCH(int, orientation);
+    QByteArray jpeg;
+    QBuffer buffer(&jpeg);
+    buffer.open(QIODevice::WriteOnly);
+    QVERIFY(corners().save(&buffer, "JPG", 100));
+    const QByteArray block = ExifBlock()
+                                 .u32(8)
+                                 .u16(0)
+                                 .u32(14)
+                                 .u16(3)
+                                 .entry(513, 4, 1, 56)
+                                 .entry(514, 4, 1, jpeg.size())
+                                 .entry(274, 3, 1, orientation)
+                                 .u32(0)
+                                 .raw(jpeg);
+    Header header;
+    QVERIFY(readBytes(&header, block));
+    const QImage image = header.thumbnail();
+    QTEST(image.size(), "size");
+    QFETCH(QPoint, black);
+    for (const QPoint corner : {QPoint(0, 0), QPoint(1, 0), QPoint(0, 1), QPoint(1, 1)}) {
+        const QColor color =
+            image.pixelColor(corner.x() * (image.width() - 1), corner.y() * (image.height() - 1));
+        QCOMPARE(color.lightness() < 128, corner == black);
+    }
+}
+
+void tst_QExifImageHeader::thumbnailThatClaimsMillionsOfPixelsIsNull()
+{
+    Header header;
+    header.setThumbnail(corners());
+    QByteArray block = written(header);
+    const int frame = block.indexOf(hex("ffc0001108"));
+    QVERIFY(frame > 0);
+    block.replace(frame + 5, 4, hex("75307530")); // 30,000 x 30,000
+    QVERIFY(readBytes(&header, block));
+    QVERIFY(header.thumbnail().isNull());
+}
+
+void tst_QExifImageHeader::loadsTheFirstApplicationSegmentOnly_data()
+{
+    QTest::addColumn<QByteArray>("jpeg");
+    QTest::addColumn<bool>("loads");
+    const QByteArray start("\xFF\xD8");
+    const QByteArray exif = exifSegment(richBlock());
+    const QByteArray xmp = jpegSegment("\xFF\xE1", "http://ns.adobe.com/xap/1.0/");
+    const QByteArray comment = jpegSegment("\xFF\xFE", "words");
+    QTest::newRow("first") << start + exif + jpegRest() << true;
+    QTest::newRow("behind JFIF") << start + jfifSegment() + exif + jpegRest() << true;
+    QTest::newRow("behind a comment") << start + comment + exif + jpegRest() << true;
+    QTest::newRow("behind a profile")
+        << start + jpegSegment("\xFF\xE2", QByteArray("ICC_PROFILE\0", 12)) + exif << true;
+    QTest::newRow("behind XMP") << start + xmp + exif + jpegRest() << false;
+    QTest::newRow("none") << start + jfifSegment() + jpegRest() << false;
+    QTest::newRow("only a start") << start << false;
+    QTest::newRow("empty segment") << start + exifSegment(QByteArray()) << false;
+    QTest::newRow("length of 0") << start + hex("ffe10000") + "Exif" << false;
+    QTest::newRow("length that leads behind the end") << start + hex("ffe0ffff") + exif << false;
+    QTest::newRow("lengths of 0") << start + QByteArray(1000, '\0') << false;
+    QTest::newRow("no JPEG") << QByteArray("\x89PNG\r\n\x1a\n") << false;
+    QTest::newRow("text") << QByteArray("words") << false;
+    QTest::newRow("nothing") << QByteArray() << false;
+}
+
+void tst_QExifImageHeader::loadsTheFirstApplicationSegmentOnly()
+{
+    QFETCH(QByteArray, jpeg);
+    QFETCH(bool, loads);
+    QTemporaryDir folder;
+    QFile file(folder.filePath("picture.jpg"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(jpeg);
+    file.close();
+
+    LogCapture log;
+    Header header;
+    header.setValue(Header::Make, QString("old"));
+    QCOMPARE(loadBytes(&header, jpeg), loads);
+    QCOMPARE(header.value(Header::Make).toString(), QString(loads ? "Maker" : ""));
+    QCOMPARE(header.loadFromJpeg(file.fileName()), loads);
+    QCOMPARE(Header(file.fileName()).contains(Header::Make), loads);
+    QVERIFY2(log.messages().isEmpty(), qPrintable(log.dump()));
+}
+
+void tst_QExifImageHeader::savesIntoEachLayout_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    // What the header of the test writes.
+    const QByteArray exif = hex("ffe10030") + QByteArray("Exif\0\0", 6)
+                            + hex("49492a0008000000"
+                                  "0200"
+                                  "120103000100000006000000"
+                                  "698704000100000026000000"
+                                  "00000000"
+                                  "0000");
+    const QByteArray start("\xFF\xD8");
+    const QByteArray oldExif = jpegSegment("\xFF\xE1", QByteArray("Exif\0\0old", 9));
+    QTest::newRow("neither") << start + jpegRest() << start + exif + jpegRest();
+    QTest::newRow("EXIF") << start + oldExif + jpegRest() << start + exif + jpegRest();
+    QTest::newRow("JFIF and EXIF") << start + jfifSegment() + oldExif + jpegRest()
+                                   << start + jfifSegment() + exif + jpegRest();
+    QTest::newRow("JFIF: one word FFE0 too many")
+        << start + jfifSegment() + jpegRest()
+        << start + jfifSegment() + exif + hex("ffe0") + jpegRest();
+}
+
+void tst_QExifImageHeader::savesIntoEachLayout()
+{
+    QFETCH(QByteArray, before);
+    Header header;
+    header.setValue(Header::Orientation, quint16(6));
+    QVERIFY(save(header, &before));
+    QTEST(before, "after");
+    Header again;
+    QVERIFY(loadBytes(&again, before));
+    QCOMPARE(again.value(Header::Orientation).toShort(), quint16(6));
+}
+
+void tst_QExifImageHeader::shorterBlockIsPadded()
+{
+    const QByteArray old =
+        "\xFF\xD8" + jpegSegment("\xFF\xE1", QByteArray("Exif\0\0", 6) + QByteArray(94, 'x'))
+        + jpegRest();
+    QByteArray jpeg = old;
+    QVERIFY(save(Header(), &jpeg));
+    QCOMPARE(jpeg.size(), old.size());
+    QCOMPARE(jpeg.mid(2, 4), hex("ffe10066"));
+    QCOMPARE(jpeg.mid(12, 28), written(Header()));
+    QCOMPARE(jpeg.mid(40, 66), QByteArray(66, '\0'));
+    QCOMPARE(jpeg.right(8), jpegRest());
+}
+
+void tst_QExifImageHeader::longerBlockReplacesAShorterOne()
+{
+    QByteArray jpeg = jpegWithExif("old");
+    QVERIFY(save(Header(), &jpeg));
+    QCOMPARE(jpeg, jpegWithExif(written(Header())));
+}
+
+void tst_QExifImageHeader::blockOver65533BytesWrapsItsLength()
+{
+    Header header;
+    header.setValue(Header::Make, QByteArray(70000, 'x'));
+    QByteArray jpeg = "\xFF\xD8" + jpegRest();
+    QVERIFY(save(header, &jpeg));
+    const int length = (6 + 28 + 12 + 70000 + 2) & 0xffff;
+    QCOMPARE(jpeg.mid(4, 2), QByteArray(1, char(length >> 8)) + char(length & 0xff));
+}
+
+void tst_QExifImageHeader::refusedFilesStayAsTheyAre_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    const QByteArray start("\xFF\xD8");
+    const QByteArray xmp = jpegSegment("\xFF\xE1", "http://ns.adobe.com/xap/1.0/");
+    QTest::newRow("no JPEG") << QByteArray("\x89PNG\r\n\x1a\n and more");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("only a start") << start;
+    QTest::newRow("XMP first") << start + xmp + jpegRest();
+    QTest::newRow("XMP behind JFIF") << start + jfifSegment() + xmp + jpegRest();
+    QTest::newRow("JFXX") << start + jpegSegment("\xFF\xE0", "JFXX") + jpegRest();
+    QTest::newRow("ends behind JFIF") << start + jfifSegment();
+}
+
+void tst_QExifImageHeader::refusedFilesStayAsTheyAre()
+{
+    QFETCH(QByteArray, bytes);
+    const QByteArray before = bytes;
+    QVERIFY(!save(Header(), &bytes));
+    QCOMPARE(bytes, before);
+}
+
+void tst_QExifImageHeader::savesToAPath()
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath("picture.jpg");
+    QVERIFY(corners().save(path, "JPG"));
+    Header header;
+    header.setValue(Header::Make, QString("Maker"));
+    QVERIFY(header.saveToJpeg(path));
+    QCOMPARE(Header(path).value(Header::Make).toString(), QString("Maker"));
+    // The stray FFE0 takes the next marker for its length.
+    QTest::ignoreMessage(QtWarningMsg, "JPEG datastream contains no image");
+    QVERIFY(QImage(path).isNull());
+}
+
+void tst_QExifImageHeader::readOnlyAndMissingFilesAreNotSaved()
+{
+    QTemporaryDir folder;
+    QVERIFY(!Header().saveToJpeg(folder.filePath("none.jpg")));
+    QVERIFY(!QFile::exists(folder.filePath("none.jpg")));
+    QVERIFY(!Header().saveToJpeg(folder.path()));
+    QVERIFY(!Header().loadFromJpeg(folder.path()));
+    QVERIFY(!Header().loadFromJpeg(folder.filePath("none.jpg")));
+    QVERIFY(!Header().saveToJpeg(":/none.jpg"));
+}
+
+void tst_QExifImageHeader::truncationAtEachByteIsHarmless()
+{
+    LogCapture log; // the cut may leave types that don't exist
+    for (const bool bigEndian : {false, true}) {
+        const QByteArray block = richBlock(bigEndian);
+        for (int size = 0; size <= block.size(); ++size) {
+            Header header;
+            // A copy of its own, so that the sanitizer notices a look behind its end.
+            const QByteArray cut(block.constData(), size);
+            QCOMPARE(readBytes(&header, cut), size >= 4);
+            visit(header);
+            loadBytes(&header, jpegWithExif(block).left(size));
+        }
+    }
+}
+
+void tst_QExifImageHeader::hostileFieldsAreHarmless_data()
+{
+    QTest::addColumn<quint32>("number");
+    for (const quint32 number : {0u, 1u, 0x7fffffffu, 0xffffffffu})
+        QTest::addRow("%x", number) << number;
+}
+
+void tst_QExifImageHeader::hostileFieldsAreHarmless()
+{
+    QFETCH(quint32, number);
+    LogCapture log;
+    for (const bool bigEndian : {false, true}) {
+        const QByteArray block = richBlock(bigEndian);
+        const QByteArray field = QByteArray(ExifBlock(bigEndian).u32(number)).mid(4);
+        for (int size : {2, 4}) {
+            for (int position = 4; position + size <= block.size(); ++position) {
+                QByteArray damaged = block;
+                damaged.replace(position, size, field.right(size));
+                Header header;
+                QVERIFY(readBytes(&header, damaged));
+                visit(header);
+            }
+        }
+    }
+    const QByteArray jpeg = "\xFF\xD8" + jfifSegment() + exifSegment(richBlock()) + jpegRest();
+    for (int position = 0; position + 2 <= jpeg.size(); ++position) {
+        QByteArray damaged = jpeg;
+        damaged[position] = char(number >> 8);
+        damaged[position + 1] = char(number);
+        Header header;
+        loadBytes(&header, damaged);
+        visit(header);
+        save(header, &damaged);
+    }
+}
+
+void tst_QExifImageHeader::countsPastTheEndKeepTheWholeItems()
+{
+    const auto read = [](int type, quint32 count, const QByteArray &rest) {
+        Header header;
+        readBytes(&header, oneEntry(false, type, count, {}, rest));
+        return header.value(Header::Make);
+    };
+    QCOMPARE(read(1, 0xffffffff, "abc").toByteVector(), QVector<quint8>({'a', 'b', 'c'}));
+    QCOMPARE(read(2, 0x7fffffff, "abc").toString(), QString("abc"));
+    QCOMPARE(read(3, 100, hex("0100020003")).toShortVector(), QVector<quint16>({1, 2}));
+    QCOMPARE(read(4, 0x40000001, hex("0100000002")).toLongVector(), QVector<quint32>({1}));
+    QCOMPARE(read(5, 0x20000000, hex("010000000200000003000000")).toRationalVector(),
+             QVector<QExifURational>({{1, 2}}));
+    QCOMPARE(read(7, 0xffffffff, "abc").toByteArray(), QByteArray("abc"));
+    QCOMPARE(read(9, 3, "abc").count(), 0);
+}
+
+void tst_QExifImageHeader::tablesThatPointAtThemselvesEnd()
+{
+    const QByteArray block =
+        ExifBlock().u32(8).u16(2).entry(34665, 4, 1, 8).entry(34853, 4, 1, 8).u32(8);
+    Header header;
+    QVERIFY(readBytes(&header, block));
+    QVERIFY(header.imageTags().isEmpty());
+    QCOMPARE(header.extendedTags().size(), 2);
+    QCOMPARE(header.gpsTags().size(), 2);
+    visit(header);
+}
+
+void tst_QExifImageHeader::overlappingValuesTakeNoMoreThanTheBlock()
+{
+    constexpr int entries = 5000;
+    ExifBlock block;
+    block.u32(8).u16(entries);
+    for (int i = 0; i < entries; ++i)
+        block.entry(i + 1, 1, 60000, 0);
+    block.u32(0);
+    const QByteArray bytes = block;
+    Header header;
+    QVERIFY(readBytes(&header, bytes));
+    QCOMPARE(header.imageTags().size(), entries);
+    QCOMPARE(header.value(static_cast<Header::ImageTag>(1)).count(), 60000);
+    int total = 0;
+    for (const Header::ImageTag tag : header.imageTags())
+        total += header.value(tag).count();
+    QCOMPARE(total, bytes.size());
+}
+
+TESSALINE_TEST_MAIN(tst_QExifImageHeader)
+#include "tst_QExifImageHeader.moc"
