@@ -45,7 +45,8 @@
 
 /*!
     \qmlsignal AppPlayer::playError(string error)
-    An applet could not be played. For players of other hosts; this one doesn't emit it.
+    An applet could not be played, and \a error says why. For players of other hosts; this one
+    doesn't emit it.
 */
 
 AppletsPlayer::AppletsPlayer(TessalineObject *parent)
