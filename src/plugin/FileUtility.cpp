@@ -23,6 +23,8 @@ QVariant applicationPathVariable(const QString &name)
 
 QString settingsPathVariable(const QString &name)
 {
+    if (name.isEmpty())
+        return QString(); // QSettings would print a warning of its own
     QSettings settings;
     settings.beginGroup(QLatin1String(pathVariablesGroup));
     return settings.value(name).toString().trimmed();

@@ -4,6 +4,7 @@
 
 #include <QDomDocument>
 #include <QJsonValue>
+#include <QTextStream>
 #include <QXmlDefaultHandler>
 #include <QXmlSimpleReader>
 
@@ -61,21 +62,60 @@ private:
     ParseError m_error;
 };
 
-bool isTooDeep(const QString &xml, ParseError *error)
+// Keeps the attributes of the last element.
+class AttributeHandler : public QXmlDefaultHandler
+{
+public:
+    const QXmlAttributes &attributes() const { return m_attributes; }
+
+    bool startElement(const QString &, const QString &, const QString &,
+                      const QXmlAttributes &attributes) override
+    {
+        m_attributes = attributes;
+        return true;
+    }
+
+private:
+    QXmlAttributes m_attributes;
+};
+
+bool read(const QString &xml, QXmlDefaultHandler *handler)
 {
     QXmlInputSource source;
     source.setData(xml);
-    DepthHandler handler;
     QXmlSimpleReader reader;
     // As QDomDocument sets them, so that both accept the same texts.
     reader.setFeature(QStringLiteral("http://xml.org/sax/features/namespaces"), false);
     reader.setFeature(QStringLiteral("http://xml.org/sax/features/namespace-prefixes"), true);
-    reader.setContentHandler(&handler);
-    reader.setErrorHandler(&handler);
-    reader.parse(source);
+    reader.setContentHandler(handler);
+    reader.setErrorHandler(handler);
+    return reader.parse(source);
+}
+
+bool isTooDeep(const QString &xml, ParseError *error)
+{
+    DepthHandler handler;
+    read(xml, &handler);
     if (handler.isTooDeep())
         *error = handler.refusal();
     return handler.isTooDeep();
+}
+
+// The attributes by way of the element's written start tag. False for names that can't be read.
+bool addWrittenAttributes(const QDomElement &element, const QString &prefix, QVariantMap &map)
+{
+    QString tag;
+    QTextStream stream(&tag);
+    element.cloneNode(false).save(stream, -1);
+    stream.flush();
+
+    AttributeHandler handler;
+    if (!read(tag, &handler))
+        return false;
+    const QXmlAttributes &attributes = handler.attributes();
+    for (int i = 0; i < attributes.count(); ++i)
+        map.insert(prefix + attributes.qName(i), attributes.value(i));
+    return true;
 }
 
 QT_WARNING_POP
@@ -104,6 +144,19 @@ XmlUtility::Options optionsFromMap(const QVariantMap &map)
     options.rootProperty = flag("rootProperty", defaults.rootProperty);
     options.preserveNamespaces = flag("preserveNamespaces", defaults.preserveNamespaces);
     return options;
+}
+
+void addAttributes(const QDomElement &element, const QString &prefix, QVariantMap &map)
+{
+    const QDomNamedNodeMap attributes = element.attributes();
+    // item(i) walks to the i-th entry of a hash: tens of thousands of attributes take minutes.
+    const int many = 100;
+    if (attributes.count() > many && addWrittenAttributes(element, prefix, map))
+        return;
+    for (int i = 0; i < attributes.count(); ++i) {
+        const QDomAttr attribute = attributes.item(i).toAttr();
+        map.insert(prefix + attribute.name(), attribute.value());
+    }
 }
 
 // The children of one element while it is walked: the values under each name, the names with their
@@ -214,11 +267,7 @@ QVariantMap XmlUtility::toVariantMap(const QString &xml, const QVariantMap &opti
 QVariant XmlUtility::toVariant(const QDomElement &element, const Options &options)
 {
     QVariantMap map;
-    const QDomNamedNodeMap attributes = element.attributes();
-    for (int i = 0; i < attributes.count(); ++i) {
-        const QDomAttr attribute = attributes.item(i).toAttr();
-        map.insert(options.attributePrefix + attribute.name(), attribute.value());
-    }
+    addAttributes(element, options.attributePrefix, map);
 
     Children children(element, options);
     children.storeInto(map);

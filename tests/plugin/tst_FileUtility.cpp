@@ -487,6 +487,10 @@ void tst_FileUtility::pathVariableType()
     QCOMPARE(FileUtility::pathVariableType("A", true), 1);
     QCOMPARE(FileUtility::pathVariableType("A", false), 1);
     QVERIFY(FileUtility::pathVariableExists("A", false));
+
+    LogCapture log;
+    QCOMPARE(FileUtility::pathVariableType(QString(), true), 0);
+    QCOMPARE(log.messages().size(), 0);
 }
 
 void tst_FileUtility::pathVariableNamesAreThoseOfTheApplication()

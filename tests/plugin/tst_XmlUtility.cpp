@@ -30,6 +30,9 @@ private slots:
     void depthIsSeenBehindWhatOnlyAStrictReaderRefuses_data();
     void depthIsSeenBehindWhatOnlyAStrictReaderRefuses();
     void depthCountsWhatEntitiesBringIn();
+    void veryManyAttributesAreReadOnceEach_data();
+    void veryManyAttributesAreReadOnceEach();
+    void veryManyAttributesWithNamesThatCannotBeRead();
     void addElementKeepsWhatTheMapHas();
     void propertyNameDropsThePrefix_data();
     void propertyNameDropsThePrefix();
@@ -301,6 +304,43 @@ void tst_XmlUtility::depthCountsWhatEntitiesBringIn()
     QVERIFY(!XmlUtility::toVariantMap(document.arg(nested(10), "&e;"), {}).isEmpty());
     QVERIFY(!XmlUtility::toVariantMap(document.arg(nested(10), nested(989, "&e;")), {}).isEmpty());
     QVERIFY(XmlUtility::toVariantMap(document.arg(nested(10), nested(990, "&e;")), {}).isEmpty());
+}
+
+void tst_XmlUtility::veryManyAttributesAreReadOnceEach_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::newRow("few") << 50;
+    QTest::newRow("many") << 150;
+    QTest::newRow("so many that anything quadratic runs into the time limit") << 60000;
+}
+
+void tst_XmlUtility::veryManyAttributesAreReadOnceEach()
+{
+    QFETCH(int, count);
+    const QStringList written{"plain", "&lt;&amp;&quot;'&gt;", "&#10;&#9;&#13; x ", "", "€"};
+    const QStringList read{"plain", "<&\"'>", "\n\t\r x ", "", QStringLiteral("€")};
+    QString xml = "<r>t<a:e ";
+    for (int i = 0; i < count; ++i)
+        xml += QStringLiteral(" x:y:n%1=\"%2\"").arg(i).arg(written.at(i % written.size()));
+    xml += "/></r>";
+
+    LogCapture log;
+    const QVariantMap map = XmlUtility::toVariantMap(xml, {}).value("e").toMap();
+    QCOMPARE(map.size(), count);
+    for (int i = 0; i < count; ++i)
+        QCOMPARE(map.value(QStringLiteral("@x:y:n%1").arg(i)), QVariant(read.at(i % read.size())));
+    QCOMPARE(log.messages().size(), 0);
+}
+
+void tst_XmlUtility::veryManyAttributesWithNamesThatCannotBeRead()
+{
+    QDomDocument document;
+    QDomElement element = document.createElement("e");
+    for (int i = 0; i < 200; ++i)
+        element.setAttribute(QStringLiteral("a name %1").arg(i), i);
+    const QVariantMap map = XmlUtility::toVariant(element, XmlUtility::Options()).toMap();
+    QCOMPARE(map.size(), 200);
+    QCOMPARE(map.value("@a name 7"), QVariant(QString("7")));
 }
 
 void tst_XmlUtility::addElementKeepsWhatTheMapHas()
