@@ -196,7 +196,9 @@ QString ArchiveReader::refusal(const QDir &folder, const QString &name)
         return QStringLiteral("absolute path");
     if (clean == QLatin1String("..") || clean.startsWith(QLatin1String("../")))
         return QStringLiteral("path outside the output folder");
-    if (passesSymbolicLink(folder, clean))
+    // A ".." behind a link leads above the link's target, so the steps that cleaning drops count
+    // too.
+    if (passesSymbolicLink(folder, clean) || passesSymbolicLink(folder, name))
         return QStringLiteral("symbolic link in the output folder");
     return QString();
 }

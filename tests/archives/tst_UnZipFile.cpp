@@ -17,6 +17,7 @@ private slots:
     void extractsOneFile();
     void extractAllMakesFoldersFromFolderEntries();
     void extractAllRefusesEntriesThatLeaveTheFolder();
+    void extractAllRefusesStepsBackThroughALink();
     void extractAllRefusesOverlappingEntries();
     void damagedEntryIsLoggedInTheDefaultCategory();
     void datesAreCorrectedByADay();
@@ -91,6 +92,24 @@ void tst_UnZipFile::extractAllRefusesEntriesThatLeaveTheFolder()
     QVERIFY(zip.extractAll(out));
     QCOMPARE(ArchiveMaker::tree(out.path()), QStringList({"kept.txt=kept", "ok.txt=ok", "sub/"}));
     QCOMPARE(log.count(QtCriticalMsg, "default", "Entry refused:"), 7);
+}
+
+void tst_UnZipFile::extractAllRefusesStepsBackThroughALink()
+{
+    const QString outside = m_dir->filePath("elsewhere/target");
+    QVERIFY(QDir().mkpath(outside));
+    QDir out = output();
+    QVERIFY(out.mkpath("sub"));
+    QVERIFY(QFile::link(outside, out.filePath("link")));
+    UnZipFile zip;
+    QVERIFY(zip.open(archive("link_climbing")));
+    LogCapture log;
+
+    QVERIFY(zip.extractAll(out));
+
+    QCOMPARE(log.count(QtCriticalMsg, "default", "symbolic link"), 1);
+    QVERIFY(!QFileInfo::exists(m_dir->filePath("elsewhere/above.txt")));
+    QCOMPARE(ArchiveMaker::read(out.filePath("beside.txt")), QByteArray("beside"));
 }
 
 void tst_UnZipFile::extractAllRefusesOverlappingEntries()

@@ -77,6 +77,11 @@ def link_planted(archive):
     entry(archive, "plain.txt", "plain")
 
 
+def link_climbing(archive):
+    entry(archive, "link/../above.txt", "above")
+    entry(archive, "sub/../beside.txt", "beside")
+
+
 def long_names(archive):
     entry(archive, "n" * 1023, "1023")
     entry(archive, "m" * 1024, "1024")
