@@ -106,8 +106,8 @@ bool ZipWriter::addFile(const QString &filePath, const QString &archivedFilePath
                                 << (append ? "true" : "false");
         return false;
     }
-    const bool added = zwAddFile(filePath, archivedFilePath, comment, true);
-    zwClose(QString());
+    bool added = zwAddFile(filePath, archivedFilePath, comment, true);
+    added = zwClose(QString()) && added;
     if (added)
         emit pathChanged();
     return added;
@@ -168,10 +168,12 @@ bool ZipWriter::zwOpen(const QString &path, bool append)
     return m_file != nullptr;
 }
 
-void ZipWriter::zwClose(const QString &comment)
+bool ZipWriter::zwClose(const QString &comment)
 {
-    if (m_file)
-        zipClose(m_file.release(), comment.toLocal8Bit().constData());
+    if (!m_file || zipClose(m_file.release(), comment.toLocal8Bit().constData()) == ZIP_OK)
+        return true;
+    qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "Error closing:" << m_path;
+    return false;
 }
 
 bool ZipWriter::zwAddFile(const QString &filePath, const QString &archivedFilePath,
@@ -180,6 +182,11 @@ bool ZipWriter::zwAddFile(const QString &filePath, const QString &archivedFilePa
     const QFileInfo source(filePath);
     if (!source.exists()) {
         qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "File not found:" << filePath;
+        return false;
+    }
+    // The archive would grow by what is read from it, until the disk is full.
+    if (source.canonicalFilePath() == QFileInfo(m_path).canonicalFilePath()) {
+        qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "Archive added to itself:" << filePath;
         return false;
     }
     QFile input(filePath);

@@ -52,7 +52,8 @@ private:
     };
 
     bool zwOpen(const QString &path, bool append);
-    void zwClose(const QString &comment);
+    // False if the disk did not take the rest of the archive, without which it can't be read.
+    bool zwClose(const QString &comment);
     bool zwAddFile(const QString &filePath, const QString &archivedFilePath, const QString &comment,
                    bool clean);
     bool copyToEntry(QIODevice &input);

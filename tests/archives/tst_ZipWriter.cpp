@@ -9,6 +9,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <csignal>
+#include <sys/resource.h>
+
 namespace {
 
 const char category[] = "Zemrik.Tessaline.File";
@@ -51,6 +54,8 @@ private slots:
     void otherToolsReadTheResult_data();
     void otherToolsReadTheResult();
     void fullDiskIsAFailure();
+    void fullDiskAtTheDirectoryIsAFailure();
+    void archiveIsNotAddedToItself();
 
 private:
     QString file(const QString &name, const QByteArray &bytes,
@@ -268,7 +273,8 @@ void tst_ZipWriter::otherToolsReadTheResult_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::newRow("unzip") << "unzip" << QStringList({"-q", "made.zip", "-d", "out"});
     QTest::newRow("bsdtar") << "bsdtar" << QStringList({"-xf", "made.zip", "-C", "out"});
-    QTest::newRow("Python") << ArchiveMaker::python() << QStringList({"-m", "zipfile", "-e", "made.zip", "out"});
+    QTest::newRow("Python") << ArchiveMaker::python()
+                            << QStringList({"-m", "zipfile", "-e", "made.zip", "out"});
 }
 
 void tst_ZipWriter::otherToolsReadTheResult()
@@ -294,6 +300,44 @@ void tst_ZipWriter::fullDiskIsAFailure()
     zip.setPath("/dev/full");
     LogCapture log;
     QVERIFY(!zip.addFile(file("a.txt", QByteArray(100000, 'a')), "a.txt", QString(), false));
+}
+
+// The entry fits, and the directory behind it, without which nothing can be read, doesn't.
+void tst_ZipWriter::fullDiskAtTheDirectoryIsAFailure()
+{
+    const QString source = file("a.txt", "a");
+    ZipWriter zip;
+    zip.setPath(m_zip);
+    QSignalSpy spy(&zip, &ZipWriter::pathChanged);
+    LogCapture log;
+
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit former{};
+    QCOMPARE(getrlimit(RLIMIT_FSIZE, &former), 0);
+    const rlimit small{60, former.rlim_max};
+    QCOMPARE(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const bool added = zip.addFile(source);
+    setrlimit(RLIMIT_FSIZE, &former);
+    std::signal(SIGXFSZ, handler);
+
+    QVERIFY(!added);
+    QCOMPARE(spy.count(), 0);
+    QCOMPARE(log.count(QtCriticalMsg, category, "Error closing:"), 1);
+    QVERIFY(zip.addFile(source, QString(), QString(), false));
+}
+
+void tst_ZipWriter::archiveIsNotAddedToItself()
+{
+    ZipWriter zip;
+    zip.setPath(m_zip);
+    QVERIFY(zip.addFile(file("a.txt", "a")));
+    QVERIFY(QFile::link(m_zip, m_dir->filePath("link.zip")));
+    LogCapture log;
+    QVERIFY(!zip.addFile(m_zip));
+    QVERIFY(!zip.addFile(m_dir->filePath("link.zip")));
+    QCOMPARE(log.count(QtCriticalMsg, category, "Archive added to itself:"), 2);
+    QCOMPARE(listed().size(), 2); // the entry and the archive's comment
+    QCOMPARE(listed().first().section('|', 0, 0), QString("a.txt"));
 }
 
 TESSALINE_TEST_MAIN(tst_ZipWriter)
