@@ -238,7 +238,7 @@ void Settings::setValue(const QString &key, const QVariant &value, const QVarian
     const QVariant plainDefault = plainValue(defaultValue);
     const bool isDefault = !plainDefault.isNull() && newValue == plainDefault;
     if (newValue.isNull() || isDefault || isBlankText(newValue)) {
-        QSettings::remove(key);
+        SettingsBase::removeKey(*this, key);
         return;
     }
 

@@ -44,7 +44,7 @@ void SettingsBase::setValue(const QString &key, const QVariant &value, const QVa
 {
     const bool isDefault = !defaultValue.isNull() && value == defaultValue;
     if (value.isNull() || isDefault || value.toString().trimmed().isEmpty())
-        remove(key);
+        removeKey(*this, key);
     else
         QSettings::setValue(key, value);
 }
@@ -73,6 +73,13 @@ void SettingsBase::setColorValue(const QString &key, const QColor &color)
 QString SettingsBase::colorText(const QColor &color)
 {
     return color.name(color.alpha() == 255 ? QColor::HexRgb : QColor::HexArgb);
+}
+
+void SettingsBase::removeKey(QSettings &settings, const QString &key)
+{
+    // QSettings leaves nothing of a key that is made of slashes.
+    if (key.count(QLatin1Char('/')) < key.size())
+        settings.remove(key);
 }
 
 #include "moc_SettingsBase.cpp"

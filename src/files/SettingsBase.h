@@ -42,4 +42,8 @@ public:
     // Stores "#rrggbb", or "#aarrggbb" for a colour that isn't opaque.
     void setColorValue(const QString &key, const QColor &color);
     static QString colorText(const QColor &color);
+
+    // Removes one key, and the group of that name. An empty key would be the whole store to
+    // QSettings, and is nothing here: setting no value must not lose all the others.
+    static void removeKey(QSettings &settings, const QString &key);
 };

@@ -30,6 +30,7 @@ private slots:
     void setValueStoresOrRemoves();
     void valueChangedComesAfterTheValueIsStored();
     void removalsAreSilent();
+    void nothingUnderAnEmptyKeyLosesNothing();
     void scriptValuesAreStoredPlain();
     void objectsAreNotStored();
     void colorsAreStoredAsText_data();
@@ -269,6 +270,18 @@ void tst_Settings::removalsAreSilent()
 
     QVERIFY(settings.allKeys().isEmpty());
     QCOMPARE(spy.count(), 0);
+}
+
+void tst_Settings::nothingUnderAnEmptyKeyLosesNothing()
+{
+    Settings settings(iniPath(), QSettings::IniFormat);
+    settings.setValue("kept", 1);
+    settings.setValue("", QVariant());
+    settings.setValue("/", "  ");
+    settings.setValue("", 5, 5);
+    QCOMPARE(settings.value("kept"), QVariant(1));
+    settings.remove("");
+    QVERIFY(!settings.contains("kept"));
 }
 
 void tst_Settings::scriptValuesAreStoredPlain()

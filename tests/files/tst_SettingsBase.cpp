@@ -19,6 +19,8 @@ private slots:
     void setValueStoresWhatHasATextAndIsNotTheDefault_data();
     void setValueStoresWhatHasATextAndIsNotTheDefault();
     void setValueRemovesAFormerValue();
+    void nothingUnderAnEmptyKeyLosesNothing_data();
+    void nothingUnderAnEmptyKeyLosesNothing();
     void groupValuesLieInTheirGroup();
     void groupCallsLeaveNoGroupOpen();
     void colorsAreStoredAsText_data();
@@ -163,6 +165,28 @@ void tst_SettingsBase::setValueRemovesAFormerValue()
     settings.setValue("k", "former");
     settings.setValue("k", 5, 5);
     QVERIFY(!settings.contains("k"));
+}
+
+void tst_SettingsBase::nothingUnderAnEmptyKeyLosesNothing_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::newRow("empty") << QString("");
+    QTest::newRow("null") << QString();
+    QTest::newRow("slashes") << QString("//");
+}
+
+void tst_SettingsBase::nothingUnderAnEmptyKeyLosesNothing()
+{
+    QFETCH(QString, key);
+    SettingsBase settings(iniPath(), QSettings::IniFormat);
+    settings.setValue("kept", 1);
+    settings.setGroupValue("group", "kept", 2);
+
+    settings.setValue(key, QVariant());
+    settings.setGroupValue("group", key, "");
+
+    QCOMPARE(settings.value("kept"), QVariant(1));
+    QCOMPARE(settings.groupValue("group", "kept"), QVariant(2));
 }
 
 void tst_SettingsBase::groupValuesLieInTheirGroup()
