@@ -1,0 +1,389 @@
+#include "support/DevelopmentPortal.h"
+#include "support/IsolatedHome.h"
+
+#include <QJsonArray>
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include <csignal>
+
+// The program as a client and as its user on the command line see it.
+class tst_DevelopmentPortal : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void helpAndVersion_data();
+    void helpAndVersion();
+    void badArgumentsEndWithAMessage_data();
+    void badArgumentsEndWithAMessage();
+    void takenPort();
+    void endsCleanlyOnSignals_data();
+    void endsCleanlyOnSignals();
+    void info();
+    void jsonForms();
+    void tokens();
+    void tokenRunsOut();
+    void usersOfAFile();
+    void self();
+    void searchInPages();
+    void searchErrors();
+    void items();
+    void privateItemsNeedAToken();
+    void noWayOutOfTheFolder_data();
+    void noWayOutOfTheFolder();
+    void largeRequestsAreRefused();
+    void logHasNoSecrets();
+};
+
+static const QString Rest = "/sharing/rest";
+
+static int runProgram(const QStringList &arguments, QByteArray &output)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::MergedChannels);
+    process.start(DevelopmentPortal::program(), arguments);
+    const bool ended = process.waitForFinished(10000);
+    output = process.readAll();
+    return ended ? process.exitCode() : -1;
+}
+
+void tst_DevelopmentPortal::helpAndVersion_data()
+{
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QByteArray>("words");
+    QTest::newRow("help") << "--help" << QByteArray("--token-minutes");
+    QTest::newRow("version") << "--version" << QByteArray("tessaline-portal ");
+}
+
+void tst_DevelopmentPortal::helpAndVersion()
+{
+    QFETCH(QString, option);
+    QFETCH(QByteArray, words);
+    QByteArray output;
+    QCOMPARE(runProgram({option}, output), 0);
+    QVERIFY2(output.contains(words), output.constData());
+}
+
+void tst_DevelopmentPortal::badArgumentsEndWithAMessage_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("words");
+
+    QTest::newRow("folder") << QStringList{"--items", "/does/not/exist"}
+                            << QByteArray("/does/not/exist");
+    QTest::newRow("port") << QStringList{"--port", "70000"} << QByteArray("--port");
+    QTest::newRow("minutes, few") << QStringList{"--token-minutes", "0.09"}
+                                  << QByteArray("--token-minutes");
+    QTest::newRow("minutes, many")
+        << QStringList{"--token-minutes", "30001"} << QByteArray("--token-minutes");
+    QTest::newRow("minutes, none")
+        << QStringList{"--token-minutes", "nan"} << QByteArray("--token-minutes");
+    QTest::newRow("users") << QStringList{"--users", "/does/not/exist"}
+                           << QByteArray("/does/not/exist");
+    QTest::newRow("flag") << QStringList{"--is-portal", "maybe"} << QByteArray("--is-portal");
+    QTest::newRow("option") << QStringList{"--nonsense"} << QByteArray("nonsense");
+}
+
+void tst_DevelopmentPortal::badArgumentsEndWithAMessage()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QByteArray, words);
+    QByteArray output;
+    QCOMPARE(runProgram(arguments, output), 1);
+    QVERIFY2(output.contains(words), output.constData());
+}
+
+void tst_DevelopmentPortal::takenPort()
+{
+    DevelopmentPortal first;
+    QVERIFY2(first.start(), qPrintable(first.output()));
+    DevelopmentPortal second;
+    QVERIFY(!second.start({"--port", QString::number(first.port())}));
+    QVERIFY2(second.output().contains(QString("port %1 is taken").arg(first.port())),
+             qPrintable(second.output()));
+    QCOMPARE(second.exitCode(), 1);
+}
+
+void tst_DevelopmentPortal::endsCleanlyOnSignals_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGTERM") << SIGTERM;
+}
+
+void tst_DevelopmentPortal::endsCleanlyOnSignals()
+{
+    QFETCH(int, signal);
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    QCOMPARE(::kill(static_cast<pid_t>(portal.processId()), signal), 0);
+    QCOMPARE(portal.stop(), 0); // the signal of stop() comes second or too late
+}
+
+void tst_DevelopmentPortal::info()
+{
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    const QJsonObject info = portal.call(Rest + "/info", {{"f", "json"}}, true).json;
+    QCOMPARE(info["owningSystemUrl"].toString(), portal.url());
+    QCOMPARE(info["authInfo"].toObject()["tokenServicesUrl"].toString(),
+             portal.url() + Rest + "/generateToken");
+}
+
+void tst_DevelopmentPortal::jsonForms()
+{
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    for (const bool get : {false, true}) {
+        const auto compact = portal.call(Rest + "/info", {{"f", "json"}}, get);
+        QVERIFY(!compact.body.contains('\n'));
+        QVERIFY(compact.contentType.startsWith("application/json"));
+        const auto indented = portal.call(Rest + "/info", {{"f", "pjson"}}, get);
+        QVERIFY(indented.body.contains("\n    \"authInfo\""));
+        QCOMPARE(indented.json, compact.json);
+    }
+    const auto nothing = portal.call(Rest + "/nothing", {{"f", "json"}});
+    QCOMPARE(nothing.status, 404);
+    const QJsonObject error = nothing.json["error"].toObject();
+    QCOMPARE(error.keys(), QStringList({"code", "details", "message"}));
+    QVERIFY(error["details"].isArray());
+}
+
+void tst_DevelopmentPortal::tokens()
+{
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    for (const bool get : {false, true}) {
+        const qint64 before = QDateTime::currentMSecsSinceEpoch();
+        const QJsonObject answer =
+            portal
+                .call(Rest + "/generateToken",
+                      {{"username", "demo"}, {"password", "demo"}, {"expiration", "120"}}, get)
+                .json;
+        QCOMPARE(answer["token"].toString().size(), 64);
+        QCOMPARE(answer["ssl"], QJsonValue(false));
+        const double life = answer["expires"].toDouble() - before;
+        QVERIFY2(life >= 7200000 && life < 7260000, qPrintable(QString::number(life)));
+    }
+    QVERIFY(portal.token() != portal.token());
+    QCOMPARE(portal.token("demo", "Demo"), QString());
+    QCOMPARE(portal.token("nobody", "demo"), QString());
+    QCOMPARE(portal.token("nobody", ""), QString());
+    const auto wrong =
+        portal.call(Rest + "/generateToken", {{"username", "demo"}, {"password", "x"}});
+    QCOMPARE(wrong.status, 200);
+    QCOMPARE(wrong.errorCode(), 400);
+    QCOMPARE(portal.call(Rest + "/portals/self", {{"token", "invented"}}).errorCode(), 498);
+}
+
+void tst_DevelopmentPortal::tokenRunsOut()
+{
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start({"--token-minutes", "0.1"}), qPrintable(portal.output()));
+    const QString token = portal.token();
+    QCOMPARE(portal.call(Rest + "/portals/self", {{"token", token}}).errorCode(), 0);
+    QTRY_COMPARE_WITH_TIMEOUT(portal.call(Rest + "/portals/self", {{"token", token}}).errorCode(),
+                              498, 10000);
+}
+
+void tst_DevelopmentPortal::usersOfAFile()
+{
+    DevelopmentPortal portal;
+    portal.writeFile("users.json", "{\"jo\": {\"password\": \"@secret\", \"fullName\": \"Jo Doe\","
+                                   "\"thumbnail\": \"jo.png\"}}");
+    portal.writeFile("jo.png", "a picture");
+    QVERIFY2(portal.start({"--users", portal.path("users.json")}), qPrintable(portal.output()));
+
+    QCOMPARE(portal.token(), QString()); // no "demo" any more
+    QVERIFY(!portal.token("jo", "@secret").isEmpty());
+    const auto marked =
+        portal.call(Rest + "/generateToken", {{"username", "jo"}, {"#password", "@secret"}});
+    QVERIFY(!marked.json["token"].toString().isEmpty());
+    const auto user = portal.call(Rest + "/community/users/jo", {{"f", "json"}});
+    QCOMPARE(user.json["username"].toString(), QString("jo"));
+    QCOMPARE(user.json["fullName"].toString(), QString("Jo Doe"));
+    QVERIFY(!user.body.contains("secret"));
+    QCOMPARE(portal.call(Rest + "/community/users/joe").errorCode(), 400);
+    QCOMPARE(portal.call(Rest + "/community/users/jo/info/jo.png", {}, true).body,
+             QByteArray("a picture"));
+    QCOMPARE(portal.call(Rest + "/community/users/jo/info/users.json", {}, true).status, 404);
+}
+
+void tst_DevelopmentPortal::self()
+{
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start({"--name", "N", "--portal-name", "P", "--is-portal", "false",
+                           "--scene-services", "true"}),
+             qPrintable(portal.output()));
+    const QJsonObject self = portal.call(Rest + "/portals/self").json;
+    QCOMPARE(self, QJsonObject({{"name", "N"},
+                                {"portalName", "P"},
+                                {"isPortal", false},
+                                {"supportsSceneServices", true}}));
+    const QJsonObject mine = portal.call(Rest + "/portals/self", {{"token", portal.token()}}).json;
+    QCOMPARE(mine["user"].toObject()["username"].toString(), QString("demo"));
+}
+
+void tst_DevelopmentPortal::searchInPages()
+{
+    DevelopmentPortal portal;
+    for (int i = 0; i < 5; ++i)
+        portal.addItem(QString("item%1").arg(i), {{"tags", QStringList{"page"}}});
+    portal.addItem("other", {});
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+
+    int next = 1;
+    QStringList ids;
+    QList<int> starts;
+    while (next > 0 && starts.size() < 10) {
+        starts.append(next);
+        const QJsonObject page =
+            portal.call(Rest + "/search", {{"q", "tags:page"}, {"start", next}, {"num", 2}}).json;
+        QCOMPARE(page["total"].toInt(), 5);
+        QCOMPARE(page["start"].toInt(), next);
+        for (const QJsonValue item : page["results"].toArray())
+            ids.append(item.toObject()["id"].toString());
+        next = page["nextStart"].toInt();
+    }
+    QCOMPARE(ids, QStringList({"item0", "item1", "item2", "item3", "item4"}));
+    QCOMPARE(starts, QList<int>({1, 3, 5}));
+    QCOMPARE(next, -1);
+}
+
+void tst_DevelopmentPortal::searchErrors()
+{
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    const auto wrong = portal.call(Rest + "/search", {{"q", "(type:\"x\""}});
+    QCOMPARE(wrong.status, 200);
+    QCOMPARE(wrong.errorCode(), 400);
+    QVERIFY(!wrong.json["error"].toObject()["details"].toArray().isEmpty());
+    const QJsonObject beyond =
+        portal.call(Rest + "/search", {{"start", "2147483647"}, {"num", "-1"}}).json;
+    QCOMPARE(beyond["nextStart"].toInt(), -1);
+    QVERIFY(beyond["results"].toArray().isEmpty());
+}
+
+void tst_DevelopmentPortal::items()
+{
+    DevelopmentPortal portal;
+    portal.addItem("app", {{"title", "An app"}},
+                   {{"data/appinfo.json", "{}"}, {"thumbnail.png", "png"}});
+    portal.addItem("bare", {}, {{"appinfo.json", "{}"}});
+    portal.addItem("file", {{"name", "tiles.tpk"}, {"thumbnail", "thumbnail/photo.jpg"}},
+                   {{"tiles.tpk", QByteArray(300000, 'x')}, {"photo.jpg", "jpg"}});
+    portal.addItem("empty", {});
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+
+    const QString items = Rest + "/content/items/";
+    const QJsonObject app = portal.call(items + "app", {{"f", "pjson"}}).json;
+    QCOMPARE(app["id"].toString(), QString("app"));
+    QCOMPARE(app["title"].toString(), QString("An app"));
+    QCOMPARE(app["type"].toString(), QString("Native Application"));
+    QCOMPARE(app["thumbnail"].toString(), QString("thumbnail/thumbnail.png"));
+    QVERIFY(portal.call(items + "app/data").body.startsWith("PK\3\4"));
+    QCOMPARE(portal.call(items + "app/data").body.size(), app["size"].toInt());
+    QVERIFY(portal.call(items + "bare/data").body.startsWith("PK\3\4"));
+    QCOMPARE(portal.call(items + "file/data").body, QByteArray(300000, 'x'));
+    QCOMPARE(portal.call(items + "app/info/thumbnail/thumbnail.png", {}, true).body,
+             QByteArray("png"));
+    QCOMPARE(portal.call(items + "file/info/thumbnail/photo.jpg").body, QByteArray("jpg"));
+
+    const auto missing = portal.call(items + "none", {{"f", "json"}});
+    QCOMPARE(missing.status, 200);
+    QCOMPARE(missing.errorCode(), 400);
+    QCOMPARE(portal.call(items + "none/data").status, 400);
+    QCOMPARE(portal.call(items + "empty/data").status, 404);
+    QCOMPARE(portal.call(items + "app/info/iteminfo.json").status, 404);
+}
+
+void tst_DevelopmentPortal::privateItemsNeedAToken()
+{
+    DevelopmentPortal portal;
+    portal.addItem("mine", {{"access", "private"}}, {{"data", "text"}});
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    const QString item = Rest + "/content/items/mine";
+    const QVariantMap fields{{"token", portal.token()}};
+
+    QCOMPARE(portal.call(item).errorCode(), 400);
+    QCOMPARE(portal.call(item + "/data").status, 400);
+    QCOMPARE(portal.call(Rest + "/search").json["total"].toInt(), 0);
+    QCOMPARE(portal.call(item, fields).json["id"].toString(), QString("mine"));
+    QCOMPARE(portal.call(item + "/data", fields, true).body, QByteArray("text"));
+    QCOMPARE(portal.call(Rest + "/search", fields).json["total"].toInt(), 1);
+}
+
+void tst_DevelopmentPortal::noWayOutOfTheFolder_data()
+{
+    QTest::addColumn<QByteArray>("target");
+    QTest::newRow("steps in the id") << QByteArray("/content/items/../secret/data");
+    QTest::newRow("encoded steps") << QByteArray("/content/items/%2e%2e%2fsecret/data");
+    QTest::newRow("dots") << QByteArray("/content/items/../data");
+    QTest::newRow("steps in a resource") << QByteArray("/content/items/app/info/../../secret.txt");
+    QTest::newRow("encoded resource") << QByteArray("/content/items/app/info/..%2f..%2fsecret.txt");
+    QTest::newRow("absolute") << QByteArray("/content/items/app/info//etc/passwd");
+    QTest::newRow("NUL") << QByteArray("/content/items/app%00/data");
+    QTest::newRow("thumbnail that steps out")
+        << QByteArray("/content/items/out/info/../../secret.txt");
+    QTest::newRow("link") << QByteArray("/content/items/link/data");
+}
+
+void tst_DevelopmentPortal::noWayOutOfTheFolder()
+{
+    QFETCH(QByteArray, target);
+    DevelopmentPortal portal;
+    portal.writeFile("secret.txt", "secret words");
+    portal.writeFile("secret/data", "secret words");
+    portal.addItem("app", {}, {{"data", "open"}});
+    portal.addItem("out", {{"thumbnail", "../../secret.txt"}, {"name", "../../secret.txt"}});
+    portal.addItem("link", {});
+    QVERIFY(QFile::link(portal.path("secret.txt"), portal.path("items/link/data")));
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+
+    QTcpSocket socket; // a client that leaves the path as it is
+    socket.connectToHost("127.0.0.1", portal.port());
+    QVERIFY(socket.waitForConnected());
+    socket.write("GET " + Rest.toLatin1() + target + " HTTP/1.0\r\n\r\n");
+    QByteArray answer;
+    while (socket.waitForReadyRead(5000))
+        answer += socket.readAll();
+    QVERIFY2(answer.startsWith("HTTP/1.1 40"), answer.constData());
+    QVERIFY(!answer.contains("secret words"));
+    QVERIFY(!answer.contains("root:"));
+}
+
+void tst_DevelopmentPortal::largeRequestsAreRefused()
+{
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    QTcpSocket socket;
+    socket.connectToHost("127.0.0.1", portal.port());
+    QVERIFY(socket.waitForConnected());
+    socket.write("POST /sharing/rest/search HTTP/1.1\r\nHost: x\r\nContent-Type: text/plain\r\n"
+                 "Connection: close\r\nContent-Length: 1000000000\r\n\r\n");
+    socket.write(QByteArray(100000, 'x'));
+    QByteArray answer;
+    while (!answer.contains("\r\n") && socket.waitForReadyRead(10000))
+        answer += socket.readAll();
+    QVERIFY2(answer.startsWith("HTTP/1.1 413"), answer.constData());
+    socket.abort();
+    QCOMPARE(portal.call(Rest + "/search").status, 200); // and it still answers others
+}
+
+void tst_DevelopmentPortal::logHasNoSecrets()
+{
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    const QVariantMap fields{{"username", "demo"}, {"password", "demo-pass"}, {"token", "t0ken"}};
+    portal.call(Rest + "/generateToken", fields, true);
+    portal.call(Rest + "/portals/self", fields, true);
+    QCOMPARE(portal.stop(), 0);
+    QVERIFY2(portal.output().contains("GET /sharing/rest/portals/self 200\n"),
+             qPrintable(portal.output()));
+    QVERIFY(!portal.output().contains("demo-pass"));
+    QVERIFY(!portal.output().contains("t0ken"));
+}
+
+TESSALINE_TEST_MAIN(tst_DevelopmentPortal)
+#include "tst_DevelopmentPortal.moc"
