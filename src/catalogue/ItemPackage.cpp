@@ -172,7 +172,8 @@ void ItemPackage::onPackageItemInfoReady()
     emit downloadStarted();
 }
 
-// False, with downloadError(), where a tile package's folder can't be made.
+// False, with downloadError(), where a tile package's folder can't be made or its file's name would
+// lead elsewhere.
 bool ItemPackage::chooseFolder(const QStringList &tags, QDir &folder, QString &fileName)
 {
     AppInfoList folders(nullptr);
@@ -185,6 +186,15 @@ bool ItemPackage::chooseFolder(const QStringList &tags, QDir &folder, QString &f
         return true;
     }
 
+    // Refused here, before downloadStarted(): whoever waits for it would take that for progress after
+    // the error.
+    fileName = m_packageRequest.itemInfo.value(QStringLiteral("name")).toString();
+    if (!staysInFolder(fileName)) {
+        qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Not a file name:" << fileName;
+        emit downloadError(
+            new TessalineError(QStringLiteral("Not a file name:"), fileName, nullptr));
+        return false;
+    }
     folder = QDir(QDir(m_path).filePath(m_itemId));
     if (!FileUtility::mkpath(folder)) {
         qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Unable to create:" << folder;
@@ -192,7 +202,6 @@ bool ItemPackage::chooseFolder(const QStringList &tags, QDir &folder, QString &f
             new TessalineError(QStringLiteral("Error creating:"), folder.path(), nullptr));
         return false;
     }
-    fileName = m_packageRequest.itemInfo.value(QStringLiteral("name")).toString();
     return true;
 }
 

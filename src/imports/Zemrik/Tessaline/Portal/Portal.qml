@@ -94,7 +94,8 @@ Item {
                 console.log("info:", JSON.stringify(response, undefined, 2));
                 tokenServicesUrl = response.authInfo.tokenServicesUrl;
                 owningSystemUrl = response.owningSystemUrl;
-                generateToken.generateToken(username, password);
+                // By id: a request has a property "password" of its own.
+                generateToken.generateToken(_portal.username, _portal.password);
             }
         }
         onErrorTextChanged: console.log("infoRequest error", errorText)

@@ -1,0 +1,208 @@
+#include "support/DevelopmentPortal.h"
+#include "support/HttpServer.h"
+#include "support/IsolatedHome.h"
+#include "support/PortalElement.h"
+
+#include <QSignalSpy>
+#include <QUrlQuery>
+
+// The component against the development portal; where the bytes of a request matter, against a
+// server that keeps them.
+class tst_Portal : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void signInAndOut();
+    void wrongPasswordRaisesTheServicesError();
+    void unreachableServiceRaisesAnError();
+    void passwordThatBeginsWithAt();
+    void tokenThatNamesAFileIsSentAsText();
+    void expiryModes_data();
+    void expiryModes();
+    void aNewPortalUrlSignsOut();
+    void longTokens();
+
+private:
+    QQmlEngine m_engine;
+    DevelopmentPortal m_server;
+    std::unique_ptr<QObject> m_portal;
+};
+
+void tst_Portal::initTestCase()
+{
+    m_server.writeFile("users.json", "{\"jo\": {\"password\": \"pw\", \"thumbnail\": \"jo.png\"},"
+                                     " \"at\": {\"password\": \"@/etc/hostname\"}}");
+    QVERIFY2(m_server.start({"--users", m_server.path("users.json")}),
+             qPrintable(m_server.output()));
+}
+
+void tst_Portal::init()
+{
+    m_portal = makePortalElement(m_engine, m_server.url());
+    QVERIFY(m_portal);
+}
+
+void tst_Portal::cleanup()
+{
+    m_portal.reset();
+}
+
+void tst_Portal::signInAndOut()
+{
+    QVERIFY(!m_portal->property("signedIn").toBool());
+    QVERIFY(signIn(m_portal.get(), "jo", "pw"));
+    QCOMPARE(m_portal->property("tokenServicesUrl").toUrl().toString(),
+             m_server.url() + "/sharing/rest/generateToken");
+    QCOMPARE(m_portal->property("owningSystemUrl").toUrl().toString(), m_server.url());
+    QTRY_VERIFY(m_portal->property("user").value<QJSValue>().toVariant().isValid()
+                || m_portal->property("user").toMap().contains("username"));
+    const QString picture = m_portal->property("userThumbnailUrl").toUrl().toString();
+    QCOMPARE(picture, m_server.url() + "/sharing/rest/community/users/jo/info/jo.png?token="
+                          + m_portal->property("token").toString());
+    const qint64 minutes =
+        QDateTime::currentDateTime().secsTo(m_portal->property("expires").toDateTime()) / 60;
+    QVERIFY2(minutes == 119 || minutes == 120, qPrintable(QString::number(minutes)));
+
+    QMetaObject::invokeMethod(m_portal.get(), "signOut");
+    QVERIFY(!m_portal->property("signedIn").toBool());
+    QCOMPARE(m_portal->property("userThumbnailUrl").toUrl(), QUrl());
+    QCOMPARE(m_portal->property("username").toString(), QString("jo"));
+    QCOMPARE(m_portal->property("password").toString(), QString("pw"));
+}
+
+void tst_Portal::wrongPasswordRaisesTheServicesError()
+{
+    QSignalSpy error(m_portal.get(), SIGNAL(error(QVariant)));
+    startSignIn(m_portal.get(), "jo", "wrong");
+    QVERIFY(error.wait());
+    const QVariant argument = error.first().first();
+    const QVariantMap map = argument.userType() == qMetaTypeId<QJSValue>()
+                                ? argument.value<QJSValue>().toVariant().toMap()
+                                : argument.toMap();
+    QCOMPARE(map.value("code").toInt(), 400);
+    QCOMPARE(map.value("message").toString(), QString("Unable to generate token."));
+    QCOMPARE(error.count(), 1);
+    QVERIFY(!m_portal->property("signedIn").toBool());
+}
+
+void tst_Portal::unreachableServiceRaisesAnError()
+{
+    QSignalSpy error(m_portal.get(), SIGNAL(error(QVariant)));
+    m_portal->setProperty("tokenServicesUrl", QUrl("http://127.0.0.1:1/token"));
+    startSignIn(m_portal.get(), "jo", "pw");
+    QVERIFY(error.wait());
+    QVERIFY(!m_portal->property("signedIn").toBool());
+}
+
+void tst_Portal::passwordThatBeginsWithAt()
+{
+    QVERIFY(signIn(m_portal.get(), "at", "@/etc/hostname"));
+
+    HttpServer server;
+    server.on("/token", [](const HttpServer::Request &) {
+        return HttpServer::Answer{"{\"error\": {}}", 200, "application/json"};
+    });
+    QSignalSpy error(m_portal.get(), SIGNAL(error(QVariant)));
+    m_portal->setProperty("tokenServicesUrl", server.url("/token"));
+    startSignIn(m_portal.get(), "at", "@/etc/hostname");
+    QVERIFY(error.wait());
+    const HttpServer::Request request = server.lastRequest();
+    const QUrlQuery form(QString::fromUtf8(request.body));
+    QVERIFY2(request.parts.contains("#password")
+                 || QUrl::fromPercentEncoding(request.body).contains("#password=@/etc/hostname"),
+             request.body.constData());
+    QVERIFY(!request.parts.contains("password"));
+    QVERIFY(!form.hasQueryItem("password"));
+}
+
+void tst_Portal::tokenThatNamesAFileIsSentAsText()
+{
+    HttpServer server;
+    const QByteArray json = "{\"token\": \"@/etc/passwd\", \"expires\": "
+                            + QByteArray::number(QDateTime::currentMSecsSinceEpoch() + 600000)
+                            + ", \"ssl\": false}";
+    server.on("/token", [json](const HttpServer::Request &) {
+        return HttpServer::Answer{json, 200, "application/json"};
+    });
+    for (const char *path : {"/sharing/rest/portals/self", "/sharing/rest/community/users/jo"})
+        server.on(path, [](const HttpServer::Request &) {
+            return HttpServer::Answer{"{}", 200, "application/json"};
+        });
+    m_portal->setProperty("portalUrl", server.url(""));
+    m_portal->setProperty("tokenServicesUrl", server.url("/token"));
+    QVERIFY(signIn(m_portal.get(), "jo", "pw"));
+    QTRY_COMPARE(server.requestCount(), 3);
+    for (const HttpServer::Request &request : server.requests()) {
+        QVERIFY(!request.body.contains("root:"));
+        for (const HttpServer::Part &part : request.parts)
+            QVERIFY(!part.content.contains("root:") && part.fileName.isEmpty());
+        if (request.path != "/token")
+            QVERIFY(QUrl::fromPercentEncoding(request.body).contains("token=@/etc/passwd")
+                    || request.parts.value("token").content == "@/etc/passwd");
+    }
+}
+
+void tst_Portal::expiryModes_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::addColumn<bool>("signedIn");
+    QTest::addColumn<int>("expired");
+    QTest::newRow("signal") << "expiryModeSignal" << true << 1;
+    QTest::newRow("sign out") << "expiryModeSignOut" << false << 0;
+    QTest::newRow("sign in: stops at its missing arguments") << "expiryModeSignIn" << true << 0;
+}
+
+void tst_Portal::expiryModes()
+{
+    QFETCH(QString, mode);
+    DevelopmentPortal server;
+    QVERIFY2(server.start({"--token-minutes", "0.1"}), qPrintable(server.output()));
+    m_portal->setProperty("portalUrl", server.url());
+    m_portal->setProperty("expiryMode", m_portal->property(mode.toLatin1().constData()));
+    QSignalSpy expired(m_portal.get(), SIGNAL(expired()));
+    int warnings = 0;
+    QObject context;
+    connect(&m_engine, &QQmlEngine::warnings, &context, [&warnings] { ++warnings; });
+    QVERIFY(signIn(m_portal.get(), "demo", "demo"));
+    const QString token = m_portal->property("token").toString();
+    // A token of 6 seconds runs out for the component after one.
+    if (mode == "expiryModeSignal")
+        QTRY_COMPARE(expired.count(), 1);
+    else if (mode == "expiryModeSignOut")
+        QTRY_VERIFY(!m_portal->property("signedIn").toBool());
+    else
+        QTRY_VERIFY(warnings > 0);
+    QTEST(m_portal->property("signedIn").toBool(), "signedIn");
+    QTEST(expired.count(), "expired");
+    if (m_portal->property("signedIn").toBool())
+        QCOMPARE(m_portal->property("token").toString(), token);
+}
+
+void tst_Portal::aNewPortalUrlSignsOut()
+{
+    QVERIFY(signIn(m_portal.get(), "jo", "pw"));
+    m_portal->setProperty("portalUrl", QUrl("http://127.0.0.1:1"));
+    QVERIFY(!m_portal->property("signedIn").toBool());
+    QCOMPARE(m_portal->property("tokenServicesUrl").toUrl(), QUrl());
+    QCOMPARE(m_portal->property("username").toString(), QString("jo"));
+    QCOMPARE(m_portal->property("restUrl").toUrl(), QUrl("http://127.0.0.1:1/sharing/rest"));
+}
+
+void tst_Portal::longTokens()
+{
+    DevelopmentPortal server;
+    QVERIFY2(server.start({"--token-minutes", "30000"}), qPrintable(server.output()));
+    m_portal->setProperty("portalUrl", server.url());
+    QVERIFY(signIn(m_portal.get(), "demo", "demo"));
+    const qint64 minutes =
+        QDateTime::currentDateTime().secsTo(m_portal->property("expires").toDateTime()) / 60;
+    QVERIFY(minutes >= 29998 && minutes <= 30000);
+}
+
+TESSALINE_TEST_MAIN(tst_Portal)
+#include "tst_Portal.moc"

@@ -1,0 +1,326 @@
+#include "portal/PortalPackageRequest.h"
+
+#include "plugin/TessalineError.h"
+#include "portal/PortalObject.h"
+#include "support/DevelopmentPortal.h"
+#include "support/IsolatedHome.h"
+#include "support/LogCapture.h"
+#include "support/PortalElement.h"
+#include "support/SignalRecorder.h"
+
+#include <QBuffer>
+#include <QFileInfo>
+#include <QImage>
+#include <QImageReader>
+#include <QJsonDocument>
+#include <QSignalSpy>
+
+// Against the development portal, with the archives that it packs.
+class tst_PortalPackageRequest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void init();
+
+    void completeRun();
+    void thumbnails_data();
+    void thumbnails();
+    void infoOnlyStopsAfterTheInformation();
+    void withoutUnpackingTheDownloadStays();
+    void errorOfThePortal();
+    void damagedArchiveStopsInSilence();
+    void missingDataStopInSilence();
+    void missingThumbnailStopsAfterTheData();
+    void idsThatLeadElsewhereAreRefused_data();
+    void idsThatLeadElsewhereAreRefused();
+    void fileNamesThatLeadElsewhereAreRefused();
+
+private:
+    QString output(const QString &name) const { return m_work->filePath("output/" + name); }
+    QJsonObject savedInfo(const QString &id) const;
+
+    QQmlEngine m_engine;
+    DevelopmentPortal m_server;
+    std::unique_ptr<QObject> m_element;
+    std::unique_ptr<PortalObject> m_portal;
+    std::unique_ptr<QTemporaryDir> m_work;
+    std::unique_ptr<PortalPackageRequest> m_request;
+};
+
+namespace {
+
+const char package[] = "Zemrik.Tessaline.Package";
+const char manager[] = "Zemrik.Tessaline.Manager";
+const qint64 Modified = 1500000000000;
+
+QByteArray picture(const char *format)
+{
+    QImage image(8, 8, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, format);
+    return bytes;
+}
+
+QStringList withoutProgress(QStringList names)
+{
+    names.removeAll("progress");
+    return names;
+}
+
+} // namespace
+
+void tst_PortalPackageRequest::initTestCase()
+{
+    const QMap<QString, QByteArray> app{
+        {"data/appinfo.json", "{\"a\": 1}"}, {"data/sub/main.qml", "Item {}"},
+        {"photo.jpg", picture("JPG")},       {"logo.jpeg", picture("JPG")},
+        {"upper.JPG", picture("JPG")},       {"damaged.jpg", "no picture"},
+        {"thumbnail.png", picture("PNG")}};
+    const auto info = [](const QString &thumbnail) {
+        return QVariantMap{{"title", "An app"}, {"modified", Modified}, {"thumbnail", thumbnail}};
+    };
+    m_server.addItem("jpg", info("thumbnail/photo.jpg"), app);
+    m_server.addItem("png", info("thumbnail/thumbnail.png"), app);
+    m_server.addItem("jpeg", info("logo.jpeg"), app);
+    m_server.addItem("upper", info("upper.JPG"), app);
+    m_server.addItem("damaged", info("damaged.jpg"), app);
+    m_server.addItem("none", info(""), app);
+    m_server.addItem("lost", info("lost.png"), app);
+    m_server.addItem("broken", info(""), {{"data", "PK no archive"}});
+    m_server.addItem("nodata", info(""));
+    QVERIFY2(m_server.start(), qPrintable(m_server.output()));
+    m_element = makePortalElement(m_engine, m_server.url());
+    QVERIFY(m_element);
+    m_portal = std::make_unique<PortalObject>(m_element.get(), nullptr);
+    QVERIFY(m_portal->isPortal());
+}
+
+void tst_PortalPackageRequest::cleanupTestCase()
+{
+    m_request.reset();
+    m_element.reset();
+}
+
+void tst_PortalPackageRequest::init()
+{
+    m_work = std::make_unique<QTemporaryDir>();
+    m_request = std::make_unique<PortalPackageRequest>();
+    m_request->setNetworkAccessManager(m_engine.networkAccessManager());
+    m_request->setPortal(m_portal.get());
+    m_request->packageFolder = QDir(m_work->filePath("packages"));
+    m_request->outputFolder = QDir(m_work->filePath("output"));
+    QVERIFY(QDir(m_work->path()).mkpath("packages"));
+}
+
+QJsonObject tst_PortalPackageRequest::savedInfo(const QString &id) const
+{
+    QFile file(output(id + "/iteminfo.json"));
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
+                                          : QJsonObject();
+}
+
+void tst_PortalPackageRequest::completeRun()
+{
+    LogCapture log;
+    SignalRecorder recorder(m_request.get());
+    const QString zip = m_work->filePath("packages/jpg.zip");
+    connect(m_request.get(), &PortalPackageRequest::itemInfoReady, this, [this, zip] {
+        QVERIFY(!QFile::exists(zip));
+        QVERIFY(!QFile::exists(output("jpg")));
+    });
+    connect(m_request.get(), &PortalPackageRequest::dataReady, this, [this, zip] {
+        QVERIFY(!QFile::exists(zip));
+        QCOMPARE(savedInfo("jpg")["thumbnail"].toString(), QString("thumbnail/photo.jpg"));
+        QVERIFY(QFile::exists(output("jpg/sub/main.qml")));
+        QVERIFY(!QFile::exists(output("jpg/thumbnail.png")));
+    });
+    QList<double> progress;
+    connect(m_request.get(), &PortalPackageRequest::progress, this,
+            [&progress](double value) { progress.append(value); });
+    m_request->request("jpg", false);
+    QTRY_COMPARE(withoutProgress(recorder.names()),
+                 QStringList({"itemInfoReady", "dataReady", "thumbnailReady", "ready"}));
+
+    QCOMPARE(progress.count(1.0), 3);
+    QCOMPARE(QDir(output("jpg")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList({"appinfo.json", "iteminfo.json", "sub", "thumbnail.png"}));
+    QCOMPARE(QImageReader::imageFormat(output("jpg/thumbnail.png")), QByteArray("png"));
+    QCOMPARE(savedInfo("jpg")["thumbnail"].toString(), QString("thumbnail/thumbnail.png"));
+    QCOMPARE(savedInfo("jpg")["title"].toString(), QString("An app"));
+    QCOMPARE(m_request->itemInfo.value("thumbnail").toString(), QString("thumbnail/thumbnail.png"));
+    QCOMPARE(QFileInfo(output("jpg/iteminfo.json")).lastModified().toMSecsSinceEpoch(), Modified);
+    QVERIFY(QDir(m_work->filePath("packages")).isEmpty());
+    QCOMPARE(log.count(QtDebugMsg, package, "Unpackaging to:"), 1);
+    QCOMPARE(log.count(QtDebugMsg, package, "appinfo.json, sub/main.qml"), 1);
+    QCOMPARE(log.count(QtDebugMsg, package, "Writing"), 3);
+    QCOMPARE(log.count(QtCriticalMsg), 0);
+    QCOMPARE(log.count(QtWarningMsg), 0);
+}
+
+void tst_PortalPackageRequest::thumbnails_data()
+{
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("writings");
+    QTest::addColumn<QString>("critical");
+
+    QTest::newRow("png of that name") << "png"
+                                      << "thumbnail.png"
+                                      << "thumbnail/thumbnail.png" << 1 << "";
+    QTest::newRow("jpeg stays") << "jpeg"
+                                << "thumbnail.jpeg"
+                                << "thumbnail/thumbnail.jpeg" << 2 << "";
+    QTest::newRow("JPG stays") << "upper"
+                               << "thumbnail.JPG"
+                               << "thumbnail/thumbnail.JPG" << 2 << "";
+    QTest::newRow("damaged jpg stays") << "damaged"
+                                       << "thumbnail.jpg"
+                                       << "thumbnail/thumbnail.jpg" << 2 << "Thumbnail load failed";
+    QTest::newRow("none") << "none"
+                          << ""
+                          << "" << 1 << "";
+}
+
+void tst_PortalPackageRequest::thumbnails()
+{
+    QFETCH(QString, id);
+    QFETCH(QString, file);
+    QFETCH(QString, critical);
+    LogCapture log;
+    SignalRecorder recorder(m_request.get());
+    m_request->request(id, false);
+    QTRY_COMPARE(withoutProgress(recorder.names()),
+                 QStringList({"itemInfoReady", "dataReady", "thumbnailReady", "ready"}));
+    const QStringList pictures = QDir(output(id)).entryList({"thumbnail.*"}, QDir::Files);
+    QCOMPARE(pictures, file.isEmpty() ? QStringList() : QStringList(file));
+    QTEST(savedInfo(id)["thumbnail"].toString(), "text");
+    QTEST(log.count(QtDebugMsg, package, "Writing"), "writings");
+    QCOMPARE(log.count(QtCriticalMsg), critical.isEmpty() ? 0 : 1);
+    if (!critical.isEmpty())
+        QCOMPARE(log.count(QtCriticalMsg, package, critical), 1);
+}
+
+void tst_PortalPackageRequest::infoOnlyStopsAfterTheInformation()
+{
+    SignalRecorder recorder(m_request.get());
+    m_request->request("none", true);
+    QTRY_COMPARE(withoutProgress(recorder.names()), QStringList({"itemInfoReady"}));
+    QCOMPARE(m_request->itemInfo.value("id").toString(), QString("none"));
+    QVERIFY(QDir(m_work->filePath("packages")).isEmpty());
+
+    m_request->requestData(true); // the owner goes on
+    QTRY_VERIFY(recorder.names().contains("ready"));
+    QVERIFY(QFile::exists(output("none/appinfo.json")));
+}
+
+void tst_PortalPackageRequest::withoutUnpackingTheDownloadStays()
+{
+    LogCapture log;
+    QSignalSpy ready(m_request.get(), &PortalPackageRequest::ready);
+    m_request->packageFileName = "file.bin";
+    m_request->request("none", true);
+    QSignalSpy info(m_request.get(), &PortalPackageRequest::itemInfoReady);
+    QVERIFY(info.wait());
+    m_request->requestData(false);
+    QVERIFY(ready.wait());
+    QVERIFY(QFile::exists(m_work->filePath("packages/file.bin")));
+    QVERIFY(!QFile::exists(output("none"))); // nobody made the folder
+    QCOMPARE(log.count(QtWarningMsg, package, "Error setting date/time"), 1);
+}
+
+void tst_PortalPackageRequest::errorOfThePortal()
+{
+    LogCapture log;
+    SignalRecorder recorder(m_request.get());
+    TessalineError *error = nullptr;
+    connect(m_request.get(), &PortalPackageRequest::error, this,
+            [&error](TessalineError *e) { error = e; });
+    m_request->request("unknown", false);
+    QTRY_VERIFY(error);
+    const std::unique_ptr<TessalineError> owned(error);
+    QCOMPARE(withoutProgress(recorder.names()), QStringList({"error"}));
+    QCOMPARE(error->message(), QString("Item does not exist or is inaccessible."));
+    QCOMPARE(error->details(), QString());
+    QCOMPARE(error->code(), 0);
+    QVERIFY(!error->parent());
+    QCOMPARE(log.count(QtCriticalMsg, manager, "error"), 1);
+}
+
+void tst_PortalPackageRequest::damagedArchiveStopsInSilence()
+{
+    LogCapture log;
+    SignalRecorder recorder(m_request.get());
+    m_request->request("broken", false);
+    QTRY_COMPARE(log.count(QtCriticalMsg, package, "Error opening package:"), 1);
+    QCOMPARE(withoutProgress(recorder.names()), QStringList({"itemInfoReady"}));
+    QVERIFY(QFile::exists(m_work->filePath("packages/broken.zip")));
+    QVERIFY(QDir(output("broken")).isEmpty());
+}
+
+void tst_PortalPackageRequest::missingDataStopInSilence()
+{
+    LogCapture log;
+    SignalRecorder recorder(m_request.get());
+    m_request->request("nodata", false);
+    QTRY_COMPARE(log.count(QtCriticalMsg, manager, "statusCode"), 1);
+    QCOMPARE(withoutProgress(recorder.names()), QStringList({"itemInfoReady"}));
+    QVERIFY(!QFile::exists(output("nodata")));
+}
+
+void tst_PortalPackageRequest::missingThumbnailStopsAfterTheData()
+{
+    LogCapture log;
+    SignalRecorder recorder(m_request.get());
+    m_request->request("lost", false);
+    QTRY_COMPARE(log.count(QtCriticalMsg, manager, "statusCode"), 1);
+    QCOMPARE(withoutProgress(recorder.names()), QStringList({"itemInfoReady", "dataReady"}));
+    QVERIFY(QFile::exists(output("lost/appinfo.json")));
+}
+
+void tst_PortalPackageRequest::idsThatLeadElsewhereAreRefused_data()
+{
+    QTest::addColumn<QString>("id");
+    QTest::newRow("step") << "..";
+    QTest::newRow("dot") << ".";
+    QTest::newRow("path") << "../other";
+    QTest::newRow("absolute") << "/etc";
+    QTest::newRow("slash") << "a/b";
+    QTest::newRow("NUL") << QString("a") + QChar(0) + "b";
+}
+
+void tst_PortalPackageRequest::idsThatLeadElsewhereAreRefused()
+{
+    QFETCH(QString, id);
+    LogCapture log;
+    SignalRecorder recorder(m_request.get());
+    std::unique_ptr<TessalineError> error;
+    connect(m_request.get(), &PortalPackageRequest::error, this,
+            [&error](TessalineError *e) { error.reset(e); });
+    m_request->request(id, false);
+    QCOMPARE(recorder.names(), QStringList({"error"}));
+    QCOMPARE(log.count(QtCriticalMsg, package, "Not a file name:"), 1);
+    QVERIFY(!QFile::exists(m_work->filePath("output")));
+}
+
+void tst_PortalPackageRequest::fileNamesThatLeadElsewhereAreRefused()
+{
+    LogCapture log;
+    std::unique_ptr<TessalineError> error;
+    connect(m_request.get(), &PortalPackageRequest::error, this,
+            [&error](TessalineError *e) { error.reset(e); });
+    m_request->packageFileName = "../escaped";
+    m_request->request("none", false);
+    QTRY_VERIFY(error);
+    QCOMPARE(log.count(QtCriticalMsg, package, "Not a file name:"), 1);
+    QVERIFY(!QFile::exists(m_work->filePath("escaped")));
+}
+
+TESSALINE_TEST_MAIN(tst_PortalPackageRequest)
+#include "tst_PortalPackageRequest.moc"
