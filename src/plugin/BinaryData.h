@@ -23,7 +23,8 @@ class TESSALINE_EXPORT BinaryData : public QObject
                    textEncodingChanged)
 
 public:
-    enum TextEncoding {
+    // Scripts may set any number, so the type is a given one.
+    enum TextEncoding : int {
         TextEncodingUnknown = StringUtility::TextEncodingUnknown,
         TextEncodingUtf8 = StringUtility::TextEncodingUtf8,
         TextEncodingLatin1 = StringUtility::TextEncodingLatin1,

@@ -18,7 +18,7 @@ QColor blackOrWhite(const QColor &color)
 
 QColor ColorUtility::contrastColor(const QColor &color, const QColor &tintColor)
 {
-    const QColor base = blackOrWhite(color);
+    QColor base = blackOrWhite(color);
     if (!tintColor.isValid() || tintColor.alpha() == 0)
         return base;
     if (tintColor.alpha() == 255)

@@ -50,7 +50,7 @@ public:
         list.reserve(static_cast<int>(array.size()));
         // Only the maps of a list have their nulls converted, neither its own nor those of a list
         // in it.
-        for (const QCborValue element : array)
+        for (const QCborValue &element : array)
             list.append(value(element, element.isMap() ? nulls : Nulls::Invalid));
         return list;
     }

@@ -19,6 +19,12 @@ TestCase {
     }
 
     Component {
+        id: folderComponent
+
+        FileFolder {}
+    }
+
+    Component {
         id: boundComponent
 
         Item {
@@ -74,6 +80,19 @@ TestCase {
         binary.textEncoding = BinaryData.TextEncodingUtf16;
         compare(binary.textEncoding, BinaryData.TextEncodingUtf16);
         compare(signalNames, ["textEncoding"]);
+    }
+
+    function test_undefinedEncodingsAreKeptAndWarnedOf() {
+        const binary = make([0xc3, 0xa4]);
+        binary.textEncoding = 99;
+        compare(binary.textEncoding, 99);
+        TestSupport.clearLog();
+        ignoreWarning(/Undefined encoding: 99/);
+        binary.setStringData("\u00e4", BinaryData.TextEncodingUnknown);
+        compare(bytesOf(binary), [0xe4]);
+        ignoreWarning(/Undefined encoding: -77/);
+        compare(make([0xc3, 0xa4]).stringData(-77), "\u00e4");
+        compare(TestSupport.logCount("warning", "default", "Undefined encoding:"), 2);
     }
 
     // data
@@ -143,6 +162,19 @@ TestCase {
         compare(bytesOf(target), [0, 128, 255]);
         target.setDataAt(0, 1);
         compare(bytesOf(source), [0, 128, 255]);
+    }
+
+    function test_bytesTravelThroughFilesAndBack() {
+        const source = make([0, 1, 128, 255]);
+        const folder = createTemporaryObject(folderComponent, testCase);
+        folder.path = TestSupport.makeFolder();
+        compare(folder.writeFile("bytes", source.data), true);
+        compare(TestSupport.readHex(folder.path + "/bytes"), "000180ff");
+        const target = make();
+        target.data = folder.readFile("bytes");
+        compare(bytesOf(target), [0, 1, 128, 255]);
+        const copy = Tessaline.binaryData(folder.readFile("bytes"));
+        compare(bytesOf(copy), [0, 1, 128, 255]);
     }
 
     function test_bindingsFollowDataAndItsSize() {
