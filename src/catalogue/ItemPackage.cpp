@@ -186,13 +186,14 @@ bool ItemPackage::chooseFolder(const QStringList &tags, QDir &folder, QString &f
         return true;
     }
 
-    // Refused here, before downloadStarted(): whoever waits for it would take that for progress after
-    // the error.
+    // Refused here, before downloadStarted(): whoever waits for it would take that for progress
+    // after the error.
     fileName = m_packageRequest.itemInfo.value(QStringLiteral("name")).toString();
-    if (!staysInFolder(fileName)) {
-        qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Not a file name:" << fileName;
-        emit downloadError(
-            new TessalineError(QStringLiteral("Not a file name:"), fileName, nullptr));
+    for (const QString &name : {m_itemId, fileName}) { // itemId may have been written since
+        if (staysInFolder(name))
+            continue;
+        qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Not a file name:" << name;
+        emit downloadError(new TessalineError(QStringLiteral("Not a file name:"), name, nullptr));
         return false;
     }
     folder = QDir(QDir(m_path).filePath(m_itemId));

@@ -142,7 +142,8 @@ bool PortalPackageRequest::unpack(const QString &packagePath)
 
 QString PortalPackageRequest::outputPath(const QString &fileName) const
 {
-    return outputFolder.filePath(m_itemId + QLatin1Char('/') + fileName);
+    // Joined in two steps: an empty id must not make the path absolute.
+    return QDir(outputFolder.filePath(m_itemId)).filePath(fileName);
 }
 
 QString PortalPackageRequest::thumbnailText() const
