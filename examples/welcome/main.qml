@@ -26,6 +26,8 @@ App {
     height: 720 * unit
 
     function gigabytes(bytes) {
+        if (bytes < 0)
+            return "unknown";
         return (bytes / 1e9).toFixed(bytes < 1e10 ? 1 : 0) + " GB";
     }
 
@@ -222,7 +224,7 @@ App {
 
             StorageInfo { id: rootVolume }
 
-            Fact { unit: app.unit; label: "Root"; value: rootVolume.path + " (" + rootVolume.fileSystemType + ")" }
+            Fact { unit: app.unit; label: "Root"; value: rootVolume.isValid ? rootVolume.path + " (" + rootVolume.fileSystemType + ")" : "unknown" }
             ProgressBar {
                 width: parent.width
                 palette.dark: app.accent
