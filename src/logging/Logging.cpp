@@ -7,6 +7,7 @@
 #include <QDateTime>
 #include <QDebug>
 #include <QNetworkProxy>
+#include <QScopedValueRollback>
 #include <QSslSocket>
 #include <QSysInfo>
 #include <QUdpSocket>
@@ -18,7 +19,7 @@
 
     The one object of this type is \c{Tessaline.logging}; QML can't create others. While it is
     \l enabled, every message of the process (from \c{console.log} and friends, from the library,
-   from Qt) is written as a syslog record, and then goes where it went before.
+    from Qt) is written as a syslog record, and then goes where it went before.
 
     \qml
     Component.onCompleted: {
@@ -35,8 +36,8 @@
     \qmlproperty bool Logging::enabled
 
     Whether messages are being written; false at start. Setting it to true opens the output and
-   writes the rows of a header: times, versions, the machine. If the output can't be opened it stays
-   false and nothing is notified. Setting it to false writes one closing row.
+    writes the rows of a header: times, versions, the machine. If the output can't be opened it
+    stays false and nothing is notified. Setting it to false writes one closing row.
 
     With a collector, the look-up of its name blocks until the name server has answered.
 */
@@ -46,13 +47,19 @@
 
     Where the records go. It can't be changed while logging is \l enabled.
 
-    \list
-    \li Empty: a file of its own is chosen in the folder \c{~/Zemrik/Halvora/Logs} when logging
-   starts, and the property then reads it. The file is named after the application, with date and
-   time behind it unless \l append is set. \li A file URL or a path: that file. The path may begin
-   with a path variable. \li \c{syslog://host:port}: the collector on that host, by UDP. The port is
-   514 if none is given. \li \c{syslog0://host:port}: the same with records of the old form, RFC
-   3164. \endlist
+    \table
+    \header \li Location \li Target
+    \row \li empty
+         \li A file that is chosen in the folder \c{~/Zemrik/Halvora/Logs} when logging starts; the
+             property then reads it. The file is named after the application, with date and time
+             behind it unless \l append is set.
+    \row \li a file URL or a path
+         \li That file. The path may begin with a path variable.
+    \row \li \c{syslog://host:port}
+         \li The collector on that host, by UDP. The port is 514 if none is given.
+    \row \li \c{syslog0://host:port}
+         \li The same with records of the old form, RFC 3164.
+    \endtable
 */
 
 /*!
@@ -71,7 +78,7 @@
 /*!
     \qmlproperty string Logging::name
     The application's name in the records, where blanks become "_". Empty by default: the
-   application's own name is taken.
+    application's own name is taken.
 */
 
 /*!
@@ -80,7 +87,7 @@
     The content of a second block of structured data in each record, such as
     \c{session@48213 user="7" at="%{filename}:%{line}"}. The variables \c{%{category}},
     \c{%{function}}, \c{%{file}}, \c{%{filename}} and \c{%{line}} stand for the message's own. Empty
-   by default, which means no such block. Nothing is escaped: see that it is well-formed.
+    by default, which means no such block. Nothing is escaped: see that it is well-formed.
 */
 
 namespace {
@@ -159,9 +166,11 @@ Logging *Logging::instance(bool existingOnly)
 
 void Logging::setEnabled(bool enabled)
 {
-    if (enabled == m_enabled)
+    if (enabled == m_enabled || m_opening)
         return;
     if (enabled) {
+        // Choosing a file is signalled: whoever hears of it can't start once more.
+        const QScopedValueRollback<bool> opening(m_opening, true);
         if (!outputOpen())
             return;
         outputHeader();

@@ -118,6 +118,7 @@ private:
     static std::atomic<QLoggingCategory::CategoryFilter> m_PreviousCategoryFilter;
 
     bool m_enabled = false;
+    bool m_opening = false;
     bool m_autoFlush = true;
     bool m_append = false;
     Qt::DateFormat m_dateFormat = Qt::ISODate;

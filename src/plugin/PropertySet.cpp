@@ -12,7 +12,8 @@
     \brief Named values that can be used one by one and as a whole.
 
     A script adds and changes keys as properties of the object. The set as a whole is read and
-   merged as \l json, searched with containsValue(), and serves as the variables of a text template.
+    merged as \l json, searched with containsValue(), and serves as the variables of a text
+    template.
 
     \qml
     PropertySet {
@@ -124,11 +125,10 @@ QVariant PropertySet::value(const QString &key, const QVariant &defaultValue) co
 }
 
 /*!
-    \qmlmethod string PropertySet::replaceVariables(string text, bool caseSensitive, string
-   variableFormat)
+    \qmlmethod string PropertySet::replaceVariables(string text, bool caseSensitive, string format)
 
     Returns the \a text with each variable replaced by the value of its key. Case is ignored unless
-    \a caseSensitive is true. The word \c key in \a variableFormat stands for the key; the default
+    \a caseSensitive is true. The word \c key in \a format stands for the key; the default
     format is \c{@key@}. Variables that the set doesn't know stay in the text.
 
     \code

@@ -421,7 +421,7 @@ bool UrlInfo::fromUserInput(const QString &userInput)
 /*!
     \qmlmethod bool UrlInfo::fromString(string string)
     Replaces the URL by the one that \a string holds, and returns whether it is valid. Notifies in
-   any case.
+    any case.
 */
 
 bool UrlInfo::fromString(const QString &string)

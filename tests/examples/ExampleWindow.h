@@ -4,6 +4,7 @@
 #include "player/AppletsPlayer.h"
 #include "player/AppView.h"
 
+#include <QApplication>
 #include <QImage>
 #include <QQmlEngine>
 #include <QQuickItem>

@@ -179,6 +179,6 @@ void tst_LoggingExample::printsNoWarning()
     QVERIFY(!Logging::instance(false)->enabled());
 }
 
-TESSALINE_TEST_MAIN(tst_LoggingExample)
+TESSALINE_INPUT_TEST_MAIN(tst_LoggingExample)
 
 #include "tst_LoggingExample.moc"

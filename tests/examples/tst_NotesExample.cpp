@@ -142,5 +142,5 @@ void tst_NotesExample::printsNoWarning()
     QCOMPARE(m_window->warningCount(), 0);
 }
 
-TESSALINE_TEST_MAIN(tst_NotesExample)
+TESSALINE_INPUT_TEST_MAIN(tst_NotesExample)
 #include "tst_NotesExample.moc"

@@ -90,5 +90,5 @@ void tst_WelcomeExample::printsNoWarning()
     QCOMPARE(m_window->warningCount(), 0);
 }
 
-TESSALINE_TEST_MAIN(tst_WelcomeExample)
+TESSALINE_INPUT_TEST_MAIN(tst_WelcomeExample)
 #include "tst_WelcomeExample.moc"

@@ -34,6 +34,7 @@ private slots:
     // Switching on and off
     void thereIsOneInstanceWithoutParent();
     void enablingTwiceDoesNothing();
+    void enablingFromTheLocationsSignalDoesNothing();
     void messagesReachTheLogFirst();
     void disablingBringsThePreviousHandlerBack();
     void handlersInARingEnd();
@@ -134,6 +135,7 @@ void tst_Logging::init()
 {
     m_dir = std::make_unique<QTemporaryDir>();
     QVERIFY(m_dir->isValid());
+    QVERIFY(QDir(QDir::homePath() + "/Zemrik").removeRecursively());
     QCoreApplication::setApplicationName("tst_Logging");
     m_logging = Logging::instance(false);
 }
@@ -296,6 +298,17 @@ void tst_Logging::enablingTwiceDoesNothing()
     m_logging->setEnabled(false);
     QCOMPARE(spy.count(), 2);
     QCOMPARE(lines(newFile()).count(), header.count() + 1);
+}
+
+void tst_Logging::enablingFromTheLocationsSignalDoesNothing()
+{
+    QSignalSpy spy(m_logging, &Logging::enabledChanged);
+    connect(m_logging, &Logging::outputLocationChanged, this,
+            [this] { m_logging->setEnabled(true); });
+    m_logging->setEnabled(true);
+    QVERIFY(m_logging->enabled());
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(lines(m_logging->outputLocation()).count(), headerNames.count());
 }
 
 namespace {

@@ -35,3 +35,11 @@ int runIsolatedTest(int argc, char **argv)
     { \
         return runIsolatedTest<TestClass>(argc, argv); \
     }
+
+// For tests that use QTest's mouse and keyboard: where the widgets are linked, those take the
+// application for a QApplication. Include <QApplication> for it.
+#define TESSALINE_INPUT_TEST_MAIN(TestClass) \
+    int main(int argc, char **argv) \
+    { \
+        return runIsolatedTest<TestClass, QApplication>(argc, argv); \
+    }
