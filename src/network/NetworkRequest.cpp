@@ -487,11 +487,16 @@ bool NetworkRequest::assembleFormData(const QVariantMap &values, const QByteArra
     return m_formData->append("--" + boundary + "--\r\n");
 }
 
-// A form whose file can't be opened fails as a transfer does, though nothing was sent.
+// A form whose file can't be opened fails as a transfer does, though nothing was sent. A transfer
+// that runs meanwhile must not be made to look finished: there it is refused like any other send.
 void NetworkRequest::failFormData(const QString &path)
 {
     m_formData->deleteLater();
     m_formData = nullptr;
+    if (isRunning()) {
+        refuseSend(Q_FUNC_INFO);
+        return;
+    }
     beginTransfer();
     setErrorCode(-1);
     setErrorText(QStringLiteral("Cannot open %1").arg(path));
@@ -763,9 +768,14 @@ void NetworkRequest::clearAccessCache()
         m_manager->clearAccessCache();
 }
 
+bool NetworkRequest::isRunning() const
+{
+    return m_readyState == ReadyStateSending || m_readyState == ReadyStateProcessing;
+}
+
 bool NetworkRequest::checkReadyState()
 {
-    if (m_readyState != ReadyStateSending && m_readyState != ReadyStateProcessing)
+    if (!isRunning())
         return true;
     setErrorText(unexpected);
     return false;

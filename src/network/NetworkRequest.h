@@ -264,6 +264,7 @@ private slots:
 private:
     QNetworkAccessManager *neededManager();
     void clearAccessCache();
+    bool isRunning() const;
     bool checkReadyState();
     void refuseSend(const char *function);
 

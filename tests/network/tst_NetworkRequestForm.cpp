@@ -50,8 +50,8 @@ private slots:
 
     void missingFileFailsWithoutARequest();
     void missingFileClearsTheLastAnswer();
-    void missingFileFailsInAnyState_data();
-    void missingFileFailsInAnyState();
+    void missingFileFailsUnlessATransferRuns_data();
+    void missingFileFailsUnlessATransferRuns();
     void requestCanBeSentAfterAFailedForm();
     void secondFileMissingSendsNothing();
 
@@ -543,21 +543,30 @@ void tst_NetworkRequestForm::missingFileClearsTheLastAnswer()
     QCOMPARE(request.progress(), 0.0);
 }
 
-void tst_NetworkRequestForm::missingFileFailsInAnyState_data()
+void tst_NetworkRequestForm::missingFileFailsUnlessATransferRuns_data()
 {
     QTest::addColumn<int>("state");
-    for (const int state : {0, 1, 2, 3, 4})
-        QTest::addRow("%d", state) << state;
+    QTest::addColumn<bool>("refused");
+    QTest::newRow("0") << 0 << false;
+    QTest::newRow("1") << 1 << false;
+    QTest::newRow("2") << 2 << true;
+    QTest::newRow("3") << 3 << true;
+    QTest::newRow("4") << 4 << false;
 }
 
-void tst_NetworkRequestForm::missingFileFailsInAnyState()
+void tst_NetworkRequestForm::missingFileFailsUnlessATransferRuns()
 {
     QFETCH(int, state);
+    QFETCH(bool, refused);
     NetworkRequest request;
     request.setReadyState(NetworkRequest::ReadyState(state));
-    request.send(QVariant(QVariantMap{{"f", "@/no/such/file"}}));
-    QCOMPARE(request.readyState(), NetworkRequest::DONE);
-    QCOMPARE(request.errorCode(), -1);
+    LogCapture log;
+    request.send(form("/no/such/file"));
+    QCOMPARE(int(request.readyState()), refused ? state : 4);
+    QCOMPARE(request.errorCode(), refused ? 0 : -1);
+    QCOMPARE(request.errorText(),
+             refused ? QString("UNEXPECTED") : QString("Cannot open /no/such/file"));
+    QCOMPARE(log.count(QtWarningMsg, network, "readyState error"), refused ? 1 : 0);
 }
 
 void tst_NetworkRequestForm::requestCanBeSentAfterAFailedForm()

@@ -36,6 +36,7 @@ private slots:
     void secondFormDuringTheAnswerCancelsItToo();
     void thirdFormIsNoWorse();
     void secondFormThatFailsCancelsTheUploadToo();
+    void failedFormLeavesADownloadAlone();
     void secondPlainSendLeavesTheUploadAlone();
     void formBehindARedirectDoesNotCancelIt();
 
@@ -317,14 +318,33 @@ void tst_NetworkRequestReentry::secondFormThatFailsCancelsTheUploadToo()
     QTRY_VERIFY(request.progress() > 0.0);
     QSignalSpy error(&request, &NetworkRequest::error);
 
+    const LogCapture silence;
     request.send(form("/no/such/file"));
 
-    QCOMPARE(request.readyState(), NetworkRequest::DONE);
-    QCOMPARE(request.errorCode(), -1);
+    QCOMPARE(request.readyState(), NetworkRequest::ReadyStateSending);
+    QCOMPARE(request.errorText(), QString("UNEXPECTED"));
+    QVERIFY(finish(request));
+    QCOMPARE(request.errorCode(), int(QNetworkReply::OperationCanceledError));
     QCOMPARE(error.count(), 1);
-    QTRY_COMPARE(request.errorCode(), int(QNetworkReply::OperationCanceledError));
-    QCOMPARE(error.count(), 2);
-    QCOMPARE(request.readyState(), NetworkRequest::DONE);
+}
+
+void tst_NetworkRequestReentry::failedFormLeavesADownloadAlone()
+{
+    RawServer server;
+    server.answer("HTTP/1.1 200 OK\r\nContent-Length: 6\r\n\r\nabc");
+    const QString path = m_dir.filePath("download");
+    NetworkRequest request;
+    request.setUrl(server.url());
+    request.setResponsePath(path);
+    request.send();
+    QTRY_COMPARE(request.readyState(), NetworkRequest::LOADING);
+    const LogCapture silence;
+    request.send(form("/no/such/file"));
+    QCOMPARE(request.readyState(), NetworkRequest::LOADING);
+    server.sendMore("def");
+    QVERIFY(finish(request));
+    QCOMPARE(readFile(path), QByteArray("abcdef"));
+    QCOMPARE(request.errorCode(), 0);
 }
 
 void tst_NetworkRequestReentry::secondPlainSendLeavesTheUploadAlone()
