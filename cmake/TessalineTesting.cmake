@@ -50,6 +50,16 @@ function(tessaline_test_command variable xvfb)
     set(${variable} ${command} PARENT_SCOPE)
 endfunction()
 
+# One moc call for a test's only source. AUTOMOC would add a scan and a further, empty translation unit
+# to each of about a hundred programs, a quarter of the time that they take to build.
+function(tessaline_moc_own_source name source)
+    set_target_properties(${name} PROPERTIES AUTOMOC OFF)
+    set(moc "${CMAKE_CURRENT_BINARY_DIR}/${name}.dir/${name}.moc")
+    qt5_generate_moc(${source} "${moc}" TARGET ${name})
+    target_sources(${name} PRIVATE "${moc}")
+    target_include_directories(${name} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/${name}.dir")
+endfunction()
+
 function(tessaline_add_test source)
     cmake_parse_arguments(arg "XVFB" "TIMEOUT" "EXTRA_SOURCES;LIBRARIES;ENVIRONMENT;LABELS" ${ARGN})
     get_filename_component(name ${source} NAME_WE)
@@ -59,6 +69,9 @@ function(tessaline_add_test source)
         PCH_WARN_INVALID OFF)   # a test with further libraries just compiles without it
     target_link_libraries(${name} PRIVATE tessaline-testsupport ${arg_LIBRARIES})
     target_precompile_headers(${name} REUSE_FROM tessaline-testsupport)
+    if(NOT arg_EXTRA_SOURCES)
+        tessaline_moc_own_source(${name} ${source})
+    endif()
     tessaline_test_command(command "${arg_XVFB}" $<TARGET_FILE:${name}>)
     add_test(NAME ${name} COMMAND ${command})
     if(arg_XVFB)
