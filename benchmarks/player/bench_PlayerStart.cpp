@@ -135,13 +135,13 @@ int main(int argc, char **argv)
              scene.measured(scene.qml("plain.qml")))
         .limit(1.25)
         .realTime()
-        .iterations(3);
+        .iterations(15);
     table
         .add("start of the player, against kpackagelauncherqml", scene.measured(scene.player()),
              scene.measured(scene.kpackageLauncher()))
         .limit(0.8)
         .realTime()
-        .iterations(3);
+        .iterations(15);
     const auto [ours, kirigami] = scene.addedByImports("tessaline.qml", "kirigami.qml");
     table.value("ms that the import adds to qml, against Kirigami", ours, kirigami).limit(1.2);
     return table.run(argc, argv);
