@@ -38,7 +38,9 @@ bool NetworkFormData::appendPath(const QString &path, qint64 offset, qint64 size
 {
     const QFileInfo info(path);
     auto file = std::make_unique<QFile>(path);
-    if ((info.exists() && !info.isFile()) || !file->open(QIODevice::ReadOnly)) {
+    // Read in big pieces only, so a buffer of its own would just copy.
+    const QIODevice::OpenMode mode = QIODevice::ReadOnly | QIODevice::Unbuffered;
+    if ((info.exists() && !info.isFile()) || !file->open(mode)) {
         qDebug() << Q_FUNC_INFO << "Cannot open: " << path;
         return false;
     }
