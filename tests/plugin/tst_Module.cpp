@@ -126,6 +126,7 @@ void tst_Module::everyRowIsDescribed_data()
                              "File",
                              "FileInfo",
                              "FileFolder",
+                             "ExifInfo",
                              "StorageInfo",
                              "ZipReader",
                              "ZipWriter",

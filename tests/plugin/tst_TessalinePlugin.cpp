@@ -14,6 +14,7 @@
 #include <QPluginLoader>
 #include <QPointer>
 #include <QProcess>
+#include <qqml.h>
 #include <QQmlComponent>
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -33,6 +34,36 @@ QString importDirectory()
 QString libraryPath()
 {
     return importDirectory() + "/Zemrik/Tessaline/libTessaline.so";
+}
+
+const QStringList catalogueLocales{"ar", "cs",    "da", "de", "el",    "en",    "es",    "et",
+                                   "fi", "fr",    "he", "hr", "it",    "ja",    "ko",    "lt",
+                                   "lv", "nb_NO", "nl", "pl", "pt_BR", "pt_PT", "ro",    "ru",
+                                   "sr", "sv",    "th", "tr", "vi",    "zh_CN", "zh_HK", "zh_TW"};
+
+QString catalogueFile(const QString &locale)
+{
+    return QString(":/languages/TessalinePlugin_%1.qm").arg(locale);
+}
+
+const QString subModuleFolder = ":/imports/Zemrik/Tessaline/";
+
+// What the library carries; the names of pictures are its own affair.
+QStringList resourceFiles()
+{
+    QStringList files{":/images/defaultThumbnail.png"};
+    for (const char *name :
+         {"Controls/qmldir", "Controls/CalloutRectangle.qml", "Controls/Fader.qml",
+          "Controls/ImageButton.qml", "Dialogs/qmldir", "Dialogs/ImageCaptureDialog.qml",
+          "Dialogs/ImageChooserDialog.qml", "Dialogs/CameraComboBox.qml",
+          "Dialogs/CameraProperties.qml", "Dialogs/CameraPropertyChooser.qml",
+          "Dialogs/CameraPropertySection.qml", "Dialogs/CameraPropertySlider.qml",
+          "Dialogs/CameraPropertyText.qml", "Dialogs/images", "Portal/qmldir", "Portal/Portal.qml",
+          "Portal/PortalDialog.qml", "Portal/images"})
+        files.append(subModuleFolder + name);
+    for (const QString &locale : catalogueLocales)
+        files.append(catalogueFile(locale));
+    return files;
 }
 
 // Makes an object from one element; null, and the errors in `errors`, if that fails.
@@ -85,10 +116,15 @@ private slots:
     void cleanupTestCase();
 
     void metadataNamesClassAndModule();
-    void resourceIsThereBeforeRegistration();
+    void resourcesAreThereBeforeRegistration();
+    void subModuleNamesItsTypes_data();
+    void subModuleNamesItsTypes();
+    void shippedCatalogueHasTexts_data();
+    void shippedCatalogueHasTexts();
     void firstImportRegistersOnce();
     void rowIsRegistered_data();
     void rowIsRegistered();
+    void rowsKeepTheirOrder();
     void helperClassIsNoType_data();
     void helperClassIsNoType();
     void singletonCannotBeAnElement();
@@ -103,6 +139,7 @@ private slots:
     void initializeEngineLogsInOrder();
     void systemProxyIsUsedForEveryEngine();
     void importPathsStayAsTheyAre();
+    void subModulesNeedTheResourcePath_data();
     void subModulesNeedTheResourcePath();
     void engineOwnsOneTranslator();
 
@@ -114,7 +151,7 @@ private:
     QQmlEngine *makeEngine(QObject *parent = nullptr);
     QString makeCatalogues(const QTemporaryDir &folder);
 
-    bool m_resourceAtStart = false;
+    QStringList m_missingAtStart;   // resources
     QStringList m_firstImport;      // the plug-in's lines
     QQmlEngine *m_engine = nullptr; // the process's first, which has to outlive all others
     QPointer<Tessaline> m_singleton;
@@ -129,7 +166,10 @@ QQmlEngine *tst_TessalinePlugin::makeEngine(QObject *parent)
 
 void tst_TessalinePlugin::initTestCase()
 {
-    m_resourceAtStart = QFile::exists(":/images/defaultThumbnail.png");
+    for (const QString &file : resourceFiles()) {
+        if (!QFile::exists(file))
+            m_missingAtStart.append(file);
+    }
     m_engine = makeEngine();
     LogCapture log;
     QString errors;
@@ -164,10 +204,50 @@ void tst_TessalinePlugin::metadataNamesClassAndModule()
              QJsonArray{"Zemrik.Tessaline"});
 }
 
-void tst_TessalinePlugin::resourceIsThereBeforeRegistration()
+void tst_TessalinePlugin::resourcesAreThereBeforeRegistration()
 {
-    QVERIFY(m_resourceAtStart);
+    QCOMPARE(m_missingAtStart, QStringList());
     QVERIFY(!QImage(":/images/defaultThumbnail.png").isNull());
+    QVERIFY(!QDir(subModuleFolder + "Dialogs/images").isEmpty());
+    QVERIFY(!QDir(subModuleFolder + "Portal/images").isEmpty());
+    QCOMPARE(QDir(":/languages").entryList().size(), catalogueLocales.size());
+}
+
+void tst_TessalinePlugin::subModuleNamesItsTypes_data()
+{
+    QTest::addColumn<QStringList>("types");
+    QTest::newRow("Controls") << QStringList{"CalloutRectangle", "Fader", "ImageButton"};
+    QTest::newRow("Dialogs") << QStringList{"ImageCaptureDialog", "ImageChooserDialog"};
+    QTest::newRow("Portal") << QStringList{"Portal", "PortalDialog"};
+}
+
+void tst_TessalinePlugin::subModuleNamesItsTypes()
+{
+    QFETCH(QStringList, types);
+    const QString name = QTest::currentDataTag();
+    QFile qmldir(subModuleFolder + name + "/qmldir");
+    QVERIFY(qmldir.open(QIODevice::ReadOnly));
+
+    QStringList expected{"module Zemrik.Tessaline." + name};
+    for (const QString &type : types)
+        expected.append(QString("%1 1.0 %1.qml").arg(type));
+    QCOMPARE(QString::fromUtf8(qmldir.readAll()).split('\n', Qt::SkipEmptyParts), expected);
+}
+
+void tst_TessalinePlugin::shippedCatalogueHasTexts_data()
+{
+    QTest::addColumn<QString>("file");
+    for (const QString &locale : catalogueLocales)
+        QTest::newRow(qPrintable(locale)) << catalogueFile(locale);
+}
+
+// One without texts would be loaded, but couldn't be installed.
+void tst_TessalinePlugin::shippedCatalogueHasTexts()
+{
+    QFETCH(QString, file);
+    QTranslator translator;
+    QVERIFY(translator.load(file));
+    QVERIFY(!translator.isEmpty());
 }
 
 void tst_TessalinePlugin::firstImportRegistersOnce()
@@ -205,6 +285,7 @@ void tst_TessalinePlugin::rowIsRegistered_data()
     creatable("FileInfo");
     creatable("FileFolder");
     creatable("Settings");
+    creatable("ExifInfo");
     creatable("StorageInfo");
     creatable("ZipReader");
     creatable("ZipWriter");
@@ -228,6 +309,50 @@ void tst_TessalinePlugin::rowIsRegistered()
     } else {
         QVERIFY2(object, qPrintable(errors));
         QVERIFY(object->inherits(className.toLatin1().constData()));
+    }
+}
+
+// Types are numbered as they are registered. A name with two rows is found at its later one, and
+// the singleton at its repetition behind the table.
+void tst_TessalinePlugin::rowsKeepTheirOrder()
+{
+    const QStringList names{"TessalineObject",
+                            "TessalineError",
+                            "AppPlayer",
+                            "AppPlayerSettings",
+                            "Environment",
+                            "Logging",
+                            "App",
+                            "AppInfo",
+                            "AppInfoList",
+                            "AppFilter",
+                            "Network",
+                            "NetworkProxy",
+                            "NetworkRequest",
+                            "NetworkRequestHeaders",
+                            "AppPackage",
+                            "AppDependency",
+                            "ItemPackage",
+                            "UrlInfo",
+                            "File",
+                            "FileInfo",
+                            "FileFolder",
+                            "Settings",
+                            "ExifInfo",
+                            "StorageInfo",
+                            "ZipReader",
+                            "ZipWriter",
+                            "ZipFileInfo",
+                            "StandardPaths",
+                            "Device",
+                            "PropertySet",
+                            "BinaryData",
+                            "Tessaline"};
+    int former = -1;
+    for (const QString &name : names) {
+        const int id = qmlTypeId("Zemrik.Tessaline", 1, 0, name.toLatin1().constData());
+        QVERIFY2(id > former, qPrintable(name));
+        former = id;
     }
 }
 
@@ -382,19 +507,30 @@ void tst_TessalinePlugin::importPathsStayAsTheyAre()
     QCOMPARE(engine->importPathList(), before);
 }
 
+void tst_TessalinePlugin::subModulesNeedTheResourcePath_data()
+{
+    QTest::addColumn<QByteArray>("module");
+    for (const char *name : {"Controls", "Dialogs", "Portal"})
+        QTest::newRow(name) << QByteArray("Zemrik.Tessaline.") + name;
+}
+
 void tst_TessalinePlugin::subModulesNeedTheResourcePath()
 {
-    const QScopedPointer<QQmlEngine> engine(makeEngine());
-    for (const char *module : {"Controls", "Dialogs", "Portal"}) {
-        QQmlComponent component(engine.data());
-        component.setData("import QtQml 2.15\nimport Zemrik.Tessaline 1.0\nimport Zemrik.Tessaline."
-                              + QByteArray(module) + " 1.0\nQtObject {}",
-                          QUrl());
-        QVERIFY(component.isError());
-        QVERIFY2(component.errorString().contains(
-                     QString("module \"Zemrik.Tessaline.%1\" is not installed").arg(module)),
-                 qPrintable(component.errorString()));
-    }
+    QFETCH(QByteArray, module);
+    const QByteArray document =
+        "import QtQml 2.15\nimport Zemrik.Tessaline 1.0\nimport " + module + " 1.0\nQtObject {}";
+    const QScopedPointer<QQmlEngine> without(makeEngine());
+    QQmlComponent refused(without.data());
+    refused.setData(document, QUrl());
+    QVERIFY(refused.isError());
+    QVERIFY2(refused.errorString().contains("module \"" + module + "\" is not installed"),
+             qPrintable(refused.errorString()));
+
+    const QScopedPointer<QQmlEngine> with(makeEngine());
+    with->addImportPath(":/imports");
+    QQmlComponent accepted(with.data());
+    accepted.setData(document, QUrl());
+    QVERIFY2(accepted.isReady(), qPrintable(accepted.errorString()));
 }
 
 void tst_TessalinePlugin::engineOwnsOneTranslator()
