@@ -11,6 +11,8 @@
 
 Q_LOGGING_CATEGORY(runtimeCategory, "Zemrik.Runtime.Test")
 Q_LOGGING_CATEGORY(extrasCategory, "Zemrik.Extras.Test")
+Q_LOGGING_CATEGORY(bareRuntimeCategory, "Zemrik.Runtime")
+Q_LOGGING_CATEGORY(longerExtrasCategory, "Zemrik.ExtrasMore")
 Q_LOGGING_CATEGORY(otherCategory, "Somebody.Else")
 
 class DumpedObject : public QObject
@@ -36,6 +38,7 @@ private slots:
 
     void setAllEnabledSwitchesOneFamily_data();
     void setAllEnabledSwitchesOneFamily();
+    void setAllEnabledTakesAllNamesWithThatStart();
     void setAllEnabledBuildsUpAState();
     void setAllEnabledKeepsTheWishOnTheApplication();
     void setAllEnabledFollowsPropertiesThatOthersSet_data();
@@ -127,6 +130,18 @@ void tst_DebugUtility::setAllEnabledSwitchesOneFamily()
     QCOMPARE(extrasCategory().isInfoEnabled(), extras);
     QVERIFY(otherCategory().isDebugEnabled());
     QVERIFY(FRAMEWORK_CORE().isDebugEnabled());
+}
+
+void tst_DebugUtility::setAllEnabledTakesAllNamesWithThatStart()
+{
+    DebugUtility::setAllEnabled("anything", true); // both families are off
+    QVERIFY(!bareRuntimeCategory().isDebugEnabled());
+    QVERIFY(!longerExtrasCategory().isDebugEnabled());
+
+    DebugUtility::setAllEnabled("Zemrik.Runtime", true);
+    DebugUtility::setAllEnabled("Zemrik.Extras", true);
+    QVERIFY(bareRuntimeCategory().isDebugEnabled());
+    QVERIFY(longerExtrasCategory().isDebugEnabled());
 }
 
 void tst_DebugUtility::setAllEnabledBuildsUpAState()

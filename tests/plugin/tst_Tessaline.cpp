@@ -23,6 +23,7 @@
 #include <QQuickItem>
 #include <QQuickView>
 #include <QScreen>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QSslSocket>
 #include <QSysInfo>
@@ -94,7 +95,12 @@ private slots:
     void homePathIsCleaned();
     void writingTheHomePathMovesTheVariable();
     void writingTheSameHomePathDoesNothing();
+    void unresolvedHomePathIsADot();
     void writingAnEmptyHomePathResolvesItAnew();
+
+    void pathVariablesOfTheSystemCount_data();
+    void pathVariablesOfTheSystemCount();
+    void valuesAreNewWhenTheyAreSignalled();
 
     void loggingIsTheProcessesOne();
     void onlineStateIsTheNetworks();
@@ -287,6 +293,18 @@ void tst_Tessaline::writingTheSameHomePathDoesNothing()
     QCOMPARE(FileUtility::homePath(), QString("/srv/other"));
 }
 
+// What an object that never asked for the home compares with.
+void tst_Tessaline::unresolvedHomePathIsADot()
+{
+    Tessaline tessaline;
+    QSignalSpy spy(&tessaline, &Tessaline::userHomePathChanged);
+
+    tessaline.setUserHomePath(".");
+
+    QCOMPARE(spy.count(), 0);
+    QCOMPARE(tessaline.userHomePath(), QDir::homePath());
+}
+
 void tst_Tessaline::writingAnEmptyHomePathResolvesItAnew()
 {
     Tessaline tessaline;
@@ -297,6 +315,55 @@ void tst_Tessaline::writingAnEmptyHomePathResolvesItAnew()
 
     QCOMPARE(spy.count(), 1);
     QCOMPARE(tessaline.userHomePath(), QDir::homePath());
+}
+
+void tst_Tessaline::pathVariablesOfTheSystemCount_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("value");
+    QTest::newRow("settings") << "TST_STORED"
+                              << "/stored";
+    QTest::newRow("environment") << "TST_PROCESS"
+                                 << "/process";
+}
+
+void tst_Tessaline::pathVariablesOfTheSystemCount()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, value);
+    QSettings().setValue("Zemrik/Runtime/pathVariables/TST_STORED", "/stored");
+    qputenv("TST_PROCESS", "/process");
+    const Tessaline tessaline;
+
+    QCOMPARE(tessaline.pathVariable(name), value);
+    QCOMPARE(tessaline.resolvedPath('$' + name + "/a"), value + "/a");
+    QCOMPARE(tessaline.resolvedPath(QUrl('$' + name + "/a")), value + "/a");
+    QCOMPARE(tessaline.resolvedPathUrl('$' + name + "/a"), QUrl::fromLocalFile(value + "/a"));
+    QCOMPARE(tessaline.pathVariable("TST_MISSING"), QString());
+}
+
+void tst_Tessaline::valuesAreNewWhenTheyAreSignalled()
+{
+    const QTemporaryDir folder;
+    const QString path = QDir(folder.path()).canonicalPath();
+    QQmlEngine engine;
+    Tessaline tessaline(&engine);
+    QStringList seen;
+    connect(&tessaline, &Tessaline::userHomePathChanged, this,
+            [&] { seen << tessaline.userHomePath() << FileUtility::homePath(); });
+    connect(&tessaline, &Tessaline::offlineStoragePathChanged, this,
+            [&] { seen << tessaline.offlineStoragePath(); });
+    connect(&tessaline, &Tessaline::displayScaleFactorChanged, this,
+            [&] { seen << QString::number(tessaline.displayScaleFactor()); });
+    connect(&tessaline, &Tessaline::importPathListChanged, this,
+            [&] { seen << tessaline.importPathList().value(0); });
+
+    tessaline.setUserHomePath("/srv/seen");
+    tessaline.setOfflineStoragePath("/srv/storage");
+    tessaline.setDisplayScaleFactor(3);
+    tessaline.addImportPath(path);
+
+    QCOMPARE(seen, QStringList({"/srv/seen", "/srv/seen", "/srv/storage", "3", path}));
 }
 
 void tst_Tessaline::loggingIsTheProcessesOne()
