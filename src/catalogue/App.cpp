@@ -90,6 +90,13 @@
 /*!
     \qmlmethod AppDependency App::dependency(string name)
     The dependency of that \a name, without regard to case; null if there is none.
+
+    This doesn't read the metadata by itself. A binding, which is evaluated before the item is
+    complete, has to read \l dependencies or \l info first:
+
+    \qml
+    readonly property AppDependency basemap: dependencies.length > 0 ? dependency("basemap") : null
+    \endqml
 */
 
 /*!

@@ -29,6 +29,7 @@ private slots:
     void init();
 
     void itemWithoutAContextHasNothing();
+    void itemFindsItsPlaceOnceItHasAContext();
     void itemIsPaintedWhiteByItsFillColour();
     void lifeIsLogged();
 
@@ -42,6 +43,7 @@ private slots:
     void pointersAreMadeOnce();
 
     void dependenciesAreListedInOrder();
+    void dependenciesShowTheirFields();
     void dependenciesWithoutAnItemIdAreLeftOut();
     void dependenciesAreLogged();
     void dependencyIgnoresCase_data();
@@ -159,6 +161,25 @@ void tst_App::itemWithoutAContextHasNothing()
     QCOMPARE(app.dependency("x"), static_cast<AppDependency *>(nullptr));
     QCOMPARE(app.arguments(), QStringList());
     QCOMPARE(log.count(QtWarningMsg, core, "App is not the root object"), 1);
+}
+
+// A null answer isn't kept.
+void tst_App::itemFindsItsPlaceOnceItHasAContext()
+{
+    AppFolder folder;
+    folder.appInfo(R"({"dependencies": ["abc"]})").itemInfo(R"({"title": "Late"})");
+    QQmlContext context(m_engine.get());
+    context.setBaseUrl(QUrl::fromLocalFile(folder.filePath("main.qml")));
+    App app;
+    QVERIFY(!app.folder() && !app.info() && !app.settings());
+    QCOMPARE(namesOf(&app), QStringList());
+
+    QQmlEngine::setContextForObject(&app, &context);
+
+    QCOMPARE(app.folder()->path(), folder.path());
+    QCOMPARE(app.info()->title(), QString("Late"));
+    QCOMPARE(namesOf(&app), QStringList("abc"));
+    QVERIFY(app.settings());
 }
 
 void tst_App::itemIsPaintedWhiteByItsFillColour()
@@ -310,6 +331,31 @@ void tst_App::dependenciesAreListedInOrder()
     QQmlListProperty<AppDependency> list = app->dependencies();
     QCOMPARE(list.at(&list, 0)->parent(), app.get());
     QVERIFY(!list.append && !list.clear);
+}
+
+void tst_App::dependenciesShowTheirFields()
+{
+    AppFolder folder;
+    folder.appInfo(R"({"dependencies": [{"itemId": "aa", "name": "Map", "type": "Data"}]})");
+    folder.write("main.qml", document(R"(
+App {
+    readonly property AppDependency early: dependency("map")
+    readonly property AppDependency map: dependencies.length > 0 ? dependency("map") : null
+    readonly property bool isUndefined: map.type === AppDependency.Undefined
+    readonly property var fields: [map.typeString, map.itemId, map.name, map.folderPath, map.dataPath]
+    readonly property var types: [AppDependency.Undefined, AppDependency.App, AppDependency.Template,
+                                  AppDependency.Tool, AppDependency.Data, AppDependency.Module]
+})"));
+
+    const std::unique_ptr<App> app = loadApp(folder);
+
+    const QString path = QDir::homePath() + "/Zemrik/Halvora/Data/aa";
+    QCOMPARE(app->property("early").value<AppDependency *>(),
+             nullptr); // bound before the list is made
+    QCOMPARE(app->property("isUndefined"), QVariant(true));
+    QCOMPARE(app->property("fields").toStringList(),
+             QStringList({"Undefined", "aa", "Map", path, path}));
+    QCOMPARE(app->property("types").toStringList(), QStringList({"0", "1", "2", "3", "4", "5"}));
 }
 
 void tst_App::dependenciesWithoutAnItemIdAreLeftOut()

@@ -17,6 +17,7 @@ private slots:
     void mapFillsTheFields();
     void mapConstructorTouchesNoFile();
     void folderConstructorReadsTheItem();
+    void emptyFolderIsNotResolvedYet();
     void typeIsAlwaysUndefined();
     void folderIsFoundInTheDataFolder();
     void moduleIsLookedForInTheDataFolderToo();
@@ -123,6 +124,13 @@ void tst_AppDependency::folderConstructorReadsTheItem()
     QVERIFY(dependency.itemId().isEmpty() && dependency.name().isEmpty());
     QCOMPARE(dependency.folderPath(), folder.path());
     QCOMPARE(dependency.dataPath(), folder.filePath("map.tpk"));
+}
+
+// QDir has one path for "here" and for "nowhere".
+void tst_AppDependency::emptyFolderIsNotResolvedYet()
+{
+    for (const char *path : {"", "."})
+        QCOMPARE(folderOf(AppDependency(QString(path))), m_data.path());
 }
 
 void tst_AppDependency::typeIsAlwaysUndefined()
