@@ -53,8 +53,9 @@
          \li A file that is chosen in the folder \c{~/Zemrik/Halvora/Logs} when logging starts; the
              property then reads it. The file is named after the application, with date and time
              behind it unless \l append is set.
-    \row \li a file URL or a path
-         \li That file. The path may begin with a path variable.
+    \row \li a file URL
+         \li That file. Use \c{Tessaline.resolvedPathUrl("~/app.log")} for a path that begins with a
+             path variable: the engine takes a mere path as relative to the document.
     \row \li \c{syslog://host:port}
          \li The collector on that host, by UDP. The port is 514 if none is given.
     \row \li \c{syslog0://host:port}

@@ -45,6 +45,7 @@ private slots:
     // Files
     void emptyLocationChoosesAFile();
     void emptyLocationWithAppendChoosesOneFilePerApplication();
+    void emptyLocationWithoutAFolderIsChosenAllTheSame();
     void locationMayBeAPath_data();
     void locationMayBeAPath();
     void secondRunTruncates();
@@ -461,6 +462,25 @@ void tst_Logging::emptyLocationWithAppendChoosesOneFilePerApplication()
     const QString path = QDir::homePath() + "/Zemrik/Halvora/Logs/One %1 app.log";
     QCOMPARE(m_logging->outputLocation().toLocalFile(), path);
     QVERIFY(QFileInfo::exists(path));
+}
+
+// The file is chosen before it is opened, and a choice that can't be opened stays.
+void tst_Logging::emptyLocationWithoutAFolderIsChosenAllTheSame()
+{
+    QFile inTheWay(QDir::homePath() + "/Zemrik");
+    QVERIFY(inTheWay.open(QIODevice::WriteOnly));
+    QSignalSpy locationSpy(m_logging, &Logging::outputLocationChanged);
+    QSignalSpy enabledSpy(m_logging, &Logging::enabledChanged);
+    m_logging->setAppend(true);
+
+    m_logging->setEnabled(true);
+
+    QVERIFY(inTheWay.remove());
+    QVERIFY(!m_logging->enabled());
+    QCOMPARE(enabledSpy.count(), 0);
+    QCOMPARE(locationSpy.count(), 1);
+    QCOMPARE(m_logging->outputLocation(),
+             QUrl::fromLocalFile(QDir::homePath() + "/Zemrik/Halvora/Logs/tst_Logging.log"));
 }
 
 void tst_Logging::locationMayBeAPath_data()

@@ -111,6 +111,19 @@ TestCase {
         compare(locationSpy.count, 0);
     }
 
+    function test_locationMayBeAResolvedPath() {
+        Tessaline.logging.outputLocation = Tessaline.resolvedPathUrl("~/resolved.log");
+        compare(Tessaline.logging.outputLocation.toString(),
+                "file://" + TestSupport.home + "/resolved.log");
+        Tessaline.logging.enabled = true;
+        verify(TestSupport.exists(TestSupport.home + "/resolved.log"));
+    }
+
+    function test_aMerePathIsRelativeToTheDocument() {
+        Tessaline.logging.outputLocation = "~/mere.log";
+        compare(Tessaline.logging.outputLocation.toString(), Qt.resolvedUrl("~/mere.log"));
+    }
+
     function test_aBadLocationLeavesItOff() {
         TestSupport.clearLog();
         Tessaline.logging.outputLocation = "syslog:///";
