@@ -1,5 +1,7 @@
 #include "imaging/QExifImageHeader.h"
 
+#include "imaging/PlausibleSize.h"
+
 #include <QBuffer>
 #include <QDataStream>
 #include <QDebug>
@@ -593,11 +595,7 @@ bool isPlausibleJpeg(const QByteArray &jpeg)
 {
     QBuffer buffer(const_cast<QByteArray *>(&jpeg));
     buffer.open(QIODevice::ReadOnly);
-    const QSize size = QImageReader(&buffer, "JPG").size();
-    // Each block of 8 x 8 pixels takes two bits at least; what claims more pixels than that would
-    // only make the decoder allocate gigabytes.
-    constexpr qint64 pixelsPerByte = 64 * 4;
-    return qint64(size.width()) * size.height() <= jpeg.size() * pixelsPerByte;
+    return isPlausibleSize(QImageReader(&buffer, "JPG").size(), jpeg.size());
 }
 
 QTransform uprightTransform(quint16 orientation)

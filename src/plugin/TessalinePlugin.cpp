@@ -16,6 +16,8 @@
 #include "files/Settings.h"
 #include "files/SettingsBase.h"
 #include "imaging/ExifInfo.h"
+#include "imaging/ImageObject.h"
+#include "imaging/ImageProvider.h"
 #include "logging/Logging.h"
 #include "network/Network.h"
 #include "network/NetworkProxy.h"
@@ -118,7 +120,7 @@ void TessalinePlugin::registerTypes(const char *uri)
     creatable<ZipFileInfo>(uri, "ZipFileInfo");
     uncreatable<StandardPaths>(uri, "StandardPaths");
     uncreatable<Device>(uri, "Device");
-    // creatable<ImageObject>(uri, "ImageObject");
+    creatable<ImageObject>(uri, "ImageObject");
     creatable<PropertySet>(uri, "PropertySet");
     creatable<BinaryData>(uri, "BinaryData");
 
@@ -132,6 +134,7 @@ void TessalinePlugin::initializeEngine(QQmlEngine *engine, const char *uri)
     qCDebug(FRAMEWORK_PLUGIN) << Q_FUNC_INFO
                               << "Offline storage path:" << engine->offlineStoragePath();
     initializeNetwork();
+    ImageProvider::initialize(engine);
     installTranslation(engine);
     QQmlExtensionPlugin::initializeEngine(engine, uri);
 }

@@ -133,6 +133,7 @@ void tst_Module::everyRowIsDescribed_data()
                              "ZipFileInfo",
                              "StandardPaths",
                              "Device",
+                             "ImageObject",
                              "PropertySet",
                              "BinaryData"})
         QTest::newRow(name) << QString(name);

@@ -138,6 +138,7 @@ private slots:
 
     void initializeEngineLogsInOrder();
     void systemProxyIsUsedForEveryEngine();
+    void everyEngineGetsAnImageProvider();
     void importPathsStayAsTheyAre();
     void subModulesNeedTheResourcePath_data();
     void subModulesNeedTheResourcePath();
@@ -292,6 +293,7 @@ void tst_TessalinePlugin::rowIsRegistered_data()
     creatable("ZipFileInfo");
     uncreatable("StandardPaths");
     uncreatable("Device");
+    creatable("ImageObject");
     creatable("PropertySet");
     creatable("BinaryData");
 }
@@ -361,7 +363,7 @@ void tst_TessalinePlugin::helperClassIsNoType_data()
     QTest::addColumn<QString>("name");
     for (const char *name : {"PortalRequest", "PortalPackageRequest", "PortalObject",
                              "NetworkFormData", "NetworkFilePart", "SettingsBase", "AppletsPlayer",
-                             "AppletsPlayerSettings", "FileUtility", "UnZipFile"})
+                             "AppletsPlayerSettings", "FileUtility", "UnZipFile", "ImageProvider"})
         QTest::newRow(name) << QString(name);
 }
 
@@ -496,6 +498,19 @@ void tst_TessalinePlugin::systemProxyIsUsedForEveryEngine()
         QVERIFY(QNetworkProxyFactory::usesSystemConfiguration());
     }
     QLoggingCategory::setFilterRules(QString());
+}
+
+void tst_TessalinePlugin::everyEngineGetsAnImageProvider()
+{
+    for (int i = 0; i < 2; ++i) {
+        const QScopedPointer<QQmlEngine> engine(makeEngine());
+        QVERIFY(!engine->imageProvider("imageobject"));
+        const QScopedPointer<QObject> object(createObject(engine.data(), "QtObject {}"));
+        const QQmlImageProviderBase *provider = engine->imageProvider("imageobject");
+        QVERIFY(provider);
+        QCOMPARE(provider->imageType(), QQmlImageProviderBase::Image);
+        QCOMPARE(provider->flags(), QQmlImageProviderBase::Flags());
+    }
 }
 
 void tst_TessalinePlugin::importPathsStayAsTheyAre()
