@@ -1,3 +1,4 @@
+#include "ExifBlock.h"
 #include "imaging/ExifInfo.h"
 #include "support/IsolatedHome.h"
 
@@ -13,7 +14,8 @@
 #include <cmath>
 
 // exiftool and exiv2 read the same pictures and must agree, except where this codec reads or writes
-// otherwise on purpose: inline undefined bytes of a big-endian file, EXIF behind XMP, altitudes
+// otherwise on purpose: inline undefined bytes of a big-endian file, a text without its closing
+// zero, types that it doesn't know, the tags that point at other tables, EXIF behind XMP, altitudes
 // below the sea, what it writes into the second and third table.
 class tst_ExifJudges : public QObject
 {
@@ -28,6 +30,12 @@ private slots:
     void exifBehindXmpIsNotFound();
     void pillowPicturesAreRead();
     void largeMakerNoteIsRead();
+    void judgesAgreeOnALargeMakerNote_data();
+    void judgesAgreeOnALargeMakerNote();
+    void pictureWithAColorProfileIsReadAndKeepsIt();
+    void textWithoutAClosingZeroDiffers();
+    void unknownTypesDiffer();
+    void pointersAreNoTagsHere();
     void judgesReadWhatIsSaved_data();
     void judgesReadWhatIsSaved();
 
@@ -35,6 +43,8 @@ private:
     QString path(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
     void makePicture(const QString &path, const QStringList &convertOptions,
                      const QStringList &exifOptions);
+    void makePicture(const QString &path, const QByteArray &block);
+    bool runPillow(const QString &script, const QString &picture);
 
     QTemporaryDir m_folder;
 };
@@ -92,6 +102,30 @@ void tst_ExifJudges::makePicture(const QString &path, const QStringList &convert
         QStringList{"-size", "64x32", "gradient:", "-strip"} + convertOptions + QStringList{path});
     run("exiftool", QStringList{"-q", "-overwrite_original"} + exifOptions + QStringList{path});
     QVERIFY2(QFile::exists(path), "convert made no picture");
+}
+
+// With that block ahead of everything else.
+void tst_ExifJudges::makePicture(const QString &path, const QByteArray &block)
+{
+    makePicture(path, {}, {"-Make=gone"});
+    run("exiftool", {"-q", "-overwrite_original", "-EXIF:all=", path});
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QByteArray bytes = file.readAll();
+    bytes.insert(2, exifSegment(block));
+    file.seek(0);
+    QCOMPARE(file.write(bytes), qint64(bytes.size()));
+}
+
+// Whether the script, which finds the picture's path in sys.argv[1], made one.
+bool tst_ExifJudges::runPillow(const QString &script, const QString &picture)
+{
+    // The system's own first: it is the one that has the system's modules.
+    for (const char *python : {"/usr/bin/python3", "python3"}) {
+        if (!QFile::exists(picture))
+            run(python, {"-c", script, picture});
+    }
+    return QFile::exists(picture);
 }
 
 void tst_ExifJudges::judgesAgree_data()
@@ -198,12 +232,7 @@ void tst_ExifJudges::pillowPicturesAreRead()
                          "exif[271] = 'Pillow'\n"
                          "exif[274] = 3\n"
                          "Image.new('RGB', (8, 8)).save(sys.argv[1], exif=exif)\n";
-    // The system's own first: it is the one that has the system's modules.
-    for (const char *python : {"/usr/bin/python3", "python3"}) {
-        if (!QFile::exists(picture))
-            run(python, {"-c", script, picture});
-    }
-    if (!QFile::exists(picture))
+    if (!runPillow(script, picture))
         QSKIP("Pillow is not installed");
     const ExifInfo info(picture);
     QCOMPARE(info.imageValue(271).toList(), QVariantList({QString("Pillow")}));
@@ -225,6 +254,104 @@ void tst_ExifJudges::largeMakerNoteIsRead()
     QVERIFY(header.saveToJpeg(picture));
     const ExifInfo info(picture);
     QCOMPARE(info.imageValue(37500).toList(), QVariantList({note}));
+}
+
+void tst_ExifJudges::judgesAgreeOnALargeMakerNote_data()
+{
+    QTest::addColumn<bool>("bigEndian");
+    QTest::newRow("II") << false;
+    QTest::newRow("MM") << true;
+}
+
+void tst_ExifJudges::judgesAgreeOnALargeMakerNote()
+{
+    QFETCH(bool, bigEndian);
+    QByteArray note(60000, 'n');
+    note.replace(0, 4, "note");
+    ExifBlock block(bigEndian);
+    block.u32(8).u16(1).entry(34665, 4, 1, 26).u32(0);              // the image's table
+    block.u16(2).entry(34855, 3, 1, bigEndian ? 400u << 16 : 400u); // ISO
+    block.entry(37500, 7, 60000, 56).u32(0).raw(note);
+    const QString picture = path("note.jpg");
+    makePicture(picture, block);
+
+    const ExifInfo info(picture);
+    QCOMPARE(info.extendedValue(37500).toList(), QVariantList({note}));
+    QCOMPARE(info.extendedValue(34855).toInt(), 400);
+    QStringList numbers;
+    for (const char byte : note)
+        numbers.append(QString::number(byte));
+    QCOMPARE(exiv2(picture, "Exif.Photo.MakerNote"), numbers.join(' '));
+    QCOMPARE(exiftool(picture).value("ExifIFD:ISO").toInt(), 400);
+    QCOMPARE(run("exiftool", {"-b", "-MakerNoteUnknownText", picture}), note);
+}
+
+void tst_ExifJudges::pictureWithAColorProfileIsReadAndKeepsIt()
+{
+    const QString picture = path("profile.jpg");
+    const char *script = "import sys\n"
+                         "from PIL import Image, ImageCms\n"
+                         "exif = Image.Exif()\n"
+                         "exif[271] = 'Pillow'\n"
+                         "exif[272] = 'A model whose name leaves room'\n"
+                         "profile = ImageCms.ImageCmsProfile(ImageCms.createProfile('sRGB'))\n"
+                         "Image.new('RGB', (8, 8)).save(sys.argv[1], exif=exif,\n"
+                         "                              icc_profile=profile.tobytes())\n";
+    if (!runPillow(script, picture))
+        QSKIP("Pillow is not installed");
+    const QByteArray profile = run("exiftool", {"-b", "-ICC_Profile", picture});
+    QVERIFY(profile.size() > 100);
+    QCOMPARE(ExifInfo(picture).imageValue(271).toList(), QVariantList({QString("Pillow")}));
+    QCOMPARE(exiv2(picture, "Exif.Image.Make"), QString("Pillow"));
+
+    QExifImageHeader header;
+    header.setValue(QExifImageHeader::Make, QString("Other"));
+    QVERIFY(header.saveToJpeg(picture));
+    QCOMPARE(exiv2(picture, "Exif.Image.Make"), QString("Other"));
+    QCOMPARE(run("exiftool", {"-b", "-ICC_Profile", picture}), profile);
+    QCOMPARE(QImage(picture).size(), QSize(8, 8));
+}
+
+void tst_ExifJudges::textWithoutAClosingZeroDiffers()
+{
+    const QString picture = path("zero.jpg");
+    makePicture(picture, ExifBlock().u32(8).u16(1).entry(271, 2, 5, 26).u32(0).raw("Maker"));
+    QCOMPARE(exiftool(picture).value("IFD0:Make").toString(), QString("Maker"));
+    QCOMPARE(exiv2(picture, "Exif.Image.Make"), QString("Maker"));
+    // The last byte is dropped unseen.
+    QCOMPARE(ExifInfo(picture).imageValue(271).toList(), QVariantList({QString("Make")}));
+}
+
+void tst_ExifJudges::unknownTypesDiffer()
+{
+    const QString picture = path("types.jpg");
+    ExifBlock block;
+    block.u32(8).u16(2).rawEntry(256, 6, 1, QByteArray("\x05\0\0\0", 4)); // signed byte
+    block.entry(257, 11, 1, 0x3fc00000).u32(0);                           // 1.5
+    makePicture(picture, block);
+    QCOMPARE(exiv2(picture, "Exif.Image.ImageWidth"), QString("5"));
+    QCOMPARE(exiv2(picture, "Exif.Image.ImageLength"), QString("1.5"));
+
+    QTest::ignoreMessage(QtWarningMsg, "Invalid Ifd Type 6");
+    QTest::ignoreMessage(QtWarningMsg, "Invalid Ifd Type 11");
+    const ExifInfo info(picture);
+    QVERIFY(info.isExifValid());
+    QCOMPARE(info.imageTags(), QList<int>({256, 257}));
+    // A null value is one of bytes without any.
+    QCOMPARE(info.imageValue(256), QVariant(0));
+    QCOMPARE(info.imageValue(257), QVariant(0));
+}
+
+void tst_ExifJudges::pointersAreNoTagsHere()
+{
+    const QString picture = path("pointers.jpg");
+    makePicture(picture, {}, {"-Make=Maker", "-ISO=100", "-GPSAltitude=1"});
+    QVERIFY(exiv2(picture, "Exif.Image.ExifTag").toInt() > 0);
+    QVERIFY(exiv2(picture, "Exif.Image.GPSTag").toInt() > 0);
+    const ExifInfo info(picture);
+    QVERIFY(info.imageTags().contains(271));
+    QVERIFY(!info.imageTags().contains(QExifImageHeader::ExifIfdPointer));
+    QVERIFY(!info.imageTags().contains(QExifImageHeader::GpsInfoIfdPointer));
 }
 
 void tst_ExifJudges::judgesReadWhatIsSaved_data()

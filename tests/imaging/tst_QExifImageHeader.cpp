@@ -2,6 +2,8 @@
 #include "imaging/QExifImageHeader.h"
 #include "support/IsolatedHome.h"
 #include "support/LogCapture.h"
+#include "support/SmallDisk.h"
+#include "support/UnprivilegedUser.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -71,6 +73,8 @@ private slots:
     void refusedFilesStayAsTheyAre();
     void savesToAPath();
     void readOnlyAndMissingFilesAreNotSaved();
+    void fileWithoutPermissionStaysAsItIs();
+    void fullDiskIsNoticed();
 
     void truncationAtEachByteIsHarmless();
     void hostileFieldsAreHarmless_data();
@@ -879,6 +883,50 @@ void tst_QExifImageHeader::readOnlyAndMissingFilesAreNotSaved()
     QVERIFY(!Header().loadFromJpeg(folder.path()));
     QVERIFY(!Header().loadFromJpeg(folder.filePath("none.jpg")));
     QVERIFY(!Header().saveToJpeg(":/none.jpg"));
+}
+
+void tst_QExifImageHeader::fileWithoutPermissionStaysAsItIs()
+{
+    const QTemporaryDir folder("/tmp/tst_QExifImageHeader-XXXXXX");
+    QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions(0x7755)));
+    QFile file(folder.filePath("picture.jpg"));
+    const QByteArray before = jpegWithExif(richBlock(false));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(before), qint64(before.size()));
+    file.close();
+    QVERIFY(file.setPermissions(QFile::Permissions(0x4444)));
+    {
+        const UnprivilegedUser user;
+        QVERIFY(Header().loadFromJpeg(file.fileName()));
+        QVERIFY(!Header().saveToJpeg(file.fileName()));
+    }
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), before);
+}
+
+void tst_QExifImageHeader::fullDiskIsNoticed()
+{
+    SmallDisk disk(64);
+    if (!disk.isMounted())
+        QSKIP(qPrintable(disk.reason()));
+    for (const int valueSize : {100, 40000}) { // written at the end only, and on the way
+        QFile file(disk.filePath("picture.jpg"));
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        // Up to the end of a page, so that the first byte more needs another.
+        const QByteArray before = ("\xFF\xD8" + jpegRest()).leftJustified(4096, 'x');
+        QCOMPARE(file.write(before), qint64(before.size()));
+        file.close();
+        Header header;
+        header.setValue(Header::Make, QString(valueSize, 'x'));
+        QVERIFY(disk.fillUpTo(0));
+        QVERIFY(!header.saveToJpeg(file.fileName()));
+
+        QVERIFY(QFile::remove(disk.filePath("filler")));
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        QCOMPARE(file.write(before), qint64(before.size()));
+        file.close();
+        QVERIFY(header.saveToJpeg(file.fileName())); // there is room now
+    }
 }
 
 void tst_QExifImageHeader::truncationAtEachByteIsHarmless()
