@@ -32,8 +32,12 @@ Column {
             }
         }
         value: camera ? camera.flash.mode : Camera.FlashAuto
-        // The name with a capital is what is written: the camera keeps its mode.
-        onSelected: camera.flash.Mode = value
+        // The name with a capital is what is written: the camera has no such property, says so, and
+        // keeps its mode.
+        onSelected: {
+            if (camera)
+                camera.flash.Mode = value;
+        }
     }
 
     CameraPropertyChooser {
@@ -51,7 +55,10 @@ Column {
             }
         }
         value: camera ? camera.imageProcessing.whiteBalanceMode : CameraImageProcessing.WhiteBalanceAuto
-        onSelected: camera.imageProcessing.whiteBalanceMode = value
+        onSelected: {
+            if (camera)
+                camera.imageProcessing.whiteBalanceMode = value;
+        }
     }
 
     CameraPropertySlider {
@@ -90,11 +97,19 @@ Column {
     }
 
     Switch {
-        checked: videoOutput ? videoOutput.autoOrientation : false
+        id: orientationSwitch
+
         onCheckedChanged: {
             if (videoOutput)
                 videoOutput.autoOrientation = checked;
         }
+    }
+
+    // A click writes `checked`, which ends a binding that stands there itself.
+    Binding {
+        target: orientationSwitch
+        property: "checked"
+        value: videoOutput ? videoOutput.autoOrientation : false
     }
 
     CameraPropertyText {

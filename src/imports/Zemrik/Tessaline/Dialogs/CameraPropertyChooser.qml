@@ -1,6 +1,5 @@
 // A setting with a few values: collapsed it shows the present one, expanded a grid of all.
 import QtQuick 2.3
-import QtQuick.Controls 1.2
 import Zemrik.Tessaline 1.0
 
 Column {

@@ -42,8 +42,11 @@ Dialog {
     height: typeof parent !== "undefined" && parent ? parent.height * sizeRatio : 400
 
     onVisibleChanged: {
-        if (visible)
-            _refresh();
+        if (!visible)
+            return;
+        _refresh();
+        // Qt's dialog takes the focus for itself when it opens; the arrow keys are for the pictures.
+        imagesView.forceActiveFocus();
     }
     onAccepted: {
     }

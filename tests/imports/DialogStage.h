@@ -1,0 +1,234 @@
+#pragma once
+
+#include "support/LogCapture.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQmlExpression>
+#include <QQmlListReference>
+#include <QQuickItem>
+#include <QQuickView>
+#include <QQuickWindow>
+#include <QScreen>
+#include <QTest>
+#include <QTouchDevice>
+#include <QtMath>
+
+#include <memory>
+
+// Documents with a dialog in them, in real windows, and what a hand does to them. One engine serves
+// the whole process, and every line that it or Qt warns with is kept: a test ends with
+// QVERIFY2(stage.isSilent(), stage.log()).
+class DialogStage
+{
+public:
+    DialogStage()
+    {
+        m_engine.addImportPath(QString::fromLocal8Bit(qgetenv("TESSALINE_QML_IMPORT_DIR")));
+        m_engine.addImportPath(QStringLiteral(":/imports"));
+    }
+    ~DialogStage() { close(); }
+
+    QQmlEngine *engine() { return &m_engine; }
+    QQuickWindow *window() const { return m_window; }
+
+    // A document whose root is an item (shown in a view) or a window of its own, 800 x 600. `body` goes into the
+    // root; with an id "subject" it is what subject() gives.
+    bool show(const QString &body, const QString &root = QStringLiteral("Item"))
+    {
+        close();
+        QQmlComponent component(&m_engine);
+        component.setData(document(body, root).toUtf8(), QUrl(QStringLiteral("file:///stage.qml")));
+        QObject *object = component.create();
+        if (!object) {
+            qWarning("%s", qPrintable(component.errorString()));
+            return false;
+        }
+        m_root.reset(object);
+        m_window = qobject_cast<QQuickWindow *>(object);
+        if (!m_window)
+            showItem(qobject_cast<QQuickItem *>(object));
+        m_window->show();
+        return QTest::qWaitForWindowExposed(m_window);
+    }
+    void close()
+    {
+        m_view.reset();
+        m_root.reset();
+        m_window = nullptr;
+    }
+    QObject *root() const { return m_root.get(); }
+    QObject *subject() const { return m_root->property("subject").value<QObject *>(); }
+
+    // What a script in the document of `subject` itself would get, ids of that document included.
+    static QVariant inside(QObject *dialog, const QString &script)
+    {
+        QObject *content = QQmlListReference(dialog, "data").at(0);
+        return evaluate(content, script);
+    }
+    static QVariant evaluate(QObject *object, const QString &script)
+    {
+        QQmlExpression expression(qmlContext(object), object, script);
+        bool undefined = false;
+        const QVariant value = expression.evaluate(&undefined);
+        if (expression.hasError())
+            qWarning("%s", qPrintable(expression.error().toString()));
+        return value;
+    }
+    QVariant insideSubject(const QString &script) const { return inside(subject(), script); }
+    QQuickItem *innerItem(const QString &script) const
+    {
+        return insideSubject(script).value<QQuickItem *>();
+    }
+    QQuickWindow *dialogWindow() const
+    {
+        auto *content = qobject_cast<QQuickItem *>(QQmlListReference(subject(), "data").at(0));
+        return content ? content->window() : nullptr;
+    }
+    // Opens the dialog as a window manager would: drawn, and with the keyboard.
+    bool openDialog()
+    {
+        QMetaObject::invokeMethod(subject(), "open");
+        QQuickWindow *dialog = dialogWindow();
+        if (!dialog || !QTest::qWaitForWindowExposed(dialog))
+            return false;
+        dialog->requestActivate();
+        return QTest::qWaitForWindowActive(dialog);
+    }
+
+    // Descendants, in the order in which they lie.
+    static QList<QQuickItem *> items(QQuickItem *parent)
+    {
+        QList<QQuickItem *> list;
+        for (QQuickItem *child : parent->childItems()) {
+            list.append(child);
+            list.append(items(child));
+        }
+        return list;
+    }
+    // Items of a document or class, by the beginning of the class's name.
+    static QList<QQuickItem *> itemsOf(QQuickItem *parent, const QByteArray &type)
+    {
+        QList<QQuickItem *> list;
+        for (QQuickItem *item : items(parent)) {
+            const QByteArray name = item->metaObject()->className();
+            if (name == type || name.startsWith(type + "_QML"))
+                list.append(item);
+        }
+        return list;
+    }
+    // The item whose picture is "images/<name>.png".
+    static QQuickItem *itemWithPicture(QQuickItem *parent, const QByteArray &type, const QString &name)
+    {
+        for (QQuickItem *item : itemsOf(parent, type)) {
+            if (item->property("source").toUrl().path().endsWith("/images/" + name + ".png"))
+                return item;
+        }
+        return nullptr;
+    }
+    static QPoint center(const QQuickItem *item)
+    {
+        return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
+    }
+    // In the coordinates of the item's window.
+    static QRectF rectOf(const QQuickItem *item)
+    {
+        return item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
+    }
+
+    static void click(QQuickItem *item)
+    {
+        QTest::mouseClick(item->window(), Qt::LeftButton, Qt::NoModifier, center(item));
+    }
+    static void doubleClick(QQuickItem *item)
+    {
+        QTest::mouseDClick(item->window(), Qt::LeftButton, Qt::NoModifier, center(item));
+    }
+    static void tap(QQuickItem *item)
+    {
+        static QTouchDevice *device = QTest::createTouchDevice();
+        QTest::touchEvent(item->window(), device).press(0, center(item), item->window());
+        QTest::touchEvent(item->window(), device).release(0, center(item), item->window());
+    }
+
+    static QColor pixel(const QImage &picture, const QPointF &point)
+    {
+        const qreal ratio = picture.devicePixelRatio();
+        return picture.pixelColor(qFloor(point.x() * ratio), qFloor(point.y() * ratio));
+    }
+
+    // Lines at warning level and above, except those announced for this test.
+    void expectWarning(const QString &words) { m_expected.append(words); }
+    bool isSilent() const { return unexpected().isEmpty(); }
+    const char *log()
+    {
+        m_text = unexpected().join('\n').toUtf8();
+        return m_text.constData();
+    }
+    int warnings(const QString &words) const { return count(QtWarningMsg, words); }
+    int count(QtMsgType type, const QString &words) const
+    {
+        int found = 0;
+        for (const LogCapture::Message &message : m_log->messages()) {
+            if (message.type == type && message.text.contains(words))
+                ++found;
+        }
+        return found;
+    }
+    void beginLog()
+    {
+        m_log.reset();
+        m_log = std::make_unique<LogCapture>();
+        m_expected.clear();
+    }
+    void endLog() { m_log.reset(); }
+
+private:
+    static QString document(const QString &body, const QString &root)
+    {
+        const bool isItem = root == QLatin1String("Item");
+        return QStringLiteral("import QtQuick 2.15\n"
+                              "import QtQuick.Window 2.15\n"
+                              "import QtQuick.Controls 1.4\n"
+                              "import QtQuick.Dialogs 1.2\n"
+                              "import QtMultimedia 5.15\n"
+                              "import Zemrik.Tessaline 1.0\n"
+                              "import Zemrik.Tessaline.Dialogs 1.0\n"
+                              "import \"qrc:/imports/Zemrik/Tessaline/Dialogs\" as Inner\n"
+                              "%1 { width: 800; height: 600; %2\n"
+                              "property QtObject subject: theSubject\n%3\n}\n")
+            .arg(root, isItem ? QString() : QStringLiteral("visible: true"), body);
+    }
+    void showItem(QQuickItem *item)
+    {
+        m_view = std::make_unique<QQuickView>(&m_engine, nullptr);
+        m_view->resize(int(item->width()), int(item->height()));
+        item->setParentItem(m_view->contentItem());
+        m_window = m_view.get();
+    }
+    QStringList unexpected() const
+    {
+        QStringList lines;
+        for (const LogCapture::Message &message : m_log->messages()) {
+            if (message.type == QtDebugMsg || message.type == QtInfoMsg)
+                continue;
+            bool announced = false;
+            for (const QString &words : m_expected)
+                announced = announced || message.text.contains(words);
+            if (!announced)
+                lines.append(QString::fromLatin1(message.category) + ": " + message.text);
+        }
+        return lines;
+    }
+
+    QQmlEngine m_engine;
+    std::unique_ptr<QObject> m_root;
+    std::unique_ptr<QQuickView> m_view;
+    QQuickWindow *m_window = nullptr;
+    std::unique_ptr<LogCapture> m_log;
+    QStringList m_expected;
+    QByteArray m_text;
+};
