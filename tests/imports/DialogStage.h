@@ -14,8 +14,8 @@
 #include <QQuickWindow>
 #include <QScreen>
 #include <QTest>
-#include <QTouchDevice>
 #include <QtMath>
+#include <QTouchDevice>
 
 #include <memory>
 
@@ -35,8 +35,8 @@ public:
     QQmlEngine *engine() { return &m_engine; }
     QQuickWindow *window() const { return m_window; }
 
-    // A document whose root is an item (shown in a view) or a window of its own, 800 x 600. `body` goes into the
-    // root; with an id "subject" it is what subject() gives.
+    // A document whose root is an item (shown in a view) or a window of its own, 800 x 600. `body`
+    // goes into the root; with an id "subject" it is what subject() gives.
     bool show(const QString &body, const QString &root = QStringLiteral("Item"))
     {
         close();
@@ -63,11 +63,20 @@ public:
     QObject *root() const { return m_root.get(); }
     QObject *subject() const { return m_root->property("subject").value<QObject *>(); }
 
-    // What a script in the document of `subject` itself would get, ids of that document included.
+    // The item that a dialog's document puts into Qt's dialog.
+    static QQuickItem *contentOf(QObject *dialog)
+    {
+        QQmlListReference data(dialog, "data");
+        for (int i = 0; i < data.count(); ++i) {
+            if (auto *item = qobject_cast<QQuickItem *>(data.at(i)))
+                return item;
+        }
+        return nullptr;
+    }
+    // What a script in the dialog's own document would get, its ids included.
     static QVariant inside(QObject *dialog, const QString &script)
     {
-        QObject *content = QQmlListReference(dialog, "data").at(0);
-        return evaluate(content, script);
+        return evaluate(contentOf(dialog), script);
     }
     static QVariant evaluate(QObject *object, const QString &script)
     {
@@ -83,11 +92,7 @@ public:
     {
         return insideSubject(script).value<QQuickItem *>();
     }
-    QQuickWindow *dialogWindow() const
-    {
-        auto *content = qobject_cast<QQuickItem *>(QQmlListReference(subject(), "data").at(0));
-        return content ? content->window() : nullptr;
-    }
+    QQuickWindow *dialogWindow() const { return contentOf(subject())->window(); }
     // Opens the dialog as a window manager would: drawn, and with the keyboard.
     bool openDialog()
     {
@@ -121,7 +126,8 @@ public:
         return list;
     }
     // The item whose picture is "images/<name>.png".
-    static QQuickItem *itemWithPicture(QQuickItem *parent, const QByteArray &type, const QString &name)
+    static QQuickItem *itemWithPicture(QQuickItem *parent, const QByteArray &type,
+                                       const QString &name)
     {
         for (QQuickItem *item : itemsOf(parent, type)) {
             if (item->property("source").toUrl().path().endsWith("/images/" + name + ".png"))
@@ -158,6 +164,13 @@ public:
     {
         const qreal ratio = picture.devicePixelRatio();
         return picture.pixelColor(qFloor(point.x() * ratio), qFloor(point.y() * ratio));
+    }
+
+    // Video goes through a conversion that may round.
+    static bool isNear(const QColor &a, const QColor &b)
+    {
+        return qAbs(a.red() - b.red()) + qAbs(a.green() - b.green()) + qAbs(a.blue() - b.blue())
+               < 8;
     }
 
     // Lines at warning level and above, except those announced for this test.

@@ -52,7 +52,8 @@ const QVector<SyntheticCamera::Device> &SyntheticCamera::devices()
 {
     static const QVector<Device> list{
         {"synthetic-back", QStringLiteral("Back camera"), QCamera::BackFace, QColor(40, 90, 60)},
-        {"synthetic-front", QStringLiteral("Front camera"), QCamera::FrontFace, QColor(120, 40, 90)}};
+        {"synthetic-front", QStringLiteral("Front camera"), QCamera::FrontFace,
+         QColor(120, 40, 90)}};
     return list;
 }
 
@@ -113,7 +114,8 @@ QColor SyntheticCamera::groundColor() const
     return QColor::fromHsv(hue, saturation, value);
 }
 
-qreal SyntheticCamera::adjustment(QCameraImageProcessingControl::ProcessingParameter parameter) const
+qreal SyntheticCamera::adjustment(
+    QCameraImageProcessingControl::ProcessingParameter parameter) const
 {
     return processing.value(parameter).toReal();
 }

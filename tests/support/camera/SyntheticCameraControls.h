@@ -74,7 +74,8 @@ public:
     {
     }
 
-    bool isCaptureDestinationSupported(QCameraImageCapture::CaptureDestinations where) const override
+    bool
+    isCaptureDestinationSupported(QCameraImageCapture::CaptureDestinations where) const override
     {
         return where == QCameraImageCapture::CaptureToFile;
     }
@@ -143,7 +144,8 @@ public:
     explicit SyntheticExposureControl(SyntheticCamera *camera);
 
     bool isParameterSupported(ExposureParameter parameter) const override;
-    QVariantList supportedParameterRange(ExposureParameter parameter, bool *continuous) const override;
+    QVariantList supportedParameterRange(ExposureParameter parameter,
+                                         bool *continuous) const override;
     QVariant requestedValue(ExposureParameter parameter) const override;
     QVariant actualValue(ExposureParameter parameter) const override;
     bool setValue(ExposureParameter parameter, const QVariant &value) override;
@@ -178,7 +180,10 @@ public:
     QCameraFocus::FocusModes focusMode() const override { return m_camera->focusMode; }
     void setFocusMode(QCameraFocus::FocusModes mode) override;
     bool isFocusModeSupported(QCameraFocus::FocusModes) const override { return true; }
-    QCameraFocus::FocusPointMode focusPointMode() const override { return m_camera->focusPointMode; }
+    QCameraFocus::FocusPointMode focusPointMode() const override
+    {
+        return m_camera->focusPointMode;
+    }
     void setFocusPointMode(QCameraFocus::FocusPointMode mode) override;
     bool isFocusPointModeSupported(QCameraFocus::FocusPointMode) const override { return true; }
     QPointF customFocusPoint() const override { return m_camera->focusPoint; }
@@ -233,7 +238,8 @@ public:
 
     QStringList supportedImageCodecs() const override;
     QString imageCodecDescription(const QString &codec) const override;
-    QList<QSize> supportedResolutions(const QImageEncoderSettings &, bool *continuous) const override;
+    QList<QSize> supportedResolutions(const QImageEncoderSettings &,
+                                      bool *continuous) const override;
     QImageEncoderSettings imageSettings() const override { return m_camera->imageSettings; }
     void setImageSettings(const QImageEncoderSettings &settings) override;
 

@@ -27,6 +27,4 @@ QMediaControl *SyntheticCameraService::requestControl(const char *name)
 }
 
 // The controls stay with the camera.
-void SyntheticCameraService::releaseControl(QMediaControl *)
-{
-}
+void SyntheticCameraService::releaseControl(QMediaControl *) {}

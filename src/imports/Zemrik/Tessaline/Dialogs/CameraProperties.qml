@@ -13,9 +13,41 @@ Column {
 
     spacing: 8
 
+    onCameraChanged: sliderFollower.follow()
+
     Component.onCompleted: {
         if (!camera)
             console.error("No Camera");
+    }
+
+    // Brings the camera's values to the sliders. A binding would meet itself: a slider rounds a value
+    // to its steps, and what it shows would go back to the camera.
+    Connections {
+        id: sliderFollower
+
+        property bool following: false
+
+        target: camera ? camera.imageProcessing : null
+
+        function onContrastChanged() {
+            follow();
+        }
+
+        function onSaturationChanged() {
+            follow();
+        }
+
+        function onSharpeningLevelChanged() {
+            follow();
+        }
+
+        function follow() {
+            following = true;
+            contrastSlider.value = camera ? camera.imageProcessing.contrast : 0;
+            saturationSlider.value = camera ? camera.imageProcessing.saturation : 0;
+            sharpeningSlider.value = camera ? camera.imageProcessing.sharpeningLevel : 0;
+            following = false;
+        }
     }
 
     CameraPropertyChooser {
@@ -32,8 +64,7 @@ Column {
             }
         }
         value: camera ? camera.flash.mode : Camera.FlashAuto
-        // The name with a capital is what is written: the camera has no such property, says so, and
-        // keeps its mode.
+        // The name with a capital is what is written; the mode stays.
         onSelected: {
             if (camera)
                 camera.flash.Mode = value;
@@ -62,31 +93,34 @@ Column {
     }
 
     CameraPropertySlider {
+        id: contrastSlider
+
         width: parent.width
         label: qsTr("Contrast")
-        value: camera ? camera.imageProcessing.contrast : 0
         onValueChanged: {
-            if (camera)
+            if (camera && !sliderFollower.following)
                 camera.imageProcessing.contrast = value;
         }
     }
 
     CameraPropertySlider {
+        id: saturationSlider
+
         width: parent.width
         label: qsTr("Saturation")
-        value: camera ? camera.imageProcessing.saturation : 0
         onValueChanged: {
-            if (camera)
+            if (camera && !sliderFollower.following)
                 camera.imageProcessing.saturation = value;
         }
     }
 
     CameraPropertySlider {
+        id: sharpeningSlider
+
         width: parent.width
         label: qsTr("Sharpening")
-        value: camera ? camera.imageProcessing.sharpeningLevel : 0
         onValueChanged: {
-            if (camera)
+            if (camera && !sliderFollower.following)
                 camera.imageProcessing.sharpeningLevel = value;
         }
     }

@@ -72,18 +72,7 @@ Dialog {
             clip: true
             focus: true
 
-            onCurrentIndexChanged: {
-                if (currentIndex < 0)
-                    return;
-                var entry = model[currentIndex];
-                if (entry.substr(0, 1) === "~") {
-                    standardButtons = StandardButton.Cancel;
-                } else {
-                    standardButtons = StandardButton.Cancel + StandardButton.Ok;
-                    imagePath = imagesFolder.filePath(entry);
-                    imageUrl = imagesFolder.fileUrl(entry);
-                }
-            }
+            onCurrentIndexChanged: _select()
         }
     }
 
@@ -91,7 +80,9 @@ Dialog {
         id: imagesFolder
 
         path: Tessaline.standardPaths.writableLocation(StandardPaths.PicturesLocation)
-        onPathChanged: _refresh()
+
+        // The folder at the start is read when the dialog opens, not before.
+        Component.onCompleted: pathChanged.connect(_refresh)
     }
 
     Component {
@@ -179,5 +170,21 @@ Dialog {
             });
         }
         imagesView.model = files;
+        // The view keeps its index, without a signal, where the list is the same as before.
+        _select();
+    }
+
+    // A folder can't be taken, a picture can.
+    function _select() {
+        if (imagesView.currentIndex < 0)
+            return;
+        var entry = imagesView.model[imagesView.currentIndex];
+        if (entry.substr(0, 1) === "~") {
+            standardButtons = StandardButton.Cancel;
+        } else {
+            standardButtons = StandardButton.Cancel + StandardButton.Ok;
+            imagePath = imagesFolder.filePath(entry);
+            imageUrl = imagesFolder.fileUrl(entry);
+        }
     }
 }
