@@ -1,0 +1,46 @@
+// A line across the page that tells what happened or what can be done, with a button.
+import QtQuick 2.15
+import QtQuick.Layouts 1.15
+import "Theme.js" as Theme
+
+Rectangle {
+    id: notice
+
+    property string text
+    property string action         // the button's text; none when empty
+    property bool failed: false
+    property real unit: 1
+
+    signal triggered()
+
+    implicitHeight: row.implicitHeight + 16 * unit
+    radius: 8 * unit
+    color: failed ? Theme.badLight : Theme.accentLight
+    border { width: 1; color: failed ? "#f0b8b3" : "#c3d1f5" }
+
+    RowLayout {
+        id: row
+
+        anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter; leftMargin: 14 * notice.unit; rightMargin: 8 * notice.unit }
+        spacing: 10 * notice.unit
+
+        Text {
+            Layout.fillWidth: true
+            objectName: notice.objectName + "Text"
+            text: notice.text
+            textFormat: Text.PlainText
+            color: notice.failed ? Theme.bad : Theme.text
+            font.pixelSize: 13 * notice.unit
+            wrapMode: Text.Wrap
+            maximumLineCount: 5
+            elide: Text.ElideRight
+        }
+        PushButton {
+            objectName: notice.objectName + "Button"
+            visible: notice.action > ""
+            unit: notice.unit
+            text: notice.action
+            onClicked: notice.triggered()
+        }
+    }
+}

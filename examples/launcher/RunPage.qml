@@ -1,0 +1,124 @@
+// An app, started in place, below a bar to come back.
+import QtQuick 2.15
+import Zemrik.Tessaline 1.0
+import "Theme.js" as Theme
+
+FocusScope {
+    id: page
+
+    property string title
+    property string failure
+    property real unit: 1
+    property var component: null
+    readonly property alias app: loader.item
+
+    signal back()
+
+    // An app that was downloaded anew needs the engine to forget what it has compiled.
+    function start(info, isNew) {
+        stop();
+        if (isNew)
+            Tessaline.clearComponentCache();
+        title = info.title;
+        component = Qt.createComponent(info.source, Component.PreferSynchronous, page);
+        if (component.status === Component.Ready)
+            loader.sourceComponent = component;
+        failure = component.status !== Component.Ready ? component.errorString()
+                  : loader.status !== Loader.Ready ? qsTr("The app's main document is no item.") : "";
+        loader.forceActiveFocus();
+    }
+    function stop() {
+        loader.sourceComponent = undefined;
+        if (component)
+            component.destroy();
+        component = null;
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.page
+    }
+
+    Loader {
+        id: loader
+
+        anchors { left: parent.left; right: parent.right; top: bar.bottom; bottom: parent.bottom }
+        focus: true
+        clip: true
+    }
+
+    Column {
+        anchors.centerIn: parent
+        width: Math.min(parent.width - 40 * page.unit, 560 * page.unit)
+        visible: page.failure > ""
+        spacing: 10 * page.unit
+
+        Text {
+            width: parent.width
+            text: qsTr("%1 can't be started").arg(page.title)
+            textFormat: Text.PlainText
+            color: Theme.text
+            font { pixelSize: 18 * page.unit; bold: true }
+            wrapMode: Text.Wrap
+        }
+        Text {
+            width: parent.width
+            objectName: "startFailure"
+            text: page.failure
+            textFormat: Text.PlainText
+            color: Theme.bad
+            font.pixelSize: 13 * page.unit
+            wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+            maximumLineCount: 8
+            elide: Text.ElideRight
+        }
+    }
+
+    Rectangle {
+        id: bar
+
+        anchors { left: parent.left; right: parent.right; top: parent.top }
+        height: 44 * page.unit
+        color: Theme.text
+
+        Text {
+            anchors { left: leave.right; right: parent.right; leftMargin: 6 * page.unit; rightMargin: 12 * page.unit; verticalCenter: parent.verticalCenter }
+            text: page.title
+            textFormat: Text.PlainText
+            color: "white"
+            font { pixelSize: 15 * page.unit; bold: true }
+            elide: Text.ElideRight
+        }
+        Rectangle {
+            id: leave
+
+            anchors { left: parent.left; leftMargin: 6 * page.unit; verticalCenter: parent.verticalCenter }
+            width: leaveText.implicitWidth + 20 * page.unit
+            height: 34 * page.unit
+            objectName: "leaveButton"
+            radius: 8 * page.unit
+            color: leaveArea.pressed ? "#4a587a" : leaveArea.containsMouse ? "#34415f" : "transparent"
+
+            Text {
+                id: leaveText
+
+                anchors.centerIn: parent
+                text: qsTr("‹ Apps")
+                color: "white"
+                font.pixelSize: 14 * page.unit
+            }
+            MouseArea {
+                id: leaveArea
+
+                anchors.fill: parent
+                hoverEnabled: true
+                onClicked: page.back()
+            }
+        }
+    }
+
+    // Escape may be the app's own: what it doesn't take comes here.
+    Keys.onEscapePressed: back()
+    Keys.onBackPressed: back()
+    Shortcut { sequence: StandardKey.Back; enabled: page.visible; onActivated: page.back() }
+}
