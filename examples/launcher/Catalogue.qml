@@ -63,7 +63,7 @@ Item {
             if (catalogue.failure > "")
                 catalogue.refresh();
             else if (catalogue.portal.signedIn)
-                probe.send();   // the list searches by itself
+                probe.check();   // the list searches by itself
         }
     }
 
@@ -74,15 +74,13 @@ Item {
         onTriggered: catalogue.fail(qsTr("The portal doesn't answer."))
     }
 
-    NetworkRequest {
+    Probe {
         id: probe
 
-        url: catalogue.portal.restUrl + "/info?f=json"
-        uploadPrefix: ""
-        ignoreSslErrors: catalogue.portal.ignoreSslErrors
-        onErrorTextChanged: {
-            if (errorText > "" && catalogue.refreshing)
-                catalogue.fail(qsTr("The portal can't be reached: %1").arg(errorText));
+        portal: catalogue.portal
+        onFailed: {
+            if (catalogue.refreshing)
+                catalogue.fail(qsTr("The portal can't be reached: %1").arg(reason));
         }
     }
 
@@ -97,12 +95,12 @@ Item {
         failure = "";
         list.refresh(true);
         if (list.isRefreshing)
-            probe.send();
+            probe.check();
     }
 
     // By its item id or, for an app that was never published, its path.
     function find(key) {
-        for (let i = 0; i < list.apps.length; i++) {
+        for (let i = 0; list && i < list.apps.length; i++) {
             if (keyOf(list.apps[i]) === key)
                 return list.apps[i];
         }

@@ -30,20 +30,21 @@ QtObject {
 
     function start(info) {
         let download = of(info.itemId);
-        if (download && (download.state === "running" || download.state === "waiting"))
+        if (!download)
+            download = component.createObject(downloads);
+        else if (download.state === "running" || download.state === "waiting")
             return;
-        if (download) {
-            download.info = info;
-            download.state = "waiting";
-        } else {
-            download = component.createObject(downloads, { info: info });
-            byId[info.itemId] = download;
-        }
+        download.info = info;
+        download.state = "waiting";
+        byId[info.itemId] = download;
+        if (!running)
+            run(download);
         revision++;
-        if (!running) {
-            running = download;
-            download.start();
-        }
+    }
+
+    function run(download) {
+        running = download;
+        download.start();
     }
 
     function next(ended) {
@@ -52,8 +53,7 @@ QtObject {
             completed(ended.itemId);
         for (const id in byId) {
             if (byId[id].state === "waiting") {
-                running = byId[id];
-                running.start();
+                run(byId[id]);
                 return;
             }
         }

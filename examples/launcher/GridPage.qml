@@ -37,7 +37,7 @@ FocusScope {
         id: bar
 
         anchors { left: parent.left; right: parent.right; top: parent.top }
-        height: barGrid.implicitHeight + 20 * page.unit
+        height: (page.narrow ? 106 : 58) * page.unit
         color: Theme.surface
 
         Rectangle {
@@ -47,8 +47,6 @@ FocusScope {
         }
 
         GridLayout {
-            id: barGrid
-
             anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter; leftMargin: page.space; rightMargin: page.space }
             columns: page.narrow ? 2 : 3
             columnSpacing: 14 * page.unit

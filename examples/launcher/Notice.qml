@@ -1,6 +1,5 @@
 // A line across the page that tells what happened or what can be done, with a button.
 import QtQuick 2.15
-import QtQuick.Layouts 1.15
 import "Theme.js" as Theme
 
 Rectangle {
@@ -13,34 +12,35 @@ Rectangle {
 
     signal triggered()
 
-    implicitHeight: row.implicitHeight + 16 * unit
+    implicitHeight: Math.max(label.height, button.visible ? button.height : 0) + 16 * unit
     radius: 8 * unit
     color: failed ? Theme.badLight : Theme.accentLight
     border { width: 1; color: failed ? "#f0b8b3" : "#c3d1f5" }
 
-    RowLayout {
-        id: row
+    Text {
+        id: label
 
-        anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter; leftMargin: 14 * notice.unit; rightMargin: 8 * notice.unit }
-        spacing: 10 * notice.unit
+        anchors {
+            left: parent.left; right: button.visible ? button.left : parent.right; verticalCenter: parent.verticalCenter
+            leftMargin: 14 * notice.unit; rightMargin: 12 * notice.unit
+        }
+        objectName: notice.objectName + "Text"
+        text: notice.text
+        textFormat: Text.PlainText
+        color: notice.failed ? Theme.bad : Theme.text
+        font.pixelSize: 13 * notice.unit
+        wrapMode: Text.Wrap
+        maximumLineCount: 5
+        elide: Text.ElideRight
+    }
+    PushButton {
+        id: button
 
-        Text {
-            Layout.fillWidth: true
-            objectName: notice.objectName + "Text"
-            text: notice.text
-            textFormat: Text.PlainText
-            color: notice.failed ? Theme.bad : Theme.text
-            font.pixelSize: 13 * notice.unit
-            wrapMode: Text.Wrap
-            maximumLineCount: 5
-            elide: Text.ElideRight
-        }
-        PushButton {
-            objectName: notice.objectName + "Button"
-            visible: notice.action > ""
-            unit: notice.unit
-            text: notice.action
-            onClicked: notice.triggered()
-        }
+        anchors { right: parent.right; rightMargin: 8 * notice.unit; verticalCenter: parent.verticalCenter }
+        objectName: notice.objectName + "Button"
+        visible: notice.action > ""
+        unit: notice.unit
+        text: notice.action
+        onClicked: notice.triggered()
     }
 }

@@ -37,7 +37,7 @@ Item {
         function onBusyChanged() {
             if (signIn.dialog.busy) {
                 limit.restart();
-                probe.send();
+                probe.check();
             } else {
                 limit.stop();
             }
@@ -52,16 +52,11 @@ Item {
     }
 
     // The dialog hears of a token that was refused; this hears of a portal that isn't there.
-    NetworkRequest {
+    Probe {
         id: probe
 
-        url: signIn.portal.restUrl + "/info?f=json"
-        uploadPrefix: ""
-        ignoreSslErrors: signIn.portal.ignoreSslErrors
-        onErrorTextChanged: {
-            if (errorText > "")
-                signIn.fail(errorText);
-        }
+        portal: signIn.portal
+        onFailed: signIn.fail(reason)
     }
 
     function prepare() {
