@@ -11,7 +11,7 @@ Item {
 
     property var portal
     property var morePaths: []          // folders of apps besides the usual one
-    property string ownPath             // the app that shows this list isn't in it
+    property string ownId               // the app that shows this list isn't in it
     property string text                // searched for: part of a title, #tag, @owner
     property string show: "all"         // or "local", "hosted", "updates", "changed"
     property string order: "name"       // or "nameDown", "newest", "oldest"
@@ -150,7 +150,7 @@ Item {
         const found = [];
         for (let i = 0; i < list.filteredApps.length; i++) {
             const info = list.filteredApps[i];
-            if (info.path !== ownPath && (show !== "changed" || isChanged(info)))
+            if (info.itemId !== ownId && (show !== "changed" || isChanged(info)))
                 found.push(info);
         }
         apps = found.filter(info => info.pinned).concat(found.filter(info => !info.pinned));

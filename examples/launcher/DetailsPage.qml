@@ -31,6 +31,10 @@ FocusScope {
     function focusAction() {
         (openButton.visible ? openButton : downloadButton).forceActiveFocus(Qt.TabFocusReason);
     }
+    function restoreFocus() {
+        if (visible)
+            focusAction();
+    }
     function startDownload() {
         if (portal.signedIn)
             downloads.start(info);
@@ -41,10 +45,7 @@ FocusScope {
     Keys.onEscapePressed: back()
     Keys.onBackPressed: back()
     // The button that had the focus may be gone when a download ends.
-    onDownloadingChanged: {
-        if (visible)
-            Qt.callLater(focusAction);
-    }
+    onDownloadingChanged: Qt.callLater(restoreFocus)
 
     // Only asked whether an item lies on this machine.
     ItemPackage { id: items }
@@ -145,26 +146,19 @@ FocusScope {
                     }
                     Flow {
                         Layout.fillWidth: true
-                        visible: updateBadge.visible || changedBadge.visible || localBadge.visible
+                        visible: page.local
                         spacing: 8 * page.unit
 
                         Badge {
-                            id: localBadge
-
-                            visible: page.local
                             text: qsTr("On this device")
                             unit: page.unit
                         }
                         Badge {
-                            id: updateBadge
-
                             visible: page.local && page.info.isUpdateAvailable
                             text: qsTr("Update available")
                             unit: page.unit
                         }
                         Badge {
-                            id: changedBadge
-
                             visible: page.local && page.catalogue.revision >= 0 && page.catalogue.isChanged(page.info)
                             kind: "warning"
                             text: qsTr("Changed locally")

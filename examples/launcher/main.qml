@@ -81,7 +81,7 @@ App {
 
         portal: hostedPortal
         settings: app.settings
-        ownPath: app.folder.path
+        ownId: app.info.itemId
         morePaths: app.setting("LAUNCHER_APPS").split(";").filter(path => path > "")
         timeLimit: app.timeLimit
     }
