@@ -12,6 +12,8 @@
 #include <QGuiApplication>
 #include <QImage>
 #include <QQmlContext>
+#include <QQuickItem>
+#include <QQuickWindow>
 
 #include <mutex>
 
@@ -239,6 +241,21 @@ QStringList QmlTestSupport::logLines()
         lines.append(levelName(line.type) + QLatin1Char('|') + QString::fromLatin1(line.category)
                      + QLatin1Char('|') + line.text);
     return lines;
+}
+
+QStringList QmlTestSupport::logProblems()
+{
+    QStringList problems;
+    for (const QString &line : logLines()) {
+        if (!line.startsWith(QLatin1String("debug|")) && !line.startsWith(QLatin1String("info|")))
+            problems.append(line);
+    }
+    return problems;
+}
+
+int QmlTestSupport::cursorShape(QQuickItem *item)
+{
+    return item && item->window() ? item->window()->cursor().shape() : -1;
 }
 
 QString QmlTestSupport::serverUrl(const QString &target)

@@ -11,6 +11,7 @@
 #include <memory>
 
 class HttpServer;
+class QQuickItem;
 class TestCertificates;
 
 // What QML tests reach as the context property "TestSupport": files made behind the module's back,
@@ -62,6 +63,11 @@ public:
     Q_INVOKABLE void clearLog();
     Q_INVOKABLE int logCount(const QString &level, const QString &category, const QString &words);
     Q_INVOKABLE QStringList logLines();
+    // The warnings and worse among them.
+    Q_INVOKABLE QStringList logProblems();
+
+    // The mouse cursor of the item's window, a Qt.CursorShape; -1 without a window.
+    Q_INVOKABLE int cursorShape(QQuickItem *item);
 
     // An HTTP server, started at its first use (see HttpServer for what it answers), and one with a
     // self-signed certificate.

@@ -32,13 +32,8 @@ Item {
     Component.onCompleted: {
         if (enabled)
             start();
-    }
-
-    onEnabledChanged: {
-        if (enabled)
-            start();
-        else
-            stop();
+        // Not before: a first value of false is no change, and leaves the target as it is.
+        enabledChanged.connect(followEnabled);
     }
 
     PropertyAnimation {
@@ -57,6 +52,13 @@ Item {
         interval: fader.timeoutDuration
         repeat: false
         onTriggered: fadeAnimation.restart()
+    }
+
+    function followEnabled() {
+        if (enabled)
+            start();
+        else
+            stop();
     }
 
     function start() {

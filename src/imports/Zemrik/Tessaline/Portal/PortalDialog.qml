@@ -62,6 +62,7 @@ Dialog {
     height: Math.min(_unit * 400, _available(dialogItem.Screen.desktopAvailableHeight))
 
     Component.onCompleted: {
+        portalsModel.appendPublicPortal();
         readSettings();
         readPortals();
     }
@@ -99,13 +100,16 @@ Dialog {
     ListModel {
         id: portalsModel
 
-        // A ListElement could only hold the address as a literal.
-        Component.onCompleted: append({
-            url: Endpoints.publicPortal,
-            name: "Zemrik Online",
-            ignoreSslErrors: false,
-            isPortal: false
-        })
+        // The first row. A ListElement could only hold the address as a literal, and a handler of its
+        // own might run after the stored list has been read.
+        function appendPublicPortal() {
+            append({
+                url: Endpoints.publicPortal,
+                name: "Zemrik Online",
+                ignoreSslErrors: false,
+                isPortal: false
+            });
+        }
     }
 
     Item {
@@ -116,6 +120,8 @@ Dialog {
 
             anchors.fill: parent
             color: "white"
+            LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+            LayoutMirroring.childrenInherit: true
 
             StackView {
                 id: stackView
@@ -140,7 +146,11 @@ Dialog {
             color: "#0079C1"
 
             RowLayout {
-                anchors { fill: parent; leftMargin: 12 * portalSignInDialog._unit; rightMargin: 8 * portalSignInDialog._unit }
+                anchors {
+                    fill: parent
+                    leftMargin: 12 * portalSignInDialog._unit; rightMargin: 8 * portalSignInDialog._unit
+                    topMargin: 4 * portalSignInDialog._unit; bottomMargin: 4 * portalSignInDialog._unit
+                }
                 spacing: 8 * portalSignInDialog._unit
 
                 Image {
@@ -171,17 +181,24 @@ Dialog {
                 Column {
                     spacing: 4 * portalSignInDialog._unit
 
-                    Image {
+                    Item {
                         width: 22 * portalSignInDialog._unit
                         height: width
                         anchors.horizontalCenter: parent.horizontalCenter
-                        source: "images/security_unlock.png"
                         visible: portal ? portal.ignoreSslErrors : false
-                        fillMode: Image.PreserveAspectFit
+
+                        Image {
+                            id: padlock
+
+                            anchors.fill: parent
+                            source: "images/security_unlock.png"
+                            fillMode: Image.PreserveAspectFit
+                            sourceSize: _pixels(22)
+                        }
 
                         ColorOverlay {
-                            anchors.fill: parent
-                            source: parent
+                            anchors.fill: padlock
+                            source: padlock
                             color: portalSignInDialog.bannerTextColor
                         }
                     }
@@ -192,6 +209,7 @@ Dialog {
                         width: 28 * portalSignInDialog._unit
                         height: width
                         source: "images/gear.png"
+                        image.sourceSize: _pixels(28)
                         enabled: !portalSignInDialog.busy
                         onClicked: stackView.push(portalPage)
 
@@ -235,6 +253,7 @@ Dialog {
                 id: usernameField
 
                 Layout.fillWidth: true
+                Layout.preferredHeight: Math.max(implicitHeight, 28 * portalSignInDialog._unit)
                 font.pointSize: 12
                 inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhSensitiveData
                 enabled: !portalSignInDialog.busy
@@ -254,6 +273,7 @@ Dialog {
                 id: passwordField
 
                 Layout.fillWidth: true
+                Layout.preferredHeight: Math.max(implicitHeight, 28 * portalSignInDialog._unit)
                 font.pointSize: 12
                 echoMode: TextInput.Password
                 inputMethodHints: Qt.ImhNoAutoUppercase | Qt.ImhNoPredictiveText | Qt.ImhSensitiveData
@@ -264,7 +284,6 @@ Dialog {
             CheckBox {
                 id: saveUserCheckBox
 
-                Layout.fillWidth: true
                 text: qsTr("Remember me")
                 visible: settings ? true : false
             }
@@ -297,6 +316,8 @@ Dialog {
                 Button {
                     id: acceptButton
 
+                    Layout.preferredWidth: Math.max(implicitWidth + 16 * portalSignInDialog._unit, 80 * portalSignInDialog._unit)
+                    Layout.preferredHeight: 28 * portalSignInDialog._unit
                     text: busy ? qsTr("Signing In") : qsTr("Sign In")
                     isDefault: true
                     enabled: !busy && username.trim().length > 0 && password.trim().length > 0
@@ -314,6 +335,8 @@ Dialog {
                 Button {
                     id: rejectButton
 
+                    Layout.preferredWidth: Math.max(implicitWidth + 16 * portalSignInDialog._unit, 80 * portalSignInDialog._unit)
+                    Layout.preferredHeight: 28 * portalSignInDialog._unit
                     text: qsTr("Cancel")
                     enabled: !busy
                     onClicked: {
@@ -352,6 +375,8 @@ Dialog {
                         Layout.preferredWidth: 28 * portalSignInDialog._unit
                         Layout.preferredHeight: 28 * portalSignInDialog._unit
                         source: "images/back.png"
+                        image.mirror: Qt.application.layoutDirection === Qt.RightToLeft
+                        image.sourceSize: _pixels(28)
                         onClicked: stackView.pop()
 
                         ColorOverlay {
@@ -412,7 +437,9 @@ Dialog {
                     id: portalUrlField
 
                     Layout.fillWidth: true
+                    Layout.preferredHeight: Math.max(implicitHeight, 28 * portalSignInDialog._unit)
                     font.pointSize: 12
+                    horizontalAlignment: TextInput.AlignLeft
                     placeholderText: qsTr("URL of your Portal for Zemrik")
                     inputMethodHints: Qt.ImhUrlCharactersOnly | Qt.ImhNoAutoUppercase
                 }
@@ -423,13 +450,16 @@ Dialog {
                     CheckBox {
                         id: ignoreSslCheckBox
 
-                        Layout.fillWidth: true
                         text: qsTr("Ignore SSL Errors")
                     }
+
+                    Item { Layout.fillWidth: true }
 
                     Button {
                         id: addPortalButton
 
+                        Layout.preferredWidth: Math.max(implicitWidth + 16 * portalSignInDialog._unit, 80 * portalSignInDialog._unit)
+                        Layout.preferredHeight: 28 * portalSignInDialog._unit
                         text: qsTr("Add Portal")
                         enabled: portalUrlField.text.substr(0, 4).toLowerCase() === "http"
                                  && !portalInfoRequest.isBusy
@@ -492,7 +522,6 @@ Dialog {
                             url: portalInfoRequest.portalUrl + "/sharing/rest/info?f=json"
                             responseType: "json"
                             uploadPrefix: ""
-                            ignoreSslErrors: ignoreSslCheckBox.checked
 
                             onReadyStateChanged: {
                                 if (readyState === NetworkRequest.ReadyStateComplete)
@@ -544,7 +573,7 @@ Dialog {
                     id: portalItem
 
                     width: portalsListView.width
-                    height: portalRow.height + 12 * portalSignInDialog._unit
+                    height: portalTexts.height + 12 * portalSignInDialog._unit
 
                     MouseArea {
                         anchors.fill: parent
@@ -556,62 +585,70 @@ Dialog {
                         onPressAndHold: Qt.openUrlExternally(url)
                     }
 
-                    RowLayout {
-                        id: portalRow
+                    Column {
+                        id: portalTexts
 
                         anchors {
-                            left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter
+                            left: parent.left; right: removeButton.left; verticalCenter: parent.verticalCenter
                             margins: 8 * portalSignInDialog._unit
                         }
-                        spacing: 6 * portalSignInDialog._unit
+                        spacing: 2 * portalSignInDialog._unit
 
-                        ColumnLayout {
-                            Layout.fillWidth: true
-                            spacing: 2 * portalSignInDialog._unit
-
-                            Text {
-                                Layout.fillWidth: true
-                                text: name
-                                textFormat: Text.PlainText
-                                font.pointSize: 12
-                                elide: Text.ElideRight
-                            }
-
-                            RowLayout {
-                                Layout.fillWidth: true
-                                visible: index > 0
-                                spacing: 4 * portalSignInDialog._unit
-
-                                Image {
-                                    Layout.preferredWidth: 14 * portalSignInDialog._unit
-                                    Layout.preferredHeight: 14 * portalSignInDialog._unit
-                                    source: "images/security_unlock.png"
-                                    visible: ignoreSslErrors
-                                    fillMode: Image.PreserveAspectFit
-                                }
-
-                                Text {
-                                    Layout.fillWidth: true
-                                    text: url
-                                    textFormat: Text.PlainText
-                                    font { pointSize: 10; italic: true }
-                                    elide: Text.ElideMiddle
-                                }
-                            }
+                        Text {
+                            width: parent.width
+                            text: name
+                            textFormat: Text.PlainText
+                            horizontalAlignment: Text.AlignLeft
+                            font.pointSize: 12
+                            elide: Text.ElideRight
                         }
 
-                        ImageButton {
-                            Layout.preferredWidth: 24 * portalSignInDialog._unit
-                            Layout.preferredHeight: 24 * portalSignInDialog._unit
-                            source: "images/trash_bin.png"
-                            visible: index > 0 && portalItem.ListView.isCurrentItem
-                            onClicked: {
-                                var row = index;
-                                // The removal must not make a neighbour the portal in use.
-                                portalsListView.currentIndex = -1;
-                                portalsModel.remove(row);
-                                writePortals();
+                        Row {
+                            width: parent.width
+                            visible: index > 0
+                            spacing: 4 * portalSignInDialog._unit
+
+                            Image {
+                                id: rowPadlock
+
+                                width: 14 * portalSignInDialog._unit
+                                height: width
+                                anchors.verticalCenter: parent.verticalCenter
+                                source: "images/security_unlock.png"
+                                sourceSize: _pixels(14)
+                                visible: ignoreSslErrors
+                                fillMode: Image.PreserveAspectFit
                             }
+
+                            Text {
+                                width: parent.width - (rowPadlock.visible ? rowPadlock.width + parent.spacing : 0)
+                                text: url
+                                textFormat: Text.PlainText
+                                horizontalAlignment: Text.AlignLeft
+                                font { pointSize: 10; italic: true }
+                                elide: Text.ElideMiddle
+                            }
+                        }
+                    }
+
+                    ImageButton {
+                        id: removeButton
+
+                        width: 24 * portalSignInDialog._unit
+                        height: width
+                        anchors {
+                            right: parent.right; verticalCenter: parent.verticalCenter
+                            rightMargin: 8 * portalSignInDialog._unit
+                        }
+                        source: "images/trash_bin.png"
+                        image.sourceSize: _pixels(24)
+                        visible: index > 0 && portalItem.ListView.isCurrentItem
+                        onClicked: {
+                            var row = index;
+                            // The removal must not make a neighbour the portal in use.
+                            portalsListView.currentIndex = -1;
+                            portalsModel.remove(row);
+                            writePortals();
                         }
                     }
                 }
@@ -710,6 +747,12 @@ Dialog {
         settings.setValue(settingsGroup + "/ignoreSslErrors", portal.ignoreSslErrors);
         settings.setValue(settingsGroup + "/isPortal", portal.isPortal);
         return true;
+    }
+
+    // The size of an icon in the screen's pixels: a larger one scaled by the scene would be rough.
+    function _pixels(length) {
+        var pixels = Math.ceil(length * _unit * dialogItem.Screen.devicePixelRatio);
+        return Qt.size(pixels, pixels);
     }
 
     // An item that is in no window yet knows no screen.

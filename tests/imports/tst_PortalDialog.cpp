@@ -1,0 +1,1432 @@
+#include "imports/PortalDialogScene.h"
+#include "support/DevelopmentPortal.h"
+#include "support/HttpServer.h"
+#include "support/IsolatedHome.h"
+#include "support/LogCapture.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QScreen>
+#include <QSemaphore>
+#include <QSignalSpy>
+#include <QUrlQuery>
+
+namespace {
+
+const char fallbackPortal[] = "http//portal.zemrik.example";
+const char firstRun[] = "SyntaxError: JSON.parse: Parse error";
+
+QVariant call(QObject *object, const char *method)
+{
+    QVariant result;
+    if (!QMetaObject::invokeMethod(object, method, Q_RETURN_ARG(QVariant, result)))
+        qFatal("No method %s", method);
+    return result;
+}
+
+// Answers as a portal does, keeps what it was asked, and may keep the client waiting.
+class SlowPortal
+{
+public:
+    SlowPortal()
+    {
+        on("/sharing/rest/info", [this] {
+            return QJsonObject{
+                {"authInfo", QJsonObject{{"tokenServicesUrl", m_server.url("/token").toString()}}},
+                {"owningSystemUrl", url()}};
+        });
+        on("/token", [] {
+            return QJsonObject{{"token", "abc"},
+                               {"expires", QDateTime::currentMSecsSinceEpoch() + 3600000},
+                               {"ssl", false}};
+        });
+        on("/sharing/rest/portals/self", [this] { return self; });
+    }
+    ~SlowPortal() { release(); }
+
+    QString url() const { return m_server.url("").toString(QUrl::StripTrailingSlash); }
+    HttpServer &server() { return m_server; }
+    void hold() { m_holds = true; }
+    void release()
+    {
+        m_holds = false;
+        m_gate.release(1000);
+    }
+
+    QJsonObject self;
+    int status = 200;
+
+private:
+    void on(const char *path, const std::function<QJsonObject()> &answer)
+    {
+        m_server.on(path, [this, answer](const HttpServer::Request &) {
+            if (m_holds)
+                m_gate.acquire();
+            // A kept connection would keep the server from ending.
+            return HttpServer::Answer{QJsonDocument(answer()).toJson(),
+                                      status,
+                                      "application/json",
+                                      {{"Connection", "close"}}};
+        });
+    }
+
+    std::atomic<bool> m_holds{false};
+    QSemaphore m_gate;
+    HttpServer m_server;
+};
+
+} // namespace
+
+class tst_PortalDialog : public QObject
+{
+    Q_OBJECT
+
+public slots:
+    void openUrl(const QUrl &url) { m_openedUrls.append(url); }
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void propertiesHaveTheirTypesAndOrder();
+    void defaults();
+    void everyTextCanBeReplaced();
+    void isOfTheRightSizeInEveryRoot_data();
+    void isOfTheRightSizeInEveryRoot();
+    void staysOnTheScreen();
+    void bannerShowsImageColorsAndPadlock();
+    void promptIsShownWhenGiven();
+    void fieldsAreForNamesAndPasswords();
+
+    void acceptNeedsBothFields();
+    void signInStoresAndCloses_data();
+    void signInStoresAndCloses();
+    void blanksAtTheEndsAreNotSent();
+    void busyWhileSigningIn();
+    void returnInAFieldTriesTheSignIn_data();
+    void returnInAFieldTriesTheSignIn();
+    void returnElsewhereDoesNothing();
+    void escapeRejects();
+    void cancelRejects();
+    void noKeyClosesWhileBusy();
+    void wrongPasswordShowsTheServicesWords();
+    void theLastErrorKeepsTheMessageLine();
+    void unreachableTokenService();
+    void unreachablePortalKeepsItBusy();
+    void signOutEndsBusy();
+    void opensAgainAfterSignOut();
+
+    void settingsAreRead();
+    void functionsTellWhetherThereIsAStore();
+    void storedLists_data();
+    void storedLists();
+    void firstRunKeepsTheFirstRow();
+    void listIsWrittenWithItsFourKeys();
+    void groupsKeepPortalsApart();
+    void flagsAreRightInTheNextProcess_data();
+    void flagsAreRightInTheNextProcess();
+
+    void gearOpensTheListAndBackLeavesIt();
+    void gearIsOffWhileBusy();
+    void rowsShowTheirPortals();
+    void aClickSelects();
+    void aDoubleClickSelectsAndLeaves();
+    void pressAndHoldOpensThePortal();
+    void noRowMatches();
+    void openingTheListChangesNothing();
+    void highlightMoves();
+    void addNeedsAUrl();
+    void addStoresAndSelects_data();
+    void addStoresAndSelects();
+    void addRefusesAPortalWithoutScenes();
+    void addShowsWhatFailed();
+    void addIgnoresOtherStatus();
+    void addIsBusyMeanwhile();
+    void addWithoutAStore();
+    void removeKeepsThePortalInUse();
+    void touchWorksToo();
+
+    void picture();
+
+private:
+    DialogScene &make(const QString &properties = QString(),
+                      const QString &rootType = QStringLiteral("Window"))
+    {
+        m_scene.reset();
+        m_settings = makeStore(m_store);
+        m_scene.reset(new DialogScene(m_engine, document(properties, rootType),
+                                      storeProperty(m_settings.get())));
+        return *m_scene;
+    }
+    // With the development portal, opened.
+    DialogScene &makeOpen(const QString &properties = QString())
+    {
+        DialogScene &scene = make(properties);
+        scene.object("portal")->setProperty("portalUrl", QUrl(m_portal.url()));
+        if (!scene.open())
+            qFatal("The dialog doesn't open");
+        return scene;
+    }
+    DialogScene &makeList(const QString &properties = QString())
+    {
+        DialogScene &scene = makeOpen(properties);
+        DialogScene::click(scene.imageButton("gear.png"));
+        waitForPage();
+        return scene;
+    }
+    void waitForPage() { m_scene->waitForPage(); }
+    void fill(const QString &user, const QString &password)
+    {
+        m_scene->dialog()->setProperty("username", user);
+        m_scene->dialog()->setProperty("password", password);
+    }
+    QQuickItem *list() const
+    {
+        return m_scene->find([](QQuickItem *item) { return item->inherits("QQuickListView"); });
+    }
+    QQuickItem *listRow(int index) const
+    {
+        QQuickItem *item = nullptr;
+        QMetaObject::invokeMethod(list(), "positionViewAtIndex", Q_ARG(int, index), Q_ARG(int, 4));
+        // itemAtIndex() is for scripts and natives alike since 5.13.
+        QMetaObject::invokeMethod(list(), "itemAtIndex", Q_RETURN_ARG(QQuickItem *, item),
+                                  Q_ARG(int, index));
+        return item;
+    }
+    QVariantMap store() const
+    {
+        QVariantMap map;
+        for (const QString &key : m_settings->allKeys())
+            map.insert(key, m_settings->value(key));
+        return map;
+    }
+    QVariantList storedPortals() const
+    {
+        return QJsonDocument::fromJson(store().value("Portal/portals").toString().toUtf8())
+            .array()
+            .toVariantList();
+    }
+    void writeStore(const QVariantMap &values) const
+    {
+        QFile file(m_store);
+        if (!file.open(QIODevice::WriteOnly)
+            || file.write(QJsonDocument::fromVariant(values).toJson()) < 0)
+            qFatal("Can't write %s", qPrintable(m_store));
+    }
+    QString messageText() const
+    {
+        QQuickItem *item = m_scene->find([](QQuickItem *candidate) {
+            return DialogScene::isA(candidate, "QQuickText")
+                   && candidate->property("color").value<QColor>() == QColor("red");
+        });
+        return item ? item->property("text").toString() : QString();
+    }
+    QObject *portal() const { return m_scene->object("portal"); }
+    QQmlEngine m_engine;
+    DevelopmentPortal m_portal;
+    QTemporaryDir m_folder;
+    QString m_store; // empty: the dialog has no store
+    std::unique_ptr<LogCapture> m_log;
+    std::unique_ptr<Settings> m_settings;
+    std::unique_ptr<DialogScene> m_scene;
+    QStringList m_expected; // the warnings that a test causes
+    QList<QUrl> m_openedUrls;
+};
+
+void tst_PortalDialog::initTestCase()
+{
+    QVERIFY2(m_portal.start(), qPrintable(m_portal.output()));
+    m_engine.addImportPath(qEnvironmentVariable("TESSALINE_QML_IMPORT_DIR"));
+    m_engine.addImportPath(":/imports");
+}
+
+void tst_PortalDialog::init()
+{
+    static int number = 0;
+    m_store = m_folder.filePath(QString("store-%1.json").arg(++number));
+    // A list, so that only the tests of the first run meet its script error.
+    writeStore({{"Portal/portals", portalsText(QVariantList{row(publicPortal, "Zemrik Online")})}});
+    m_expected.clear();
+    m_openedUrls.clear();
+    m_log.reset(new LogCapture);
+}
+
+// Every test fails on a warning that it doesn't announce.
+void tst_PortalDialog::cleanup()
+{
+    m_scene.reset();
+    QStringList problems;
+    for (const LogCapture::Message &message : m_log->messages()) {
+        if (message.type == QtDebugMsg || message.type == QtInfoMsg)
+            continue;
+        const auto expected =
+            std::find_if(m_expected.begin(), m_expected.end(),
+                         [&](const QString &words) { return message.text.contains(words); });
+        if (expected == m_expected.end())
+            problems.append(message.text);
+        else
+            m_expected.erase(expected);
+    }
+    m_log.reset();
+    QCOMPARE(problems.join("\n"), QString());
+    QCOMPARE(m_expected.join("\n"), QString()); // what was announced has come
+}
+
+void tst_PortalDialog::propertiesHaveTheirTypesAndOrder()
+{
+    const QStringList expected{"portal",
+                               "usernameLabel",
+                               "username",
+                               "passwordLabel",
+                               "password",
+                               "busy:bool",
+                               "message:QString",
+                               "saveUserLabel",
+                               "saveUserChecked",
+                               "saveUserVisible",
+                               "acceptLabel",
+                               "rejectLabel",
+                               "bannerImage",
+                               "bannerColor",
+                               "bannerTextColor",
+                               "settings",
+                               "settingsGroup:QString",
+                               "portalName:QString",
+                               "prompt:QString"};
+    const QMetaObject *meta = make().dialog()->metaObject();
+    QStringList names;
+    for (const QString &entry : expected) {
+        const QStringList parts = entry.split(':');
+        const int index = meta->indexOfProperty(parts.at(0).toLatin1().constData());
+        QVERIFY2(index >= 0, qPrintable(entry));
+        QVERIFY2(meta->property(index).isWritable(), qPrintable(entry));
+        if (parts.size() > 1)
+            QCOMPARE(QString(meta->property(index).typeName()), parts.at(1));
+    }
+}
+
+void tst_PortalDialog::defaults()
+{
+    m_store.clear();
+    DialogScene &scene = make();
+    const QObject *dialog = scene.dialog();
+    QCOMPARE(dialog->property("portal").value<QObject *>(), scene.object("portal"));
+    QCOMPARE(dialog->property("usernameLabel").toString(), QString("Username"));
+    QCOMPARE(dialog->property("username").toString(), QString());
+    QCOMPARE(dialog->property("passwordLabel").toString(), QString("Password"));
+    QCOMPARE(dialog->property("password").toString(), QString());
+    QCOMPARE(dialog->property("busy").toBool(), false);
+    QCOMPARE(dialog->property("message").toString(), QString());
+    QCOMPARE(dialog->property("saveUserLabel").toString(), QString("Remember me"));
+    QCOMPARE(dialog->property("saveUserVisible").toBool(), false);
+    QCOMPARE(dialog->property("acceptLabel").toString(), QString("Sign In"));
+    QCOMPARE(dialog->property("rejectLabel").toString(), QString("Cancel"));
+    QCOMPARE(dialog->property("bannerImage").toUrl(), QUrl());
+    QCOMPARE(dialog->property("bannerColor").value<QColor>(), QColor("#0079C1"));
+    QCOMPARE(dialog->property("bannerTextColor").value<QColor>(), QColor("white"));
+    QVERIFY(!dialog->property("settings").value<QObject *>());
+    QCOMPARE(dialog->property("settingsGroup").toString(), QString("Portal"));
+    QCOMPARE(dialog->property("portalName").toString(), QString("Zemrik Online"));
+    QCOMPARE(dialog->property("prompt").toString(), QString());
+    QCOMPARE(dialog->property("title").toString(), QString("Sign in to Zemrik Online"));
+    QCOMPARE(dialog->property("standardButtons").toInt(), 0);
+
+    scene.object("portal")->setProperty("name", "Somewhere");
+    QCOMPARE(dialog->property("portalName").toString(), QString("Somewhere"));
+    QCOMPARE(dialog->property("title").toString(), QString("Sign in to Somewhere"));
+    scene.dialog()->setProperty("busy", true);
+    QCOMPARE(dialog->property("title").toString(), QString("Signing in to Somewhere"));
+    QCOMPARE(dialog->property("acceptLabel").toString(), QString("Signing In"));
+    // An object without a portal has no portal's name.
+    scene.dialog()->setProperty("portal", QVariant::fromValue<QObject *>(nullptr));
+    QCOMPARE(dialog->property("portalName").toString(), QString());
+}
+
+void tst_PortalDialog::everyTextCanBeReplaced()
+{
+    DialogScene &scene =
+        makeOpen("usernameLabel: 'U'; username: 'u'; passwordLabel: 'P'; password: 'p';"
+                 "message: 'M'; saveUserLabel: 'S'; saveUserChecked: false;"
+                 "acceptLabel: 'A'; rejectLabel: 'R'; portalName: 'N'");
+    QVERIFY(scene.text("U"));
+    QVERIFY(scene.text("P"));
+    QVERIFY(scene.text("M"));
+    QVERIFY(scene.checkBox("S"));
+    QVERIFY(scene.button("A"));
+    QVERIFY(scene.button("R"));
+    QVERIFY(scene.text("Sign in to N"));
+    QCOMPARE(scene.fields().at(1)->property("text").toString(), QString("p"));
+    QCOMPARE(scene.dialog()->property("password").toString(), QString("p"));
+    // A store has the last word on these two.
+    QCOMPARE(scene.dialog()->property("username").toString(), QString());
+    QCOMPARE(scene.dialog()->property("saveUserChecked").toBool(), true);
+    scene.dialog()->setProperty("saveUserVisible", false);
+    QVERIFY(!scene.checkBox("S"));
+}
+
+void tst_PortalDialog::isOfTheRightSizeInEveryRoot_data()
+{
+    QTest::addColumn<QString>("rootType");
+    QTest::newRow("Window") << "Window";
+    QTest::newRow("ApplicationWindow") << "ApplicationWindow";
+    QTest::newRow("Item in a view") << "Item";
+    QTest::newRow("Item in no window") << "Item";
+}
+
+void tst_PortalDialog::isOfTheRightSizeInEveryRoot()
+{
+    QFETCH(QString, rootType);
+    DialogScene &scene = make(QString(), rootType);
+    QQuickWindow view;
+    if (QTest::currentDataTag() == QByteArray("Item in a view")) {
+        qobject_cast<QQuickItem *>(scene.root())->setParentItem(view.contentItem());
+        view.resize(640, 560);
+        view.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&view));
+    }
+    const qreal scale = scene.object("framework")->property("displayScaleFactor").toReal();
+    const QSize available = QGuiApplication::primaryScreen()->availableVirtualSize();
+    const QSize expected(qRound(qMin(400 * scale, available.width() * 0.95)),
+                         qRound(qMin(400 * scale, available.height() * 0.95)));
+    QCOMPARE(QSize(qRound(scene.dialog()->property("width").toReal()),
+                   qRound(scene.dialog()->property("height").toReal())),
+             expected);
+    QVERIFY(scene.open());
+    QTRY_COMPARE(scene.window()->size(), expected);
+    QCOMPARE(scene.window()->title(), QString("Sign in to Zemrik Online"));
+    // The page fills the window to its edges.
+    const QImage picture = scene.window()->grabWindow();
+    QTRY_COMPARE(scene.window()->grabWindow().pixelColor(1, 1), QColor("#0079C1"));
+    QCOMPARE(scene.window()->grabWindow().pixelColor(picture.width() - 2, picture.height() - 2),
+             QColor("white"));
+    scene.root()->setProperty("visible", false);
+}
+
+void tst_PortalDialog::staysOnTheScreen()
+{
+    DialogScene &scene = make();
+    const QSize available = QGuiApplication::primaryScreen()->availableVirtualSize();
+    scene.object("framework")->setProperty("displayScaleFactor", 10);
+    QCOMPARE(scene.dialog()->property("width").toInt(), int(available.width() * 0.95));
+    QCOMPARE(scene.dialog()->property("height").toInt(), int(available.height() * 0.95));
+    scene.object("framework")->setProperty("displayScaleFactor", 0.5);
+    QCOMPARE(scene.dialog()->property("width").toInt(), 200);
+    scene.object("framework")->setProperty("displayScaleFactor", 0);
+}
+
+void tst_PortalDialog::bannerShowsImageColorsAndPadlock()
+{
+    DialogScene &scene = makeOpen("bannerColor: '#204020'; bannerTextColor: '#ffff80'");
+    const auto pictures = [&](const QString &name) {
+        return scene.findAll([&](QQuickItem *item) {
+            return DialogScene::isA(item, "QQuickImage")
+                   && item->property("source").toUrl().fileName() == name;
+        });
+    };
+    QTRY_COMPARE(scene.window()->grabWindow().pixelColor(2, 2), QColor("#204020"));
+    QQuickItem *title = scene.text("Sign in to Zemrik Online");
+    QVERIFY(title);
+    QCOMPARE(title->property("color").value<QColor>(), QColor("#ffff80"));
+    QCOMPARE(title->property("font").value<QFont>().pointSize(), 22);
+    QVERIFY(title->property("font").value<QFont>().bold());
+
+    QVERIFY(pictures("security_unlock.png").isEmpty());
+    portal()->setProperty("ignoreSslErrors", true);
+    QCOMPARE(pictures("security_unlock.png").size(), 1);
+    // Above the gear, in one column.
+    const QPoint padlock = DialogScene::center(pictures("security_unlock.png").first());
+    const QPoint gear = DialogScene::center(scene.imageButton("gear.png"));
+    QTRY_VERIFY(DialogScene::center(pictures("security_unlock.png").first()).y()
+                < DialogScene::center(scene.imageButton("gear.png")).y());
+    QVERIFY(qAbs(padlock.x() - gear.x()) <= 2);
+
+    QVERIFY(pictures("back.png").isEmpty());
+    scene.dialog()->setProperty("bannerImage",
+                                QUrl("qrc:/imports/Zemrik/Tessaline/Portal/images/back.png"));
+    QCOMPARE(pictures("back.png").size(), 1);
+    QVERIFY(pictures("back.png").first()->width() > 20);
+
+    // The icons are drawn in the text's colour.
+    QTRY_VERIFY([&] {
+        const QImage picture = scene.window()->grabWindow();
+        const QRectF area = scene.imageButton("gear.png")
+                                ->mapRectToScene(scene.imageButton("gear.png")->boundingRect());
+        int tinted = 0;
+        for (int y = int(area.top()); y < area.bottom(); ++y) {
+            for (int x = int(area.left()); x < area.right(); ++x) {
+                const QColor color = picture.pixelColor(x, y);
+                if (qAbs(color.red() - 255) < 40 && qAbs(color.green() - 255) < 40
+                    && qAbs(color.blue() - 128) < 60)
+                    ++tinted;
+            }
+        }
+        return tinted > 20;
+    }());
+}
+
+void tst_PortalDialog::promptIsShownWhenGiven()
+{
+    DialogScene &scene = make();
+    callWith(scene.dialog(), "show", "Sign in to <b>download</b>");
+    QVERIFY(scene.isOpen());
+    QVERIFY(QTest::qWaitForWindowExposed(scene.window()));
+    QQuickItem *prompt = scene.text("Sign in to <b>download</b>");
+    QVERIFY(prompt);
+    QVERIFY(prompt->property("font").value<QFont>().bold());
+    QVERIFY(prompt->mapToScene({0, 0}).y() < scene.text("Username")->mapToScene({0, 0}).y());
+    for (const QVariant &none : {QVariant(""), QVariant(), QVariant::fromValue(nullptr)}) {
+        callWith(scene.dialog(), "show", none);
+        QCOMPARE(scene.dialog()->property("prompt").toString(), QString());
+        QVERIFY(!prompt->isVisible());
+    }
+}
+
+void tst_PortalDialog::fieldsAreForNamesAndPasswords()
+{
+    DialogScene &scene = makeOpen();
+    const QList<QQuickItem *> fields = scene.fields();
+    QCOMPARE(fields.size(), 2);
+    const int hints = Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText | Qt::ImhSensitiveData;
+    QCOMPARE(fields.at(0)->property("inputMethodHints").toInt(), hints);
+    QCOMPARE(fields.at(0)->property("echoMode").toInt(), 0);
+    QCOMPARE(fields.at(1)->property("echoMode").toInt(), 2);
+    scene.type(fields.at(0), "jo");
+    scene.type(fields.at(1), "pass word");
+    QCOMPARE(scene.dialog()->property("username").toString(), QString("jo"));
+    QCOMPARE(scene.dialog()->property("password").toString(), QString("pass word"));
+    // From one to the next by the keyboard.
+    DialogScene::click(fields.at(0));
+    scene.key(Qt::Key_Tab);
+    scene.type(fields.at(1), "!");
+    QCOMPARE(scene.dialog()->property("password").toString().size(), 10);
+}
+
+void tst_PortalDialog::acceptNeedsBothFields()
+{
+    struct Row
+    {
+        const char *user;
+        const char *password;
+        bool enabled;
+    };
+    DialogScene &scene = makeOpen();
+    for (const Row &row :
+         {Row{"u", "p", true}, Row{"", "", false}, Row{"u", "", false}, Row{"", "p", false},
+          Row{"   ", "p", false}, Row{"u", " \t ", false}, Row{" u ", " p ", true}}) {
+        fill(row.user, row.password);
+        QVERIFY2(scene.button("Sign In")->property("enabled").toBool() == row.enabled, row.user);
+    }
+    scene.dialog()->setProperty("busy", true);
+    QCOMPARE(scene.button("Signing In")->property("enabled").toBool(), false);
+}
+
+void tst_PortalDialog::signInStoresAndCloses_data()
+{
+    QTest::addColumn<bool>("remember");
+    QTest::newRow("remember me") << true;
+    QTest::newRow("don't") << false;
+}
+
+void tst_PortalDialog::signInStoresAndCloses()
+{
+    QFETCH(bool, remember);
+    DialogScene &scene = makeOpen();
+    m_settings->setValue("Portal/username", "somebody");
+    QVariantMap expected = store();
+    QSignalSpy accepted(scene.dialog(), SIGNAL(accepted()));
+    QSignalSpy rejected(scene.dialog(), SIGNAL(rejected()));
+
+    scene.type(scene.fields().at(0), "demo");
+    scene.type(scene.fields().at(1), "demo");
+    if (!remember)
+        DialogScene::click(scene.checkBox("Remember me"));
+    QCOMPARE(scene.dialog()->property("saveUserChecked").toBool(), remember);
+    DialogScene::click(scene.button("Sign In"));
+
+    QTRY_VERIFY(!scene.isOpen());
+    QVERIFY(portal()->property("signedIn").toBool());
+    QCOMPARE(scene.dialog()->property("busy").toBool(), false);
+    if (remember)
+        expected.insert("Portal/username", "demo");
+    else
+        expected.remove("Portal/username");
+    expected.insert("Portal/saveUsername", remember);
+    QCOMPARE(store(), expected);
+    QCOMPARE(store().value("Portal/saveUsername").type(), QVariant::Bool);
+    QCOMPARE(accepted.count(), 0);
+    QCOMPARE(rejected.count(), 0);
+    // The user's details arrive after the dialog has gone.
+    QTRY_VERIFY(portal()->property("user").value<QJSValue>().toVariant().isValid()
+                || !portal()->property("user").toMap().isEmpty());
+}
+
+void tst_PortalDialog::blanksAtTheEndsAreNotSent()
+{
+    SlowPortal server;
+    DialogScene &scene = makeOpen();
+    portal()->setProperty("portalUrl", QUrl(server.url()));
+    fill("  jo ann ", " pass word  ");
+    DialogScene::click(scene.button("Sign In"));
+    QTRY_VERIFY(!scene.isOpen());
+    const auto requests = server.server().requests();
+    const auto token =
+        std::find_if(requests.begin(), requests.end(),
+                     [](const HttpServer::Request &request) { return request.path == "/token"; });
+    QVERIFY(token != requests.end());
+    const auto field = [&](const char *name) {
+        return token->parts.contains(name) ? QString(token->parts.value(name).content)
+                                           : QUrlQuery(QString(token->body).replace('+', ' '))
+                                                 .queryItemValue(name, QUrl::FullyDecoded);
+    };
+    QCOMPARE(field("username"), QString("jo ann"));
+    QCOMPARE(field("password"), QString("pass word"));
+    QCOMPARE(store().value("Portal/username").toString(), QString("jo ann"));
+    QVERIFY(!QJsonDocument::fromVariant(store()).toJson().contains("pass word"));
+}
+
+void tst_PortalDialog::busyWhileSigningIn()
+{
+    SlowPortal server;
+    DialogScene &scene = makeOpen();
+    portal()->setProperty("portalUrl", QUrl(server.url()));
+    fill("jo", "pw");
+    const auto indicator = [&] {
+        return scene.find([](QQuickItem *item) { return DialogScene::isA(item, "BusyIndicator"); });
+    };
+    QVERIFY(!indicator());
+    server.hold();
+    DialogScene::click(scene.button("Sign In"));
+
+    QVERIFY(scene.dialog()->property("busy").toBool());
+    QCOMPARE(scene.window()->title(), QString("Signing in to Zemrik Online"));
+    QVERIFY(scene.text("Signing in to Zemrik Online"));
+    QVERIFY(!scene.button("Signing In")->property("enabled").toBool());
+    QVERIFY(!scene.button("Cancel")->property("enabled").toBool());
+    QVERIFY(!scene.imageButton("gear.png")->property("enabled").toBool());
+    QVERIFY(indicator());
+    QVERIFY(indicator()->property("running").toBool());
+    const QPoint middle = DialogScene::center(indicator());
+    QVERIFY(qAbs(middle.x() - scene.window()->width() / 2) <= 2);
+    QVERIFY(qAbs(middle.y() - scene.window()->height() / 2) <= 2);
+    server.release();
+    QTRY_VERIFY(!scene.isOpen());
+    QVERIFY(!scene.dialog()->property("busy").toBool());
+}
+
+void tst_PortalDialog::returnInAFieldTriesTheSignIn_data()
+{
+    QTest::addColumn<int>("field");
+    QTest::addColumn<int>("key");
+    QTest::addColumn<bool>("complete");
+    QTest::newRow("username") << 0 << int(Qt::Key_Return) << true;
+    QTest::newRow("password") << 1 << int(Qt::Key_Return) << true;
+    QTest::newRow("password, the other key") << 1 << int(Qt::Key_Enter) << true;
+    QTest::newRow("username, incomplete") << 0 << int(Qt::Key_Return) << false;
+    QTest::newRow("password, incomplete") << 1 << int(Qt::Key_Enter) << false;
+}
+
+void tst_PortalDialog::returnInAFieldTriesTheSignIn()
+{
+    QFETCH(int, field);
+    QFETCH(int, key);
+    QFETCH(bool, complete);
+    DialogScene &scene = makeOpen();
+    QSignalSpy accepted(scene.dialog(), SIGNAL(accepted()));
+    QSignalSpy rejected(scene.dialog(), SIGNAL(rejected()));
+    fill(complete ? "demo" : "", "wrong");
+    DialogScene::click(scene.fields().at(field));
+    scene.key(key);
+    QCOMPARE(scene.dialog()->property("busy").toBool(), complete);
+    QVERIFY(scene.isOpen());
+    QTRY_VERIFY(!scene.dialog()->property("busy").toBool());
+    QCOMPARE(!messageText().isEmpty(), complete);
+    QVERIFY(scene.isOpen());
+    QCOMPARE(accepted.count() + rejected.count(), 0);
+}
+
+void tst_PortalDialog::returnElsewhereDoesNothing()
+{
+    DialogScene &scene = makeOpen();
+    fill("demo", "demo");
+    QSignalSpy accepted(scene.dialog(), SIGNAL(accepted()));
+    for (QQuickItem *item : {scene.checkBox("Remember me"), scene.content()}) {
+        item->forceActiveFocus();
+        scene.key(Qt::Key_Return);
+        scene.key(Qt::Key_Enter);
+    }
+    QVERIFY(scene.isOpen());
+    QVERIFY(!scene.dialog()->property("busy").toBool());
+    QCOMPARE(accepted.count(), 0);
+}
+
+void tst_PortalDialog::escapeRejects()
+{
+    DialogScene &scene = makeOpen();
+    QSignalSpy rejected(scene.dialog(), SIGNAL(rejected()));
+    DialogScene::click(scene.fields().at(0));
+    scene.key(Qt::Key_Escape);
+    QTRY_VERIFY(!scene.isOpen());
+    QCOMPARE(rejected.count(), 1);
+}
+
+void tst_PortalDialog::cancelRejects()
+{
+    DialogScene &scene = makeOpen();
+    QSignalSpy accepted(scene.dialog(), SIGNAL(accepted()));
+    QSignalSpy rejected(scene.dialog(), SIGNAL(rejected()));
+    DialogScene::click(scene.button("Cancel"));
+    QVERIFY(!scene.isOpen());
+    QCOMPARE(rejected.count(), 1);
+    QCOMPARE(accepted.count(), 0);
+}
+
+void tst_PortalDialog::noKeyClosesWhileBusy()
+{
+    SlowPortal server;
+    DialogScene &scene = makeOpen();
+    portal()->setProperty("portalUrl", QUrl(server.url()));
+    fill("jo", "pw");
+    server.hold();
+    DialogScene::click(scene.fields().at(1));
+    scene.key(Qt::Key_Return);
+    QVERIFY(scene.dialog()->property("busy").toBool());
+    QSignalSpy rejected(scene.dialog(), SIGNAL(rejected()));
+    for (int key : {Qt::Key_Escape, Qt::Key_Back, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+        scene.key(key);
+        scene.content()->forceActiveFocus();
+        scene.key(key);
+    }
+    DialogScene::click(scene.button("Cancel"));
+    QVERIFY(scene.isOpen());
+    QCOMPARE(rejected.count(), 0);
+    server.release();
+    QTRY_VERIFY(!scene.isOpen());
+}
+
+void tst_PortalDialog::wrongPasswordShowsTheServicesWords()
+{
+    DialogScene &scene = makeOpen();
+    QVERIFY(messageText().isEmpty());
+    const QVariantMap before = store();
+    fill("demo", "wrong");
+    DialogScene::click(scene.button("Sign In"));
+    QTRY_COMPARE(messageText(),
+                 QString("Unable to generate token.\r\nInvalid username or password."));
+    QVERIFY(scene.isOpen());
+    QVERIFY(!scene.dialog()->property("busy").toBool());
+    QCOMPARE(scene.dialog()->property("username").toString(), QString("demo"));
+    QVERIFY(scene.button("Sign In")->property("enabled").toBool());
+    QCOMPARE(store(), before); // nothing is stored for a failed attempt
+}
+
+void tst_PortalDialog::theLastErrorKeepsTheMessageLine()
+{
+    DialogScene &scene = makeOpen();
+    scene.dialog()->setProperty("message", "from the applet");
+    QCOMPARE(messageText(), QString("from the applet"));
+    fill("demo", "wrong");
+    DialogScene::click(scene.button("Sign In"));
+    QCOMPARE(messageText(), QString()); // cleared by the attempt
+    QTRY_VERIFY(messageText().startsWith("Unable"));
+
+    // From now on the line follows errors only.
+    scene.dialog()->setProperty("message", "not to be seen");
+    QVERIFY(messageText().startsWith("Unable"));
+    DialogScene::click(scene.button("Sign In"));
+    QCOMPARE(scene.dialog()->property("message").toString(), QString());
+    QVERIFY(messageText().startsWith("Unable"));
+    QTRY_VERIFY(!scene.dialog()->property("busy").toBool());
+    portal()->setProperty("tokenServicesUrl", QUrl("http://127.0.0.1:1/token"));
+    DialogScene::click(scene.button("Sign In"));
+    QTRY_VERIFY(!messageText().startsWith("Unable"));
+    QVERIFY(!messageText().isEmpty());
+}
+
+void tst_PortalDialog::unreachableTokenService()
+{
+    DialogScene &scene = makeOpen();
+    portal()->setProperty("tokenServicesUrl", QUrl("http://127.0.0.1:1/token"));
+    fill("demo", "demo");
+    DialogScene::click(scene.button("Sign In"));
+    QTRY_VERIFY(!scene.dialog()->property("busy").toBool());
+    QVERIFY(messageText().endsWith("\r\n"));
+    QVERIFY(messageText().size() > 4);
+    QVERIFY(scene.isOpen());
+}
+
+void tst_PortalDialog::unreachablePortalKeepsItBusy()
+{
+    DialogScene &scene = makeOpen();
+    portal()->setProperty("portalUrl", QUrl("http://127.0.0.1:1"));
+    fill("demo", "demo");
+    m_log->clear();
+    DialogScene::click(scene.button("Sign In"));
+    QTRY_VERIFY(m_log->count(QtDebugMsg, "qml", "infoRequest error") > 0);
+    // The portal answers nothing, so only the log says so; the script stops at the missing answer.
+    QVERIFY(scene.dialog()->property("busy").toBool());
+    QVERIFY(!scene.button("Cancel")->property("enabled").toBool());
+    scene.key(Qt::Key_Escape);
+    QVERIFY(scene.isOpen());
+    QCOMPARE(messageText(), QString());
+    m_expected << "TypeError";
+    QTRY_VERIFY(m_log->count(QtWarningMsg) > 0);
+}
+
+void tst_PortalDialog::signOutEndsBusy()
+{
+    DialogScene &scene = makeOpen();
+    portal()->setProperty("token", "some");
+    QTRY_VERIFY(!scene.isOpen());
+    QVERIFY(scene.open());
+    const QVariantMap before = store();
+    scene.dialog()->setProperty("busy", true);
+    portal()->setProperty("token", "");
+    QVERIFY(!scene.dialog()->property("busy").toBool());
+    QVERIFY(scene.isOpen());
+    QCOMPARE(store(), before);
+}
+
+void tst_PortalDialog::opensAgainAfterSignOut()
+{
+    DialogScene &scene = makeOpen();
+    fill("demo", "demo");
+    DialogScene::click(scene.button("Sign In"));
+    QTRY_VERIFY(!scene.isOpen());
+    QMetaObject::invokeMethod(portal(), "signOut");
+    callWith(scene.dialog(), "show", "Again");
+    QVERIFY(QTest::qWaitForWindowExposed(scene.window()));
+    QVERIFY(scene.text("Again"));
+    QVERIFY(scene.button("Sign In")->property("enabled").toBool());
+    DialogScene::click(scene.button("Sign In"));
+    QTRY_VERIFY(!scene.isOpen());
+    QVERIFY(portal()->property("signedIn").toBool());
+}
+
+void tst_PortalDialog::settingsAreRead()
+{
+    writeStore({{"Portal/saveUsername", false},
+                {"Portal/username", "jo"},
+                {"Portal/url", "http://127.0.0.1:9"},
+                {"Portal/name", "Nine"},
+                {"Portal/ignoreSslErrors", true},
+                {"Portal/isPortal", true},
+                {"Portal/portals", "[]"}});
+    DialogScene &scene = make();
+    QCOMPARE(scene.dialog()->property("saveUserChecked").toBool(), false);
+    QCOMPARE(scene.dialog()->property("username").toString(), QString("jo"));
+    QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl("http://127.0.0.1:9"));
+    QCOMPARE(portal()->property("name").toString(), QString("Nine"));
+    QCOMPARE(portal()->property("ignoreSslErrors").toBool(), true);
+    QCOMPARE(portal()->property("isPortal").toBool(), true);
+
+    m_settings->clear();
+    QCOMPARE(call(scene.dialog(), "readSettings"), QVariant(true));
+    QCOMPARE(scene.dialog()->property("saveUserChecked").toBool(), true);
+    QCOMPARE(scene.dialog()->property("username").toString(), QString());
+    QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl(publicPortal));
+    QCOMPARE(portal()->property("name").toString(), QString("Zemrik Online"));
+    QCOMPARE(portal()->property("ignoreSslErrors").toBool(), false);
+    QCOMPARE(portal()->property("isPortal").toBool(), false);
+}
+
+void tst_PortalDialog::functionsTellWhetherThereIsAStore()
+{
+    const char *const functions[] = {"readSettings", "writeUserSettings", "clearUserSettings",
+                                     "writePortalSettings"};
+    for (const char *function : functions)
+        QCOMPARE(call(make().dialog(), function), QVariant(true));
+    QCOMPARE(store().size(), 5);
+    portal()->setProperty("username", "jo");
+    portal()->setProperty("ignoreSslErrors", true);
+    call(m_scene->dialog(), "writeUserSettings");
+    call(m_scene->dialog(), "writePortalSettings");
+    QVariantMap expected{{"Portal/portals", store().value("Portal/portals")},
+                         {"Portal/username", "jo"},
+                         {"Portal/url", publicPortal},
+                         {"Portal/name", "Zemrik Online"},
+                         {"Portal/ignoreSslErrors", true},
+                         {"Portal/isPortal", false}};
+    QCOMPARE(store(), expected);
+    call(m_scene->dialog(), "clearUserSettings");
+    expected.remove("Portal/username");
+    QCOMPARE(store(), expected);
+
+    m_store.clear();
+    for (const char *function : functions)
+        QCOMPARE(call(make().dialog(), function), QVariant(false));
+    QVERIFY(!call(m_scene->dialog(), "readPortals").isValid());
+    QVERIFY(!call(m_scene->dialog(), "writePortals").isValid());
+    QCOMPARE(m_scene->dialog()->property("saveUserVisible").toBool(), false);
+}
+
+void tst_PortalDialog::storedLists_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QVariantList>("rows");
+    const QString two = QJsonDocument::fromVariant(
+                            QVariantList{row("http://a", "A"), row("https://b", "B", true, true)})
+                            .toJson();
+    QTest::newRow("two portals") << two
+                                 << QVariantList{row("http://a", "A"),
+                                                 row("https://b", "B", true, true)};
+    QTest::newRow("an empty list") << "[]" << QVariantList{};
+    const QVariantList fallback{row(fallbackPortal, "Zemrik Online")};
+    QTest::newRow("no list: an object") << "{}" << fallback;
+    QTest::newRow("no list: a number") << "5" << fallback;
+    QTest::newRow("no list: null") << "null" << fallback;
+}
+
+void tst_PortalDialog::storedLists()
+{
+    QFETCH(QString, text);
+    QFETCH(QVariantList, rows);
+    writeStore({{"Portal/portals", text}});
+    DialogScene &scene = make();
+    call(scene.dialog(), "writePortals");
+    QCOMPARE(storedPortals(), rows);
+}
+
+void tst_PortalDialog::firstRunKeepsTheFirstRow()
+{
+    writeStore({});
+    m_expected << firstRun;
+    DialogScene &scene = make();
+    QVERIFY(!store().contains("Portal/portals"));
+    call(scene.dialog(), "writePortals");
+    QCOMPARE(storedPortals(), (QVariantList{row(publicPortal, "Zemrik Online")}));
+}
+
+void tst_PortalDialog::listIsWrittenWithItsFourKeys()
+{
+    DialogScene &scene = make();
+    call(scene.dialog(), "writePortals");
+    QCOMPARE(store().value("Portal/portals").toString(),
+             QString("[{\"ignoreSslErrors\":false,\"isPortal\":false,\"name\":\"Zemrik Online\","
+                     "\"url\":\"http://portal.zemrik.example\"}]"));
+}
+
+void tst_PortalDialog::groupsKeepPortalsApart()
+{
+    writeStore({{"Portal/username", "one"},
+                {"Other/username", "two"},
+                {"Other/saveUsername", false},
+                {"Other/portals", "[]"}});
+    DialogScene &scene = make("settingsGroup: 'Other'");
+    QCOMPARE(scene.dialog()->property("username").toString(), QString("two"));
+    QCOMPARE(scene.dialog()->property("saveUserChecked").toBool(), false);
+    call(scene.dialog(), "clearUserSettings");
+    QCOMPARE(store().value("Portal/username").toString(), QString("one"));
+    QVERIFY(!store().contains("Other/username"));
+}
+
+void tst_PortalDialog::flagsAreRightInTheNextProcess_data()
+{
+    QTest::addColumn<QString>("fileName");
+    QTest::addColumn<bool>("flag");
+    for (const char *name : {"flags.json", "flags.ini"}) {
+        QTest::addRow("%s, true", name) << name << true;
+        QTest::addRow("%s, false", name) << name << false;
+    }
+}
+
+void tst_PortalDialog::flagsAreRightInTheNextProcess()
+{
+    QFETCH(QString, fileName);
+    QFETCH(bool, flag);
+    m_store = m_folder.filePath(QString::number(flag) + fileName);
+    m_expected << firstRun;
+    {
+        DialogScene &scene = makeOpen();
+        portal()->setProperty("ignoreSslErrors", flag);
+        portal()->setProperty("isPortal", flag);
+        portal()->setProperty("name", "Next");
+        call(scene.dialog(), "writePortalSettings");
+        call(scene.dialog(), "writePortals");
+        scene.dialog()->setProperty("saveUserChecked", flag);
+        fill("demo", "demo");
+        DialogScene::click(scene.button("Sign In"));
+        QTRY_VERIFY(!scene.isOpen());
+        m_settings->synchronize();
+        m_scene.reset();
+    }
+    QProcess child;
+    child.start(QCoreApplication::applicationFilePath(), {"child:flags", m_store});
+    QVERIFY(child.waitForFinished());
+    const QByteArray output = child.readAllStandardOutput();
+    const QJsonObject read = QJsonDocument::fromJson(output).object();
+    QVERIFY2(!read.isEmpty(), child.readAllStandardError().constData());
+    QCOMPARE(read.value("saveUserChecked").toBool(!flag), flag);
+    QCOMPARE(read.value("ignoreSslErrors").toBool(!flag), flag);
+    QCOMPARE(read.value("isPortal").toBool(!flag), flag);
+    QCOMPARE(read.value("username").toString(), QString(flag ? "demo" : ""));
+    QCOMPARE(read.value("portalUrl").toString(), m_portal.url());
+    QCOMPARE(read.value("name").toString(), QString("Next"));
+}
+
+void tst_PortalDialog::gearOpensTheListAndBackLeavesIt()
+{
+    DialogScene &scene = makeOpen();
+    QVERIFY(!scene.text("Portals"));
+    DialogScene::click(scene.imageButton("gear.png"));
+    waitForPage();
+    QVERIFY(scene.text("Portals"));
+    QVERIFY(scene.text("Select your active Zemrik Portal"));
+    QCOMPARE(scene.fields().size(), 1);
+    QCOMPARE(scene.fields().first()->property("placeholderText").toString(),
+             QString("URL of your Portal for Zemrik"));
+    QVERIFY(scene.checkBox("Ignore SSL Errors"));
+    QCOMPARE(scene.checkBox("Ignore SSL Errors")->property("checked").toBool(), false);
+    QVERIFY(scene.button("Add Portal"));
+    QVERIFY(!scene.button("Sign In"));
+    DialogScene::click(scene.imageButton("back.png"));
+    waitForPage();
+    QVERIFY(scene.button("Sign In"));
+    QVERIFY(!scene.text("Portals"));
+}
+
+void tst_PortalDialog::gearIsOffWhileBusy()
+{
+    DialogScene &scene = makeOpen();
+    scene.dialog()->setProperty("busy", true);
+    DialogScene::click(scene.imageButton("gear.png"));
+    QVERIFY(scene.button("Signing In"));
+    QVERIFY(!scene.text("Portals"));
+    scene.dialog()->setProperty("busy", false);
+}
+
+void tst_PortalDialog::rowsShowTheirPortals()
+{
+    writeStore({{"Portal/portals", portalsText(QVariantList{
+                                       row(publicPortal, "Zemrik Online"), row("http://one", "One"),
+                                       row("https://two", "<b>Two</b>", true, true)})}});
+    DialogScene &scene = makeList();
+    QCOMPARE(list()->property("count").toInt(), 3);
+    const auto shows = [&](int index, const QString &text) {
+        return DialogScene::find(listRow(index), [&](QQuickItem *item) {
+            return DialogScene::isA(item, "QQuickText")
+                   && item->property("text").toString() == text;
+        });
+    };
+    const auto padlock = [&](int index) {
+        return DialogScene::find(listRow(index), [](QQuickItem *item) {
+            return DialogScene::isA(item, "QQuickImage")
+                   && item->property("source").toUrl().fileName() == "security_unlock.png";
+        });
+    };
+    QVERIFY(shows(0, "Zemrik Online"));
+    QVERIFY(!shows(0, publicPortal));
+    QVERIFY(!padlock(0));
+    QVERIFY(shows(1, "One"));
+    QVERIFY(shows(1, "http://one"));
+    QVERIFY(shows(1, "http://one")->property("font").value<QFont>().italic());
+    QVERIFY(shows(1, "http://one")->mapToScene({0, 0}).y()
+            > shows(1, "One")->mapToScene({0, 0}).y());
+    QVERIFY(!padlock(1));
+    QVERIFY(shows(2, "<b>Two</b>"));
+    QCOMPARE(shows(2, "<b>Two</b>")->property("textFormat").toInt(), 0);
+    QVERIFY(padlock(2));
+    Q_UNUSED(scene)
+}
+
+void tst_PortalDialog::aClickSelects()
+{
+    writeStore(
+        {{"Portal/portals",
+          portalsText(QVariantList{row(publicPortal, "Zemrik Online"), row(m_portal.url(), "One"),
+                                   row("https://two", "Two", true, true)})}});
+    DialogScene &scene = makeList();
+    QCOMPARE(list()->property("currentIndex").toInt(), 1);
+    QVERIFY(DialogScene::find(
+        listRow(1), [](QQuickItem *item) { return DialogScene::isA(item, "ImageButton"); }));
+    portal()->setProperty("token", "signed in");
+    QSignalSpy urlChanged(portal(), SIGNAL(portalUrlChanged()));
+
+    DialogScene::click(listRow(2));
+    QCOMPARE(list()->property("currentIndex").toInt(), 2);
+    QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl("https://two"));
+    QCOMPARE(portal()->property("name").toString(), QString("Two"));
+    QCOMPARE(portal()->property("ignoreSslErrors").toBool(), true);
+    QCOMPARE(portal()->property("isPortal").toBool(), true);
+    QCOMPARE(portal()->property("signedIn").toBool(), false);
+    QCOMPARE(urlChanged.count(), 1);
+    QCOMPARE(store().value("Portal/url").toString(), QString("https://two"));
+    QCOMPARE(store().value("Portal/name").toString(), QString("Two"));
+    QCOMPARE(store().value("Portal/ignoreSslErrors"), QVariant(true));
+    QCOMPARE(store().value("Portal/isPortal"), QVariant(true));
+    QVERIFY(scene.text("Portals")); // the page stays
+
+    const auto trash = [&](int index) {
+        return DialogScene::find(
+            listRow(index), [](QQuickItem *item) { return DialogScene::isA(item, "ImageButton"); });
+    };
+    QVERIFY(trash(2));
+    QVERIFY(!trash(1));
+    DialogScene::click(listRow(0));
+    QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl(publicPortal));
+    for (int index = 0; index < 3; ++index)
+        QVERIFY(!trash(index)); // the first row can't be removed
+    DialogScene::click(listRow(1));
+    QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl(m_portal.url()));
+    QVERIFY(trash(1));
+}
+
+void tst_PortalDialog::aDoubleClickSelectsAndLeaves()
+{
+    writeStore({{"Portal/portals", portalsText(QVariantList{row(publicPortal, "Zemrik Online"),
+                                                            row("http://one", "One")})}});
+    DialogScene &scene = makeList();
+    QTest::mouseDClick(scene.window(), Qt::LeftButton, Qt::NoModifier,
+                       DialogScene::center(listRow(1)));
+    waitForPage();
+    QVERIFY(scene.button("Sign In"));
+    QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl("http://one"));
+    QVERIFY(scene.text("Sign in to One"));
+}
+
+void tst_PortalDialog::pressAndHoldOpensThePortal()
+{
+    writeStore({{"Portal/portals", portalsText(QVariantList{row(publicPortal, "Zemrik Online"),
+                                                            row("http://one/home", "One")})}});
+    DialogScene &scene = makeList();
+    QDesktopServices::setUrlHandler("http", this, "openUrl");
+    QTest::mousePress(scene.window(), Qt::LeftButton, Qt::NoModifier,
+                      DialogScene::center(listRow(1)));
+    QTRY_COMPARE(m_openedUrls.size(), 1);
+    QTest::mouseRelease(scene.window(), Qt::LeftButton, Qt::NoModifier,
+                        DialogScene::center(listRow(1)));
+    QDesktopServices::unsetUrlHandler("http");
+    QCOMPARE(m_openedUrls.first(), QUrl("http://one/home"));
+    QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl(m_portal.url())); // no selection
+}
+
+void tst_PortalDialog::noRowMatches()
+{
+    makeList(); // the development portal isn't in the list
+    QVERIFY(!call(m_scene->dialog(), "findCurrent").isValid());
+    QCOMPARE(list()->property("currentIndex").toInt(), -1);
+    QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl(m_portal.url()));
+    QVERIFY(!store().contains("Portal/url"));
+    portal()->setProperty("portalUrl", QUrl(publicPortal));
+    QCOMPARE(call(m_scene->dialog(), "findCurrent").toInt(), 0);
+    QCOMPARE(list()->property("currentIndex").toInt(), 0); // follows by itself
+}
+
+void tst_PortalDialog::openingTheListChangesNothing()
+{
+    writeStore({{"Portal/portals", portalsText(QVariantList{row(publicPortal, "Zemrik Online"),
+                                                            row(m_portal.url(), "One")})}});
+    DialogScene &scene = makeOpen();
+    portal()->setProperty("token", "some");
+    QTRY_VERIFY(!scene.isOpen());
+    QVERIFY(scene.open());
+    QSignalSpy urlChanged(portal(), SIGNAL(portalUrlChanged()));
+    DialogScene::click(scene.imageButton("gear.png"));
+    waitForPage();
+    QCOMPARE(list()->property("currentIndex").toInt(), 1);
+    DialogScene::click(scene.imageButton("back.png"));
+    waitForPage();
+    QCOMPARE(urlChanged.count(), 0);
+    QVERIFY(portal()->property("signedIn").toBool());
+}
+
+void tst_PortalDialog::highlightMoves()
+{
+    writeStore({{"Portal/portals",
+                 portalsText(QVariantList{row(publicPortal, "Zemrik Online"),
+                                          row(m_portal.url(), "One"), row("http://two", "Two")})}});
+    makeList();
+    const auto highlight = [&] { return list()->property("highlightItem").value<QQuickItem *>(); };
+    QVERIFY(highlight());
+    QTRY_COMPARE(highlight()->y(), listRow(1)->y());
+    DialogScene::click(listRow(2));
+    QVERIFY(highlight()->y() != listRow(2)->y()); // on its way
+    QTRY_COMPARE(highlight()->y(), listRow(2)->y());
+}
+
+void tst_PortalDialog::addNeedsAUrl()
+{
+    DialogScene &scene = makeList();
+    QQuickItem *field = scene.fields().first();
+    const QMap<QString, bool> rows{{"", false},
+                                   {"htt", false},
+                                   {"http://x", true},
+                                   {"https://x", true},
+                                   {"HTTP://X", true},
+                                   {"hTtPs://x", true},
+                                   {" http://x", false},
+                                   {"ftp://x", false},
+                                   {"file:///etc/passwd", false},
+                                   {"portal.example", false}};
+    for (auto row = rows.begin(); row != rows.end(); ++row) {
+        field->setProperty("text", "");
+        scene.type(field, row.key());
+        QCOMPARE(field->property("text").toString(), row.key());
+        QVERIFY2(scene.button("Add Portal")->property("enabled").toBool() == row.value(),
+                 qPrintable(row.key()));
+    }
+}
+
+void tst_PortalDialog::addStoresAndSelects_data()
+{
+    QTest::addColumn<QJsonObject>("self");
+    QTest::addColumn<bool>("ignore");
+    QTest::addColumn<QString>("name"); // %1 is the URL
+    QTest::addColumn<bool>("isPortal");
+    QTest::newRow("with a name") << QJsonObject{{"name", "Ours"},
+                                                {"portalName", "P"},
+                                                {"isPortal", true},
+                                                {"supportsSceneServices", true}}
+                                 << false << "Ours" << true;
+    QTest::newRow("without a name") << QJsonObject{{"name", ""},
+                                                   {"portalName", "Their <i>portal</i>"},
+                                                   {"isPortal", true},
+                                                   {"supportsSceneServices", true}}
+                                    << true << "Their <i>portal</i> (%1)" << true;
+    QTest::newRow("name missing") << QJsonObject{{"portalName", "P"},
+                                                 {"isPortal", true},
+                                                 {"supportsSceneServices", true}}
+                                  << false << "P (%1)" << true;
+    QTest::newRow("a public portal needs no scenes")
+        << QJsonObject{{"name", "Public"}, {"isPortal", false}, {"supportsSceneServices", false}}
+        << false << "Public" << false;
+    QTest::newRow("says nothing about itself")
+        << QJsonObject{{"name", "Plain"}} << false << "Plain" << false;
+}
+
+void tst_PortalDialog::addStoresAndSelects()
+{
+    QFETCH(QJsonObject, self);
+    QFETCH(bool, ignore);
+    QFETCH(QString, name);
+    QFETCH(bool, isPortal);
+    SlowPortal server;
+    server.self = self;
+    DialogScene &scene = makeList();
+    scene.type(scene.fields().first(), server.url());
+    if (ignore)
+        DialogScene::click(scene.checkBox("Ignore SSL Errors"));
+    DialogScene::click(scene.button("Add Portal"));
+
+    QTRY_COMPARE(list()->property("count").toInt(), 2);
+    name = name.contains("%1") ? name.arg(server.url()) : name;
+    const QVariantList expected{row(publicPortal, "Zemrik Online"),
+                                row(server.url(), name, ignore, isPortal)};
+    QCOMPARE(storedPortals(), expected);
+    QCOMPARE(list()->property("currentIndex").toInt(), 1);
+    QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl(server.url()));
+    QCOMPARE(portal()->property("name").toString(), name);
+    QCOMPARE(portal()->property("ignoreSslErrors").toBool(), ignore);
+    QCOMPARE(portal()->property("isPortal").toBool(), isPortal);
+    QCOMPARE(store().value("Portal/url").toString(), server.url());
+    QCOMPARE(store().value("Portal/isPortal"), QVariant(isPortal));
+    QCOMPARE(scene.fields().first()->property("text").toString(), QString());
+    QCOMPARE(scene.checkBox("Ignore SSL Errors")->property("checked").toBool(), false);
+    QCOMPARE(messageText(), QString());
+
+    QTRY_COMPARE(server.server().requestCount(), 2); // itself, then its information
+    const auto requests = server.server().requests();
+    QCOMPARE(requests.at(0).method, QByteArray("POST"));
+    QCOMPARE(requests.at(0).target, QByteArray("/sharing/rest/portals/self"));
+    QVERIFY(requests.at(0).body.contains("f=pjson")
+            || requests.at(0).parts.value("f").content == "pjson");
+    QCOMPARE(requests.at(1).target, QByteArray("/sharing/rest/info?f=json"));
+    QTRY_VERIFY(m_log->count(QtDebugMsg, "qml", "info: {") > 0);
+    QVERIFY(m_log->count(QtDebugMsg, "qml", "self {") > 0);
+}
+
+void tst_PortalDialog::addRefusesAPortalWithoutScenes()
+{
+    const QString refusal = "Quillform requires that Portal for Zemrik 10.3.1 is configured with a "
+                            "Hosted Server and Zemrik Data Store";
+    DialogScene &scene = makeList(); // the development portal has none
+    scene.type(scene.fields().first(), m_portal.url());
+    DialogScene::click(scene.button("Add Portal"));
+    QTRY_COMPARE(messageText(), refusal);
+    QCOMPARE(list()->property("count").toInt(), 1);
+    QCOMPARE(scene.fields().first()->property("text").toString(), m_portal.url());
+    QVERIFY(!store().contains("Portal/url"));
+    scene.type(scene.fields().first(), "/");
+    QCOMPARE(messageText(), refusal); // until the next attempt
+    QTRY_VERIFY(scene.button("Add Portal")->property("enabled").toBool());
+    DialogScene::click(scene.button("Add Portal"));
+    QVERIFY(messageText() != refusal);
+    QTRY_VERIFY(scene.button("Add Portal")->property("enabled").toBool());
+}
+
+void tst_PortalDialog::addShowsWhatFailed()
+{
+    DialogScene &scene = makeList();
+    scene.type(scene.fields().first(), "http://127.0.0.1:1");
+    DialogScene::click(scene.button("Add Portal"));
+    QTRY_VERIFY(!messageText().isEmpty());
+    QCOMPARE(list()->property("count").toInt(), 1);
+    QTRY_VERIFY(scene.button("Add Portal")->property("enabled").toBool());
+}
+
+void tst_PortalDialog::addIgnoresOtherStatus()
+{
+    SlowPortal server;
+    server.status = 203;
+    server.self = {{"name", "Not quite"}};
+    DialogScene &scene = makeList();
+    scene.type(scene.fields().first(), server.url());
+    DialogScene::click(scene.button("Add Portal"));
+    QTRY_COMPARE(server.server().requestCount(), 1);
+    QTRY_VERIFY(scene.button("Add Portal")->property("enabled").toBool());
+    QCOMPARE(list()->property("count").toInt(), 1);
+    QCOMPARE(messageText(), QString());
+    QCOMPARE(scene.fields().first()->property("text").toString(), server.url());
+}
+
+void tst_PortalDialog::addIsBusyMeanwhile()
+{
+    SlowPortal server;
+    server.self = {{"name", "Slow"}};
+    DialogScene &scene = makeList();
+    const auto indicator = [&] {
+        return scene.find([](QQuickItem *item) { return DialogScene::isA(item, "BusyIndicator"); });
+    };
+    scene.type(scene.fields().first(), server.url());
+    QVERIFY(!indicator());
+    server.hold();
+    DialogScene::click(scene.button("Add Portal"));
+    QTRY_VERIFY(!scene.button("Add Portal")->property("enabled").toBool());
+    QVERIFY(indicator());
+    server.release();
+    QTRY_COMPARE(list()->property("count").toInt(), 2);
+    QTRY_VERIFY(!indicator());
+}
+
+void tst_PortalDialog::addWithoutAStore()
+{
+    m_store.clear();
+    SlowPortal server;
+    server.self = {{"name", "Ours"}};
+    DialogScene &scene = makeList();
+    QCOMPARE(list()->property("count").toInt(), 1);
+    scene.type(scene.fields().first(), server.url());
+    DialogScene::click(scene.button("Add Portal"));
+    QTRY_COMPARE(list()->property("count").toInt(), 2);
+    QCOMPARE(portal()->property("name").toString(), QString("Ours"));
+    DialogScene::click(scene.imageButton("back.png"));
+    waitForPage();
+    DialogScene::click(scene.imageButton("gear.png"));
+    waitForPage();
+    QCOMPARE(list()->property("count").toInt(), 2); // as long as the dialog lives
+    make();
+    portal()->setProperty("portalUrl", QUrl(m_portal.url()));
+    QVERIFY(m_scene->open());
+    DialogScene::click(m_scene->imageButton("gear.png"));
+    waitForPage();
+    QCOMPARE(list()->property("count").toInt(), 1);
+}
+
+void tst_PortalDialog::removeKeepsThePortalInUse()
+{
+    writeStore({{"Portal/portals",
+                 portalsText(QVariantList{row(publicPortal, "Zemrik Online"),
+                                          row("http://one", "One"), row("http://two", "Two")})}});
+    DialogScene &scene = makeList();
+    DialogScene::click(listRow(1));
+    QCOMPARE(portal()->property("name").toString(), QString("One"));
+    QSignalSpy urlChanged(portal(), SIGNAL(portalUrlChanged()));
+    QVERIFY(scene.imageButton("trash_bin.png"));
+    DialogScene::click(scene.imageButton("trash_bin.png"));
+    QTRY_COMPARE(list()->property("count").toInt(), 2);
+    QCOMPARE(storedPortals(),
+             (QVariantList{row(publicPortal, "Zemrik Online"), row("http://two", "Two")}));
+    QCOMPARE(urlChanged.count(), 0);
+    QCOMPARE(portal()->property("name").toString(), QString("One"));
+    QCOMPARE(store().value("Portal/url").toString(), QString("http://one"));
+    QVERIFY(!scene.imageButton("trash_bin.png"));
+    DialogScene::click(listRow(1));
+    QCOMPARE(portal()->property("name").toString(), QString("Two"));
+}
+
+void tst_PortalDialog::touchWorksToo()
+{
+    DialogScene &scene = makeOpen();
+    auto *device = QTest::createTouchDevice();
+    const auto tap = [&](QQuickItem *item) {
+        const QPoint point = DialogScene::center(item);
+        QTest::touchEvent(scene.window(), device).press(0, point, scene.window());
+        QTest::touchEvent(scene.window(), device).release(0, point, scene.window());
+    };
+    tap(scene.imageButton("gear.png"));
+    waitForPage();
+    QVERIFY(scene.text("Portals"));
+    tap(listRow(0));
+    QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl(publicPortal));
+    tap(scene.imageButton("back.png"));
+    waitForPage();
+    QCOMPARE(scene.dialog()->property("saveUserChecked").toBool(), true);
+    tap(scene.checkBox("Remember me"));
+    QCOMPARE(scene.dialog()->property("saveUserChecked").toBool(), false);
+    tap(scene.button("Cancel"));
+    QVERIFY(!scene.isOpen());
+}
+
+// For the manual: TESSALINE_PICTURES names a folder.
+void tst_PortalDialog::picture()
+{
+    const QString folder = qEnvironmentVariable("TESSALINE_PICTURES");
+    writeStore({{"Portal/portals", portalsText(QVariantList{
+                                       row(publicPortal, "Zemrik Online"),
+                                       row("https://maps.example/portal", "City maps", true, true),
+                                       row("http://localhost:8080", "Development")})}});
+    DialogScene &scene = make("username: 'jo'; password: 'secret'");
+    callWith(scene.dialog(), "show", "Please sign in to download apps");
+    QVERIFY(QTest::qWaitForWindowExposed(scene.window()));
+    fill("jo", "secret");
+    QTRY_COMPARE(scene.window()->grabWindow().pixelColor(2, 2), QColor("#0079C1"));
+    const QImage signIn = scene.window()->grabWindow();
+    DialogScene::click(scene.imageButton("gear.png"));
+    waitForPage();
+    DialogScene::click(listRow(1));
+    QQuickItem *highlight = list()->property("highlightItem").value<QQuickItem *>();
+    QTRY_COMPARE(highlight->y(), listRow(1)->y());
+    const QImage portals = scene.window()->grabWindow();
+    QVERIFY(signIn != portals);
+    if (folder.isEmpty())
+        return;
+    QVERIFY(signIn.save(folder + "/sign-in.png"));
+    QVERIFY(portals.save(folder + "/sign-in-portals.png"));
+}
+
+namespace {
+
+// The next process: what the dialog has read from the store.
+int printFlags(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    QQmlEngine engine;
+    engine.addImportPath(qEnvironmentVariable("TESSALINE_QML_IMPORT_DIR"));
+    engine.addImportPath(":/imports");
+    const std::unique_ptr<Settings> store = makeStore(QString::fromLocal8Bit(argv[2]));
+    const DialogScene scene(engine, document(), storeProperty(store.get()));
+    const QObject *dialog = scene.dialog();
+    const QObject *portal = scene.object("portal");
+    const QJsonObject flags{{"saveUserChecked", dialog->property("saveUserChecked").toBool()},
+                            {"username", dialog->property("username").toString()},
+                            {"portalUrl", portal->property("portalUrl").toUrl().toString()},
+                            {"name", portal->property("name").toString()},
+                            {"ignoreSslErrors", portal->property("ignoreSslErrors").toBool()},
+                            {"isPortal", portal->property("isPortal").toBool()}};
+    printf("%s", QJsonDocument(flags).toJson().constData());
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc > 2 && qstrcmp(argv[1], "child:flags") == 0)
+        return printFlags(argc, argv);
+    return runIsolatedTest<tst_PortalDialog, QApplication>(argc, argv);
+}
+
+#include "tst_PortalDialog.moc"
