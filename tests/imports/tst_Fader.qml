@@ -144,7 +144,8 @@ Item {
             verify(steps[0].time - begin >= 185, "waited " + (steps[0].time - begin));
             const length = steps[steps.length - 1].time - begin;
             verify(steps.length > 1, "dimmed in one step");
-            verify(length >= 465, "dimmed after " + length);
+            // Animations step by frames, and frames without a screen may come early.
+            verify(length >= 380, "dimmed after " + length);
             for (let i = 1; i < steps.length; ++i)
                 verify(steps[i].opacity < steps[i - 1].opacity);
             compare(timerOf(panel.fader).running, false);
