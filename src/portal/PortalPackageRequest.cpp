@@ -10,6 +10,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QNetworkAccessManager>
 #include <QPixmap>
 
 namespace {
@@ -21,39 +22,75 @@ const QLatin1String thumbnailKey("thumbnail");
 
 PortalPackageRequest::PortalPackageRequest(QObject *parent)
     : QObject(parent)
+    , m_itemInfoRequest(makeInfoRequest())
+    , m_dataRequest(makeFileRequest(&PortalPackageRequest::onDataCompleted))
+    , m_thumbnailRequest(makeFileRequest(&PortalPackageRequest::onThumbnailCompleted))
     , m_defaultThumbnail(QStringLiteral(":/images/defaultThumbnail.png"))
 {
-    m_itemInfoRequest.setResponseType(QStringLiteral("json"));
-    connect(&m_itemInfoRequest, qOverload<QVariantMap>(&PortalRequest::completed), this,
-            &PortalPackageRequest::onItemInfoCompleted);
-    connect(&m_dataRequest, qOverload<>(&PortalRequest::completed), this,
-            &PortalPackageRequest::onDataCompleted);
-    connect(&m_thumbnailRequest, qOverload<>(&PortalRequest::completed), this,
-            &PortalPackageRequest::onThumbnailCompleted);
-    for (PortalRequest *request : {&m_itemInfoRequest, &m_dataRequest, &m_thumbnailRequest})
-        connectRequest(*request);
 }
 
-void PortalPackageRequest::connectRequest(PortalRequest &request)
+PortalRequest *PortalPackageRequest::makeInfoRequest()
 {
-    request.setMethod(QStringLiteral("POST"));
-    connect(&request, &NetworkRequest::progressChanged, this,
+    PortalRequest *request = makeRequest();
+    request->setResponseType(QStringLiteral("json"));
+    connect(request, qOverload<QVariantMap>(&PortalRequest::completed), this,
+            &PortalPackageRequest::onItemInfoCompleted);
+    return request;
+}
+
+PortalRequest *PortalPackageRequest::makeFileRequest(void (PortalPackageRequest::*onCompleted)())
+{
+    PortalRequest *request = makeRequest();
+    connect(request, qOverload<>(&PortalRequest::completed), this, onCompleted);
+    return request;
+}
+
+PortalRequest *PortalPackageRequest::makeRequest()
+{
+    auto *request = new PortalRequest(this);
+    if (m_manager)
+        request->setNetworkAccessManager(m_manager);
+    request->setMethod(QStringLiteral("POST"));
+    connect(request, &NetworkRequest::progressChanged, this,
             &PortalPackageRequest::onProgressChanged);
-    connect(&request, qOverload<TessalineError *>(&PortalRequest::error), this,
+    connect(request, qOverload<TessalineError *>(&PortalRequest::error), this,
             &PortalPackageRequest::onError);
+    return request;
+}
+
+// A request that is under way can't be sent again: a new one takes its place, so that a second
+// download starts anew and what comes of the first one reaches nobody.
+void PortalPackageRequest::dropRunningRequests()
+{
+    const auto replace = [this](PortalRequest *&request, const auto &make) {
+        const NetworkRequest::ReadyState state = request->readyState();
+        if (state != NetworkRequest::ReadyStateSending
+            && state != NetworkRequest::ReadyStateProcessing)
+            return;
+        request->disconnect(this);
+        request->deleteLater(); // it may be its own signal that led here
+        request = make();
+    };
+    replace(m_itemInfoRequest, [this] { return makeInfoRequest(); });
+    replace(m_dataRequest,
+            [this] { return makeFileRequest(&PortalPackageRequest::onDataCompleted); });
+    replace(m_thumbnailRequest,
+            [this] { return makeFileRequest(&PortalPackageRequest::onThumbnailCompleted); });
 }
 
 void PortalPackageRequest::setNetworkAccessManager(QNetworkAccessManager *manager)
 {
-    m_itemInfoRequest.setNetworkAccessManager(manager);
-    m_dataRequest.setNetworkAccessManager(manager);
-    m_thumbnailRequest.setNetworkAccessManager(manager);
+    m_manager = manager;
+    m_itemInfoRequest->setNetworkAccessManager(manager);
+    m_dataRequest->setNetworkAccessManager(manager);
+    m_thumbnailRequest->setNetworkAccessManager(manager);
 }
 
 void PortalPackageRequest::request(const QString &itemId, bool infoOnly)
 {
     m_itemId = itemId;
     m_infoOnly = infoOnly;
+    dropRunningRequests();
     if (refuses(itemId))
         return;
     m_itemUrl = m_portal->restUrl() + QLatin1String("/content/items/") + itemId;
@@ -74,9 +111,9 @@ bool PortalPackageRequest::refuses(const QString &name)
 
 void PortalPackageRequest::requestItemInfo()
 {
-    m_itemInfoRequest.setPortal(m_portal);
-    m_itemInfoRequest.setUrl(QUrl(m_itemUrl));
-    m_itemInfoRequest.send(QVariant(m_portal->defaultParams(QStringLiteral("pjson"))));
+    m_itemInfoRequest->setPortal(m_portal);
+    m_itemInfoRequest->setUrl(QUrl(m_itemUrl));
+    m_itemInfoRequest->send(QVariant(m_portal->defaultParams(QStringLiteral("pjson"))));
 }
 
 void PortalPackageRequest::onItemInfoCompleted(const QVariantMap &response)
@@ -95,16 +132,16 @@ void PortalPackageRequest::requestData(bool unpack)
         packageFileName.isEmpty() ? m_itemId + QLatin1String(".zip") : packageFileName;
     if (refuses(name))
         return;
-    m_dataRequest.setPortal(m_portal);
-    m_dataRequest.setUrl(QUrl(m_itemUrl + QLatin1String("/data")));
-    m_dataRequest.setResponsePath(packageFolder.filePath(name));
-    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << m_dataRequest.responsePath();
-    m_dataRequest.send(QVariant(m_portal->defaultParams(QString())));
+    m_dataRequest->setPortal(m_portal);
+    m_dataRequest->setUrl(QUrl(m_itemUrl + QLatin1String("/data")));
+    m_dataRequest->setResponsePath(packageFolder.filePath(name));
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << m_dataRequest->responsePath();
+    m_dataRequest->send(QVariant(m_portal->defaultParams(QString())));
 }
 
 void PortalPackageRequest::onDataCompleted()
 {
-    const QString path = m_dataRequest.responsePath();
+    const QString path = m_dataRequest->responsePath();
     qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << path;
     if (m_unpackData && !unpack(path))
         return;
@@ -178,15 +215,15 @@ void PortalPackageRequest::requestThumbnail()
         itemInfo.insert(thumbnailKey, QString(QLatin1String("thumbnail/") + fileName));
         saveItemInfo();
     }
-    m_thumbnailRequest.setPortal(m_portal);
-    m_thumbnailRequest.setUrl(QUrl(m_itemUrl + QLatin1String("/info/") + thumbnail));
-    m_thumbnailRequest.setResponsePath(outputPath(fileName));
-    m_thumbnailRequest.send(QVariant(m_portal->defaultParams(QString())));
+    m_thumbnailRequest->setPortal(m_portal);
+    m_thumbnailRequest->setUrl(QUrl(m_itemUrl + QLatin1String("/info/") + thumbnail));
+    m_thumbnailRequest->setResponsePath(outputPath(fileName));
+    m_thumbnailRequest->send(QVariant(m_portal->defaultParams(QString())));
 }
 
 void PortalPackageRequest::onThumbnailCompleted()
 {
-    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << m_thumbnailRequest.responsePath();
+    qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << m_thumbnailRequest->responsePath();
     const QString thumbnail = thumbnailText();
     if (!thumbnail.isEmpty() && QFileInfo(thumbnail).suffix() == QLatin1String("jpg"))
         convertThumbnail();

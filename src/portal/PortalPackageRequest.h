@@ -6,6 +6,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QObject>
+#include <QPointer>
 #include <QVariantMap>
 
 class PortalObject;
@@ -18,7 +19,8 @@ class TessalineError;
 // and for an id or a file name that would leave the folders; whatever else fails is logged and ends
 // the chain in silence: who waits for it sets a limit of its own.
 //
-// The owner sets the folders first; request() may be called again at any time.
+// The owner sets the folders first. request() may be called again at any time: a chain that is
+// under way is dropped.
 class TESSALINE_EXPORT PortalPackageRequest : public QObject
 {
     Q_OBJECT
@@ -54,7 +56,9 @@ private slots:
     void onError(TessalineError *error);
 
 private:
-    void connectRequest(PortalRequest &request);
+    PortalRequest *makeInfoRequest();
+    PortalRequest *makeFileRequest(void (PortalPackageRequest::*onCompleted)());
+    PortalRequest *makeRequest();
     bool refuses(const QString &name);
     void requestItemInfo();
     void requestThumbnail();
@@ -64,9 +68,12 @@ private:
     QString outputPath(const QString &fileName) const;
     QString thumbnailText() const;
 
-    PortalRequest m_itemInfoRequest;
-    PortalRequest m_dataRequest;
-    PortalRequest m_thumbnailRequest;
+    void dropRunningRequests();
+
+    QPointer<QNetworkAccessManager> m_manager; // none: each request makes its own
+    PortalRequest *m_itemInfoRequest;
+    PortalRequest *m_dataRequest;
+    PortalRequest *m_thumbnailRequest;
     QString m_defaultThumbnail; // no step reads it
     PortalObject *m_portal = nullptr;
     QString m_itemId;

@@ -63,6 +63,7 @@ void tst_Installation::everythingIsInItsPlace_data()
     QTest::addColumn<QString>("path");
     const char *const paths[] = {
         "bin/tessaline-player",
+        "bin/tessaline-portal",
         "lib/qml/Zemrik/Tessaline/libTessaline.so",
         "lib/qml/Zemrik/Tessaline/plugins.qmltypes",
         "lib/qml/Zemrik/Tessaline/qmldir",
@@ -75,6 +76,7 @@ void tst_Installation::everythingIsInItsPlace_data()
         "share/applications/tessaline-player.desktop",
         "share/icons/hicolor/scalable/apps/tessaline-player.svg",
         "share/man/man1/tessaline-player.1",
+        "share/man/man1/tessaline-portal.1",
         "share/metainfo/tessaline-player.metainfo.xml",
         "share/tessaline/examples/welcome/appinfo.json",
         "share/tessaline/examples/welcome/main.qml",
@@ -126,8 +128,9 @@ void tst_Installation::metadataIsValid_data()
                                   << "share/applications/tessaline-player.desktop";
     QTest::newRow("AppStream") << "appstreamcli" << QStringList{"validate", "--no-net"}
                                << "share/metainfo/tessaline-player.metainfo.xml";
-    QTest::newRow("man page") << "mandoc" << QStringList{"-T", "lint", "-W", "warning"}
-                              << "share/man/man1/tessaline-player.1";
+    for (const char *page : {"tessaline-player.1", "tessaline-portal.1"})
+        QTest::newRow(page) << "mandoc" << QStringList{"-T", "lint", "-W", "warning"}
+                            << QString("share/man/man1/") + page;
 }
 
 void tst_Installation::metadataIsValid()

@@ -1,9 +1,13 @@
+#include "network/NetworkRequest.h"
+#include "plugin/Endpoints.h"
 #include "support/DevelopmentPortal.h"
 #include "support/HttpServer.h"
 #include "support/IsolatedHome.h"
+#include "support/LogCapture.h"
 #include "support/PortalElement.h"
 
 #include <QSignalSpy>
+#include <QSslConfiguration>
 #include <QUrlQuery>
 
 // The component against the development portal; where the bytes of a request matter, against a
@@ -17,6 +21,7 @@ private slots:
     void init();
     void cleanup();
 
+    void thePublicPortalIsTheDefault();
     void signInAndOut();
     void wrongPasswordRaisesTheServicesError();
     void unreachableServiceRaisesAnError();
@@ -26,6 +31,14 @@ private slots:
     void expiryModes();
     void aNewPortalUrlSignsOut();
     void longTokens();
+    void signInOverHttps();
+    void httpsNeedsATrustedCertificate();
+    void httpsWithTheCertificateTrusted();
+    void twoPortalsInOneProcess();
+    void failuresThatOnlyTheLogShows_data();
+    void failuresThatOnlyTheLogShows();
+    void aTokenAnswerWithoutTokenIsDroppedInSilence();
+    void infoWithoutTokenServiceStopsTheSignIn();
 
 private:
     QQmlEngine m_engine;
@@ -50,6 +63,17 @@ void tst_Portal::init()
 void tst_Portal::cleanup()
 {
     m_portal.reset();
+}
+
+void tst_Portal::thePublicPortalIsTheDefault()
+{
+    QQmlComponent component(&m_engine);
+    component.setData("import Zemrik.Tessaline.Portal 1.0\nPortal { tokenServicesUrl: 'http://t' }",
+                      QUrl());
+    const std::unique_ptr<QObject> portal(component.create());
+    QVERIFY2(portal, qPrintable(component.errorString()));
+    QCOMPARE(portal->property("portalUrl").toUrl(), QUrl(Endpoints::publicPortal()));
+    QCOMPARE(portal->property("tokenServicesUrl").toUrl(), QUrl("http://t"));
 }
 
 void tst_Portal::signInAndOut()
@@ -202,6 +226,135 @@ void tst_Portal::longTokens()
     const qint64 minutes =
         QDateTime::currentDateTime().secsTo(m_portal->property("expires").toDateTime()) / 60;
     QVERIFY(minutes >= 29998 && minutes <= 30000);
+}
+
+void tst_Portal::signInOverHttps()
+{
+    DevelopmentPortal server;
+    QVERIFY2(server.start({"--https"}), qPrintable(server.output()));
+    m_portal->setProperty("portalUrl", server.url());
+    m_portal->setProperty("ignoreSslErrors", true);
+    QVERIFY(!m_portal->property("ssl").toBool());
+    QVERIFY(signIn(m_portal.get(), "demo", "demo"));
+    QTRY_VERIFY(m_portal->property("ssl").toBool()); // stored after the token
+    QCOMPARE(m_portal->property("tokenServicesUrl").toUrl().scheme(), QString("https"));
+    // The two requests that follow ignore the errors as well.
+    QTRY_COMPARE(m_portal->property("info").value<QJSValue>().property("isPortal").toBool(), true);
+    QTRY_COMPARE(m_portal->property("user").value<QJSValue>().property("username").toString(),
+                 QString("demo"));
+}
+
+void tst_Portal::httpsNeedsATrustedCertificate()
+{
+    DevelopmentPortal server;
+    QVERIFY2(server.start({"--https"}), qPrintable(server.output()));
+    m_portal->setProperty("portalUrl", server.url());
+    LogCapture log;
+    QSignalSpy error(m_portal.get(), SIGNAL(error(QVariant)));
+    startSignIn(m_portal.get(), "demo", "demo");
+    QTRY_COMPARE(log.count(QtDebugMsg, "qml", "infoRequest error SSL handshake failed"), 1);
+    QVERIFY(!m_portal->property("signedIn").toBool());
+    QCOMPARE(error.count(), 0); // a failing info request only shows in the log
+}
+
+void tst_Portal::httpsWithTheCertificateTrusted()
+{
+    DevelopmentPortal server;
+    QVERIFY2(server.start({"--https", "--certificate", server.path("portal.pem")}),
+             qPrintable(server.output()));
+    const QSslConfiguration before = QSslConfiguration::defaultConfiguration();
+    QSslConfiguration configuration = before;
+    QVERIFY(configuration.addCaCertificates(server.path("portal.pem")));
+    QSslConfiguration::setDefaultConfiguration(configuration);
+    m_portal->setProperty("portalUrl", server.url());
+    const bool good = signIn(m_portal.get(), "demo", "demo");
+    QSslConfiguration::setDefaultConfiguration(before);
+    QVERIFY(good);
+}
+
+void tst_Portal::twoPortalsInOneProcess()
+{
+    DevelopmentPortal other;
+    other.writeFile("users.json", "{\"al\": {\"password\": \"other\"}}");
+    QVERIFY2(other.start({"--users", other.path("users.json")}), qPrintable(other.output()));
+    const auto second = makePortalElement(m_engine, other.url());
+    startSignIn(m_portal.get(), "jo", "pw");
+    startSignIn(second.get(), "al", "other");
+    QTRY_VERIFY(m_portal->property("signedIn").toBool() && second->property("signedIn").toBool());
+    QVERIFY(m_portal->property("token") != second->property("token"));
+    const auto userOf = [](const std::unique_ptr<QObject> &portal) {
+        return portal->property("user").value<QJSValue>().property("username").toString();
+    };
+    QTRY_COMPARE(userOf(m_portal), QString("jo"));
+    QTRY_COMPARE(userOf(second), QString("al"));
+    QMetaObject::invokeMethod(second.get(), "signOut");
+    QVERIFY(!second->property("signedIn").toBool());
+    QVERIFY(m_portal->property("signedIn").toBool());
+}
+
+void tst_Portal::failuresThatOnlyTheLogShows_data()
+{
+    QTest::addColumn<QString>("step");
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<bool>("signedIn");
+    QTest::newRow("information") << "info"
+                                 << "infoRequest error" << false;
+    QTest::newRow("self") << "self"
+                          << "selfRequest error" << true;
+    QTest::newRow("user") << "user"
+                          << "userRequest error" << true;
+}
+
+void tst_Portal::failuresThatOnlyTheLogShows()
+{
+    QFETCH(QString, step);
+    QFETCH(QString, label);
+    DevelopmentPortal server;
+    QVERIFY2(server.start({"--fail", step + ":truncated"}), qPrintable(server.output()));
+    m_portal->setProperty("portalUrl", server.url());
+    LogCapture log;
+    QSignalSpy error(m_portal.get(), SIGNAL(error(QVariant)));
+    startSignIn(m_portal.get(), "demo", "demo");
+    QTRY_VERIFY2(log.count(QtDebugMsg, "qml", label) > 0, qPrintable(log.dump()));
+    QTEST(m_portal->property("signedIn").toBool(), "signedIn");
+    QCOMPARE(error.count(), 0);
+}
+
+void tst_Portal::aTokenAnswerWithoutTokenIsDroppedInSilence()
+{
+    HttpServer server;
+    server.on("/token", [](const HttpServer::Request &) {
+        return HttpServer::Answer{"{\"expires\": 1, \"token\": \"\"}", 200, "application/json"};
+    });
+    m_portal->setProperty("tokenServicesUrl", server.url("/token"));
+    LogCapture log;
+    QSignalSpy error(m_portal.get(), SIGNAL(error(QVariant)));
+    startSignIn(m_portal.get(), "jo", "pw");
+    // The element's second request is the one for the token.
+    const auto *request = m_portal->findChildren<NetworkRequest *>().value(1);
+    QVERIFY(request);
+    QTRY_COMPARE(request->readyState(), NetworkRequest::ReadyStateComplete);
+    QCOMPARE(server.requestCount(), 1);
+    QCOMPARE(error.count(), 0);
+    QVERIFY(!m_portal->property("signedIn").toBool());
+    QVERIFY(!m_portal->property("expires").toDateTime().isValid());
+    QCOMPARE(log.count(QtDebugMsg, "qml", "generateToken"), 0);
+}
+
+void tst_Portal::infoWithoutTokenServiceStopsTheSignIn()
+{
+    HttpServer server;
+    server.on("/sharing/rest/info", [](const HttpServer::Request &) {
+        return HttpServer::Answer{"{\"currentVersion\": \"1\"}", 200, "application/json"};
+    });
+    m_portal->setProperty("portalUrl", server.url(""));
+    int warnings = 0;
+    QObject context;
+    connect(&m_engine, &QQmlEngine::warnings, &context, [&warnings] { ++warnings; });
+    startSignIn(m_portal.get(), "jo", "pw");
+    QTRY_COMPARE(warnings, 1);
+    QCOMPARE(server.requestCount(), 1);
+    QVERIFY(!m_portal->property("signedIn").toBool());
 }
 
 TESSALINE_TEST_MAIN(tst_Portal)

@@ -11,7 +11,8 @@
 #include <QVariantMap>
 
 // The program tessaline-portal with items made by the test, on a free port, ended with the object.
-// Build targets that use it depend on tessaline-portal.
+// Build targets that use it depend on tessaline-portal, and on tessaline-failing-portal where they
+// start it with "--fail" (tools/portal/Failures.h tells what can go wrong).
 //
 //     DevelopmentPortal portal;
 //     portal.addItem("abc", {{"title", "One"}}, {{"data/appinfo.json", "{}"}});
@@ -41,7 +42,8 @@ public:
     QString output() const { return m_output; }
     int exitCode() const { return m_process.exitCode(); }
 
-    // An answer fetched by a form, or by a query where the method is GET.
+    // An answer fetched by a form, or by a query where the method is GET. Over HTTPS every
+    // certificate will do.
     struct Answer
     {
         int status = 0;
@@ -55,6 +57,7 @@ public:
                   const QString &password = QStringLiteral("demo")) const;
 
     static QString program();
+    static QString failingProgram();
 
 private:
     QTemporaryDir m_dir;

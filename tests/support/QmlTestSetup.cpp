@@ -1,5 +1,6 @@
 #include "support/QmlTestSetup.h"
 
+#include "support/DevelopmentPortal.h"
 #include "support/HttpServer.h"
 #include "support/TestCertificates.h"
 
@@ -296,6 +297,30 @@ QVariantMap QmlTestSupport::lastServerRequest()
             {"connection", request.connection},
             {"headers", headers},
             {"parts", parts}};
+}
+
+void QmlTestSupport::addPortalItem(const QString &id, const QVariantMap &info,
+                                   const QVariantMap &files)
+{
+    if (!m_nextPortal)
+        m_nextPortal = std::make_unique<DevelopmentPortal>();
+    QMap<QString, QByteArray> contents;
+    for (auto file = files.begin(); file != files.end(); ++file)
+        contents.insert(file.key(), file.value().toString().toUtf8());
+    m_nextPortal->addItem(id, info, contents);
+}
+
+QString QmlTestSupport::startPortal(const QStringList &arguments)
+{
+    std::unique_ptr<DevelopmentPortal> portal = std::move(m_nextPortal);
+    if (!portal)
+        portal = std::make_unique<DevelopmentPortal>();
+    if (!portal->start(arguments)) {
+        qWarning("%s", qPrintable(portal->output()));
+        return QString();
+    }
+    m_portals.push_back(std::move(portal));
+    return m_portals.back()->url();
 }
 
 HttpServer *QmlTestSupport::server()

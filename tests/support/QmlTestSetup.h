@@ -9,7 +9,9 @@
 #include <QVariantMap>
 
 #include <memory>
+#include <vector>
 
+class DevelopmentPortal;
 class HttpServer;
 class QQuickItem;
 class TestCertificates;
@@ -78,6 +80,13 @@ public:
     Q_INVOKABLE int serverRequestCount();
     Q_INVOKABLE QVariantMap lastServerRequest();
 
+    // A development portal. Items first, with their files' texts by path; then start() with the
+    // program's arguments, which gives its address, without a trailing slash, or an empty text. All
+    // go with the engine.
+    Q_INVOKABLE void addPortalItem(const QString &id, const QVariantMap &info,
+                                   const QVariantMap &files);
+    Q_INVOKABLE QString startPortal(const QStringList &arguments);
+
 private:
     HttpServer *server();
 
@@ -85,6 +94,8 @@ private:
     std::unique_ptr<HttpServer> m_server;
     std::unique_ptr<HttpServer> m_secureServer;
     std::unique_ptr<TestCertificates> m_certificates;
+    std::unique_ptr<DevelopmentPortal> m_nextPortal; // takes items
+    std::vector<std::unique_ptr<DevelopmentPortal>> m_portals;
 };
 
 // Called by the Quick Test runner.

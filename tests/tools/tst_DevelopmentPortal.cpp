@@ -2,6 +2,9 @@
 #include "support/IsolatedHome.h"
 
 #include <QJsonArray>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QSslSocket>
 #include <QTcpServer>
 #include <QTcpSocket>
 
@@ -17,7 +20,10 @@ private slots:
     void helpAndVersion();
     void badArgumentsEndWithAMessage_data();
     void badArgumentsEndWithAMessage();
+    void takenPort_data();
     void takenPort();
+    void theManPageHasEveryOption();
+    void theShippedProgramDoesNotFailOnPurpose();
     void endsCleanlyOnSignals_data();
     void endsCleanlyOnSignals();
     void info();
@@ -25,7 +31,12 @@ private slots:
     void tokens();
     void tokenRunsOut();
     void usersOfAFile();
+    void selfByDefault();
     void self();
+    void https();
+    void httpsCertificateIsTrustedUnderBothNames_data();
+    void httpsCertificateIsTrustedUnderBothNames();
+    void eachStartMakesAnotherCertificate();
     void searchInPages();
     void searchErrors();
     void items();
@@ -33,6 +44,10 @@ private slots:
     void noWayOutOfTheFolder_data();
     void noWayOutOfTheFolder();
     void largeRequestsAreRefused();
+    void unboundedRequestsAreRefused_data();
+    void unboundedRequestsAreRefused();
+    void passwordsOfEveryKind_data();
+    void passwordsOfEveryKind();
     void logHasNoSecrets();
 };
 
@@ -81,6 +96,18 @@ void tst_DevelopmentPortal::badArgumentsEndWithAMessage_data()
         << QStringList{"--token-minutes", "nan"} << QByteArray("--token-minutes");
     QTest::newRow("users") << QStringList{"--users", "/does/not/exist"}
                            << QByteArray("/does/not/exist");
+    QTest::newRow("folder that is a file")
+        << QStringList{"--items", "/etc/passwd"} << QByteArray("/etc/passwd");
+    QTest::newRow("users, no JSON")
+        << QStringList{"--users", "/etc/passwd"} << QByteArray("isn't a JSON object");
+    QTest::newRow("minutes, text") << QStringList{"--token-minutes", "ten"}
+                                   << QByteArray("--token-minutes takes 0.1 to 30000");
+    QTest::newRow("port, text") << QStringList{"--port", "http"} << QByteArray("--port takes");
+    QTest::newRow("certificate without HTTPS")
+        << QStringList{"--certificate", "x"} << QByteArray("--certificate needs --https");
+    QTest::newRow("certificate, no folder")
+        << QStringList{"--https", "--certificate", "/does/not/exist/x"}
+        << QByteArray("can't write the certificate");
     QTest::newRow("flag") << QStringList{"--is-portal", "maybe"} << QByteArray("--is-portal");
     QTest::newRow("option") << QStringList{"--nonsense"} << QByteArray("nonsense");
 }
@@ -94,15 +121,50 @@ void tst_DevelopmentPortal::badArgumentsEndWithAMessage()
     QVERIFY2(output.contains(words), output.constData());
 }
 
+void tst_DevelopmentPortal::takenPort_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("HTTP") << QStringList();
+    QTest::newRow("HTTPS") << QStringList("--https");
+}
+
 void tst_DevelopmentPortal::takenPort()
 {
+    QFETCH(QStringList, arguments);
     DevelopmentPortal first;
-    QVERIFY2(first.start(), qPrintable(first.output()));
+    QVERIFY2(first.start(arguments), qPrintable(first.output()));
     DevelopmentPortal second;
-    QVERIFY(!second.start({"--port", QString::number(first.port())}));
+    QVERIFY(!second.start(arguments + QStringList{"--port", QString::number(first.port())}));
     QVERIFY2(second.output().contains(QString("port %1 is taken").arg(first.port())),
              qPrintable(second.output()));
     QCOMPARE(second.exitCode(), 1);
+}
+
+void tst_DevelopmentPortal::theManPageHasEveryOption()
+{
+    QFile page(qEnvironmentVariable("TESSALINE_SOURCE_DIR") + "/packaging/tessaline-portal.1");
+    QVERIFY(page.open(QIODevice::ReadOnly));
+    const QByteArray text = page.readAll().replace("\\-", "-");
+    QByteArray help;
+    QCOMPARE(runProgram({"--help"}, help), 0);
+    static const QRegularExpression option("--[a-z-]+");
+    auto options = option.globalMatch(QString::fromUtf8(help));
+    int count = 0;
+    while (options.hasNext()) {
+        const QByteArray name = options.next().captured().toUtf8();
+        if (name == "--help-all") // Qt's own
+            continue;
+        QVERIFY2(text.contains(name), name.constData());
+        ++count;
+    }
+    QVERIFY(count >= 10);
+}
+
+void tst_DevelopmentPortal::theShippedProgramDoesNotFailOnPurpose()
+{
+    QByteArray output;
+    QCOMPARE(runProgram({"--fail", "data:status"}, output), 1);
+    QVERIFY2(output.contains("Unknown option 'fail'"), output.constData());
 }
 
 void tst_DevelopmentPortal::endsCleanlyOnSignals_data()
@@ -208,6 +270,78 @@ void tst_DevelopmentPortal::usersOfAFile()
     QCOMPARE(portal.call(Rest + "/community/users/jo/info/jo.png", {}, true).body,
              QByteArray("a picture"));
     QCOMPARE(portal.call(Rest + "/community/users/jo/info/users.json", {}, true).status, 404);
+}
+
+void tst_DevelopmentPortal::selfByDefault()
+{
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    QCOMPARE(portal.call(Rest + "/portals/self").json,
+             QJsonObject({{"name", "Development"},
+                          {"portalName", "Tessaline development portal"},
+                          {"isPortal", true},
+                          {"supportsSceneServices", false}}));
+}
+
+void tst_DevelopmentPortal::https()
+{
+    DevelopmentPortal portal;
+    portal.addItem("file", {}, {{"data", QByteArray(300000, 'x')}});
+    QVERIFY2(portal.start({"--https"}), qPrintable(portal.output()));
+    QVERIFY(portal.url().startsWith("https://127.0.0.1:"));
+    const QJsonObject info = portal.call(Rest + "/info").json;
+    QCOMPARE(info["owningSystemUrl"].toString(), portal.url());
+    QCOMPARE(info["authInfo"].toObject()["tokenServicesUrl"].toString(),
+             portal.url() + Rest + "/generateToken");
+    const QJsonObject token =
+        portal.call(Rest + "/generateToken", {{"username", "demo"}, {"password", "demo"}}).json;
+    QCOMPARE(token["ssl"], QJsonValue(true));
+    QCOMPARE(token["token"].toString().size(), 64);
+    QCOMPARE(portal.call(Rest + "/content/items/file/data").body, QByteArray(300000, 'x'));
+    QCOMPARE(portal.stop(), 0);
+}
+
+void tst_DevelopmentPortal::httpsCertificateIsTrustedUnderBothNames_data()
+{
+    QTest::addColumn<QString>("host");
+    QTest::addColumn<bool>("trusted");
+    QTest::newRow("address") << "127.0.0.1" << true;
+    QTest::newRow("name") << "localhost" << true;
+    QTest::newRow("another name") << "elsewhere.example" << false;
+}
+
+void tst_DevelopmentPortal::httpsCertificateIsTrustedUnderBothNames()
+{
+    QFETCH(QString, host);
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start({"--https", "--certificate", portal.path("portal.pem")}),
+             qPrintable(portal.output()));
+    const auto certificates = QSslCertificate::fromPath(portal.path("portal.pem"));
+    QCOMPARE(certificates.size(), 1);
+    QVERIFY(certificates.first().effectiveDate() < QDateTime::currentDateTime());
+    // Longer than the longest token, which the component renews with the same certificate.
+    QVERIFY(certificates.first().expiryDate() > QDateTime::currentDateTime().addSecs(30000 * 60));
+
+    QSslSocket socket;
+    QSslConfiguration configuration = socket.sslConfiguration();
+    configuration.setCaCertificates(certificates);
+    socket.setSslConfiguration(configuration);
+    socket.connectToHostEncrypted("127.0.0.1", portal.port(), host);
+    QTEST(socket.waitForEncrypted(10000), "trusted");
+}
+
+void tst_DevelopmentPortal::eachStartMakesAnotherCertificate()
+{
+    QSet<QByteArray> numbers;
+    for (int i = 0; i < 2; ++i) {
+        DevelopmentPortal portal;
+        QVERIFY2(portal.start({"--https", "--certificate", portal.path("portal.pem")}),
+                 qPrintable(portal.output()));
+        const auto certificates = QSslCertificate::fromPath(portal.path("portal.pem"));
+        QCOMPARE(certificates.size(), 1);
+        numbers.insert(certificates.first().serialNumber());
+    }
+    QCOMPARE(numbers.size(), 2);
 }
 
 void tst_DevelopmentPortal::self()
@@ -344,7 +478,7 @@ void tst_DevelopmentPortal::noWayOutOfTheFolder()
     QTcpSocket socket; // a client that leaves the path as it is
     socket.connectToHost("127.0.0.1", portal.port());
     QVERIFY(socket.waitForConnected());
-    socket.write("GET " + Rest.toLatin1() + target + " HTTP/1.0\r\n\r\n");
+    socket.write("GET " + Rest.toLatin1() + target + " HTTP/1.0\r\nConnection: close\r\n\r\n");
     QByteArray answer;
     while (socket.waitForReadyRead(5000))
         answer += socket.readAll();
@@ -369,6 +503,66 @@ void tst_DevelopmentPortal::largeRequestsAreRefused()
     QVERIFY2(answer.startsWith("HTTP/1.1 413"), answer.constData());
     socket.abort();
     QCOMPARE(portal.call(Rest + "/search").status, 200); // and it still answers others
+}
+
+void tst_DevelopmentPortal::unboundedRequestsAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("request");
+    QTest::addColumn<QByteArray>("status");
+    const QByteArray post = "POST /sharing/rest/search HTTP/1.1\r\nHost: x\r\n";
+    const QByteArray form = "Content-Type: application/x-www-form-urlencoded\r\n";
+    QTest::newRow("chunks") << post + form + "Transfer-Encoding: chunked\r\n\r\n"
+                            << QByteArray("411");
+    QTest::newRow("no length") << post + form + "\r\n" << QByteArray("411");
+    QTest::newRow("packed body") << post + form
+                                        + "Content-Encoding: gzip\r\nContent-Length: 100\r\n\r\n"
+                                 << QByteArray("415");
+    QTest::newRow("long form") << post + form + "Content-Length: 1048577\r\n\r\n"
+                               << QByteArray("413");
+    QTest::newRow("long address") << "GET /sharing/rest/search?q=" + QByteArray(9000, 'x')
+                                         + " HTTP/1.1\r\nHost: x\r\n\r\n"
+                                  << QByteArray("414");
+    QTest::newRow("long header") << post + "X-Long: " + QByteArray(9000, 'x') + "\r\n\r\n"
+                                 << QByteArray("400");
+}
+
+void tst_DevelopmentPortal::unboundedRequestsAreRefused()
+{
+    QFETCH(QByteArray, request);
+    QFETCH(QByteArray, status);
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    QTcpSocket socket;
+    socket.connectToHost("127.0.0.1", portal.port());
+    QVERIFY(socket.waitForConnected());
+    socket.write(request);
+    QByteArray answer;
+    while (!answer.contains("\r\n") && socket.waitForReadyRead(10000))
+        answer += socket.readAll();
+    QVERIFY2(answer.startsWith("HTTP/1.1 " + status), answer.constData());
+    socket.abort();
+    QCOMPARE(portal.call(Rest + "/search").status, 200);
+}
+
+void tst_DevelopmentPortal::passwordsOfEveryKind_data()
+{
+    QTest::addColumn<QString>("password");
+    QTest::addColumn<bool>("good");
+    QTest::newRow("right") << "sécret" << true;
+    QTest::newRow("empty") << "" << false;
+    QTest::newRow("beginning of it") << "sécre" << false;
+    QTest::newRow("more than it") << "sécrets" << false;
+    QTest::newRow("other case") << "Sécret" << false;
+    QTest::newRow("very long") << QString(5000, 's') << false;
+}
+
+void tst_DevelopmentPortal::passwordsOfEveryKind()
+{
+    QFETCH(QString, password);
+    DevelopmentPortal portal;
+    portal.writeFile("users.json", "{\"jo\": {\"password\": \"sécret\"}}");
+    QVERIFY2(portal.start({"--users", portal.path("users.json")}), qPrintable(portal.output()));
+    QTEST(!portal.token("jo", password).isEmpty(), "good");
 }
 
 void tst_DevelopmentPortal::logHasNoSecrets()

@@ -1,5 +1,9 @@
 #include "portal/PortalServer.h"
 #include "portal/Accounts.h"
+#include "portal/Certificate.h"
+#ifdef PORTAL_FAILURES
+#include "portal/Failures.h"
+#endif
 #include "portal/ItemStore.h"
 #include "portal/SearchQuery.h"
 
@@ -55,6 +59,29 @@ QJsonObject invalidToken()
     return errorObject(498, QStringLiteral("Invalid token."));
 }
 
+std::unique_ptr<httplib::Server> makeServer(const Certificate *certificate)
+{
+    if (!certificate)
+        return std::make_unique<httplib::Server>();
+    return std::make_unique<httplib::SSLServer>(certificate->certificate(), certificate->key());
+}
+
+// The library bounds a body by its stated length only: one that states none, or that would grow
+// when it is unpacked, is refused before it is read. Clients of portals send neither.
+httplib::Server::HandlerResponse refuseUnbounded(const httplib::Request &request,
+                                                 httplib::Response &response)
+{
+    const bool hasBody = request.method == "POST";
+    if (request.has_header("Transfer-Encoding")
+        || (hasBody && !request.has_header("Content-Length")))
+        response.status = 411;
+    else if (request.has_header("Content-Encoding"))
+        response.status = 415;
+    else
+        return httplib::Server::HandlerResponse::Unhandled;
+    return httplib::Server::HandlerResponse::Handled;
+}
+
 // Sends the file in pieces: a package may be larger than memory.
 void sendFile(httplib::Response &response, const QString &path)
 {
@@ -85,7 +112,9 @@ public:
     void handle(const httplib::Request &request, httplib::Response &response);
     void log(const httplib::Request &request, const httplib::Response &response) const;
 
-    httplib::Server server;
+    QString scheme() const;
+
+    const std::unique_ptr<httplib::Server> server;
     Settings settings;
     quint16 port = 0;
     std::atomic<bool> ended{false};
@@ -99,7 +128,8 @@ private:
         bool refused = false;
     };
 
-    QJsonObject answer(const httplib::Request &request, const QStringList &path,
+    // `rest` is the path below /sharing/rest. Empty where a file was put into the response.
+    QJsonObject answer(const httplib::Request &request, const QStringList &rest,
                        httplib::Response &response);
     QJsonObject info(const httplib::Request &request) const;
     QJsonObject generateToken(const httplib::Request &request);
@@ -118,39 +148,47 @@ private:
 };
 
 PortalServer::Private::Private(const ItemStore &store, Accounts &accounts, const Settings &settings)
-    : settings(settings)
+    : server(makeServer(settings.certificate))
+    , settings(settings)
     , m_store(store)
     , m_accounts(accounts)
 {
     const auto handler = [this](const httplib::Request &request, httplib::Response &response) {
         handle(request, response);
     };
-    server.Get(".*", handler);
-    server.Post(".*", handler);
-    server.set_payload_max_length(MaximumRequestBody);
-    server.set_keep_alive_timeout(1); // what stopping waits for at most
-    server.set_tcp_nodelay(true);
+    server->set_pre_routing_handler(refuseUnbounded);
+    server->Get(".*", handler);
+    server->Post(".*", handler);
+    server->set_payload_max_length(MaximumRequestBody);
+    server->set_keep_alive_timeout(1); // what stopping waits for at most
+    server->set_tcp_nodelay(true);
     // Without the library's SO_REUSEPORT, which would let a second portal take the same port.
-    server.set_socket_options([](socket_t socket) {
+    server->set_socket_options([](socket_t socket) {
         const int yes = 1;
         setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
     });
     if (settings.accessLog) {
-        server.set_logger([this](const httplib::Request &request,
-                                 const httplib::Response &response) { log(request, response); });
+        server->set_logger([this](const httplib::Request &request,
+                                  const httplib::Response &response) { log(request, response); });
     }
 }
 
 void PortalServer::Private::handle(const httplib::Request &request, httplib::Response &response)
 {
+    const QStringList prefix{QString(), QStringLiteral("sharing"), QStringLiteral("rest")};
     const QStringList path = text(request.path).split(QLatin1Char('/'));
-    const QJsonObject object = answer(request, path, response);
-    if (object.isEmpty())
-        return; // a file
-    const bool indented = parameter(request, "f") == QLatin1String("pjson");
-    const QByteArray json =
-        QJsonDocument(object).toJson(indented ? QJsonDocument::Indented : QJsonDocument::Compact);
-    response.set_content(json.toStdString(), "application/json; charset=utf-8");
+    const QStringList rest = path.mid(0, 3) == prefix ? path.mid(3) : QStringList();
+    const QJsonObject object = answer(request, rest, response);
+    if (!object.isEmpty()) { // otherwise a file
+        const bool indented = parameter(request, "f") == QLatin1String("pjson");
+        const QByteArray json = QJsonDocument(object).toJson(indented ? QJsonDocument::Indented
+                                                                      : QJsonDocument::Compact);
+        response.set_content(json.toStdString(), "application/json; charset=utf-8");
+    }
+#ifdef PORTAL_FAILURES
+    if (settings.failures)
+        settings.failures->apply(rest, response);
+#endif
 }
 
 void PortalServer::Private::log(const httplib::Request &request,
@@ -162,11 +200,9 @@ void PortalServer::Private::log(const httplib::Request &request,
                  response.status);
 }
 
-QJsonObject PortalServer::Private::answer(const httplib::Request &request, const QStringList &path,
+QJsonObject PortalServer::Private::answer(const httplib::Request &request, const QStringList &rest,
                                           httplib::Response &response)
 {
-    const QStringList prefix{QString(), QStringLiteral("sharing"), QStringLiteral("rest")};
-    const QStringList rest = path.mid(0, 3) == prefix ? path.mid(3) : QStringList();
     const QString call = rest.join(QLatin1Char('/'));
     if (call == QLatin1String("info"))
         return info(request);
@@ -218,7 +254,7 @@ QJsonObject PortalServer::Private::generateToken(const httplib::Request &request
     const Accounts::Token token = m_accounts.makeToken(name, life);
     return {{QStringLiteral("token"), token.text},
             {QStringLiteral("expires"), token.expires.toMSecsSinceEpoch()},
-            {QStringLiteral("ssl"), false}};
+            {QStringLiteral("ssl"), settings.certificate != nullptr}};
 }
 
 QJsonObject PortalServer::Private::self(const Visitor &visitor) const
@@ -323,8 +359,13 @@ QString PortalServer::Private::baseUrl(const httplib::Request &request) const
     static const QRegularExpression plainHost(QStringLiteral("^[A-Za-z0-9.-]+(:[0-9]+)?$"));
     const QString host = text(request.get_header_value("Host"));
     if (plainHost.match(host).hasMatch())
-        return QLatin1String("http://") + host;
-    return QStringLiteral("http://127.0.0.1:%1").arg(port);
+        return scheme() + host;
+    return scheme() + QStringLiteral("127.0.0.1:%1").arg(port);
+}
+
+QString PortalServer::Private::scheme() const
+{
+    return settings.certificate ? QStringLiteral("https://") : QStringLiteral("http://");
 }
 
 bool PortalServer::Private::isVisible(const ItemStore::Item &item, const Visitor &visitor)
@@ -350,8 +391,8 @@ PortalServer::~PortalServer() = default;
 bool PortalServer::bind(quint16 port)
 {
     const char address[] = "127.0.0.1";
-    const int bound = port == 0 ? d->server.bind_to_any_port(address)
-                                : (d->server.bind_to_port(address, port) ? port : -1);
+    const int bound = port == 0 ? d->server->bind_to_any_port(address)
+                                : (d->server->bind_to_port(address, port) ? port : -1);
     d->port = static_cast<quint16>(qMax(bound, 0));
     return bound > 0;
 }
@@ -361,9 +402,14 @@ quint16 PortalServer::port() const
     return d->port;
 }
 
+QString PortalServer::url() const
+{
+    return d->scheme() + QStringLiteral("127.0.0.1:%1").arg(d->port);
+}
+
 bool PortalServer::run()
 {
-    const bool good = d->server.listen_after_bind();
+    const bool good = d->server->listen_after_bind();
     d->ended = true;
     return good;
 }
@@ -371,7 +417,7 @@ bool PortalServer::run()
 void PortalServer::stop()
 {
     // The library's stop() does nothing for a server that is only about to listen.
-    while (!d->server.is_running() && !d->ended)
+    while (!d->server->is_running() && !d->ended)
         std::this_thread::yield();
-    d->server.stop();
+    d->server->stop();
 }

@@ -1,14 +1,20 @@
 // tessaline-portal: a portal for applet authors, which serves a folder of items to this machine.
 #include "portal/Accounts.h"
+#include "portal/Certificate.h"
+#ifdef PORTAL_FAILURES
+#include "portal/Failures.h"
+#endif
 #include "portal/ItemStore.h"
 #include "portal/PortalServer.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 
 #include <csignal>
 #include <cstdio>
+#include <memory>
 #include <thread>
 
 namespace {
@@ -32,6 +38,11 @@ void addOptions(QCommandLineParser &parser)
          QStringLiteral("folder"), QStringLiteral(".")},
         {QStringLiteral("port"), QStringLiteral("The port; 0 takes a free one (default: 8080)."),
          QStringLiteral("number"), QStringLiteral("8080")},
+        {QStringLiteral("https"),
+         QStringLiteral("HTTPS, with a certificate that is made at start.")},
+        {QStringLiteral("certificate"),
+         QStringLiteral("With --https: writes the certificate to this file, for clients to trust."),
+         QStringLiteral("file")},
         {QStringLiteral("users"),
          QStringLiteral("A JSON file: { \"name\": { \"password\": \"...\" } }."),
          QStringLiteral("file")},
@@ -50,6 +61,10 @@ void addOptions(QCommandLineParser &parser)
          QStringLiteral("true|false"), QStringLiteral("false")},
         {QStringLiteral("quiet"), QStringLiteral("No line per request.")},
     });
+#ifdef PORTAL_FAILURES
+    parser.addOption({QStringLiteral("fail"), QStringLiteral("What goes wrong: step:kind[:n]."),
+                      QStringLiteral("rule")});
+#endif
 }
 
 bool readFlag(const QCommandLineParser &parser, const QString &name, QVariantMap &self,
@@ -99,6 +114,48 @@ bool readUsers(const QCommandLineParser &parser, Accounts &accounts,
     return accounts.load(path, error);
 }
 
+// Makes the certificate for HTTPS, if that is wanted, and tells it to who wants it.
+bool prepareHttps(const QCommandLineParser &parser, std::unique_ptr<Certificate> &certificate,
+                  PortalServer::Settings &settings, QString &error)
+{
+    const QString path = parser.value(QStringLiteral("certificate"));
+    if (!parser.isSet(QStringLiteral("https"))) {
+        if (parser.isSet(QStringLiteral("certificate")))
+            error = QStringLiteral("--certificate needs --https");
+        return error.isEmpty();
+    }
+    certificate = std::make_unique<Certificate>();
+    settings.certificate = certificate.get();
+    if (!certificate->isValid()) {
+        error = QStringLiteral("can't make a certificate");
+        return false;
+    }
+    QFile file(path);
+    if (parser.isSet(QStringLiteral("certificate"))
+        && (!file.open(QIODevice::WriteOnly) || file.write(certificate->toPem()) < 0
+            || !file.flush())) {
+        error =
+            QStringLiteral("can't write the certificate to %1: %2").arg(path, file.errorString());
+        return false;
+    }
+    return true;
+}
+
+#ifdef PORTAL_FAILURES
+bool readFailures(const QCommandLineParser &parser, Failures &failures,
+                  PortalServer::Settings &settings, QString &error)
+{
+    settings.failures = &failures;
+    for (const QString &rule : parser.values(QStringLiteral("fail"))) {
+        if (!failures.add(rule)) {
+            error = QStringLiteral("--fail doesn't know \"%1\"").arg(rule);
+            return false;
+        }
+    }
+    return true;
+}
+#endif
+
 // Serves until SIGINT or SIGTERM, which all threads have blocked: this one waits for them.
 int serve(PortalServer &server, const sigset_t &endSignals)
 {
@@ -137,14 +194,21 @@ int main(int argc, char **argv)
     PortalServer::Settings settings;
     Accounts accounts;
     ItemStore store;
+    std::unique_ptr<Certificate> certificate;
     if (!readSettings(parser, settings, error) || !readUsers(parser, accounts, settings, error)
-        || !store.load(parser.value(QStringLiteral("items")), error))
+        || !store.load(parser.value(QStringLiteral("items")), error)
+        || !prepareHttps(parser, certificate, settings, error))
         return fail(error);
+#ifdef PORTAL_FAILURES
+    Failures failures;
+    if (!readFailures(parser, failures, settings, error))
+        return fail(error);
+#endif
 
     PortalServer server(store, accounts, settings);
     if (!server.bind(port))
         return fail(QStringLiteral("port %1 is taken or can't be used").arg(port));
-    std::printf("%d items at http://127.0.0.1:%d\n", store.items().size(), server.port());
+    std::printf("%d items at %s\n", store.items().size(), qPrintable(server.url()));
     std::fflush(stdout);
     return serve(server, endSignals);
 }

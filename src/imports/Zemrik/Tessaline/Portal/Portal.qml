@@ -29,13 +29,14 @@
 */
 import QtQuick 2.4
 import Zemrik.Tessaline 1.0
-import "Endpoints.js" as Endpoints
 
 Item {
     id: _portal
 
     property string name: "Zemrik Online"
-    property url portalUrl: Endpoints.publicPortal   // no trailing slash; a new value signs out
+    // No trailing slash; a new value signs out. The text of Endpoints.js stands here once more: a
+    // binding would come after what a document sets, as a new value.
+    property url portalUrl: "http://portal.zemrik.example"
     property url tokenServicesUrl                 // set it to skip asking the portal for it
     property url owningSystemUrl: portalUrl
     readonly property url restUrl: portalUrl + "/sharing/rest"
