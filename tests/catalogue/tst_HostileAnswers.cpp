@@ -11,6 +11,7 @@
 #include <QJsonObject>
 #include <QMetaProperty>
 #include <QQmlListReference>
+#include <QSignalSpy>
 
 // A portal that answers what no portal should.
 class tst_HostileAnswers : public QObject
@@ -88,16 +89,6 @@ const QList<QPair<const char *, QByteArray>> &wrongValues()
     return values;
 }
 
-void addWrongValueRows(const QStringList &keys)
-{
-    QTest::addColumn<QByteArray>("member");
-    for (const QString &key : keys) {
-        for (const auto &value : wrongValues())
-            QTest::addRow("%s, %s", qPrintable(key), value.first)
-                << "\"" + key.toUtf8() + "\": " + value.second;
-    }
-}
-
 void readAllProperties(const QObject *object)
 {
     const QMetaObject *metaObject = object->metaObject();
@@ -115,6 +106,9 @@ void tst_HostileAnswers::init()
     m_server.clearRequests();
     m_portal = makePortalElement(m_engine, m_server.url("").toString());
     m_list = std::make_unique<AppInfoList>();
+    // With the engine's manager: one connection for all of them.
+    QQmlEngine::setContextForObject(m_list.get(), m_engine.rootContext());
+    m_list->componentComplete();
     m_list->setPortal(m_portal.get());
     m_list->setSigninRequired(false);
     m_list->filter()->_setTypes(AppInfo::App | AppInfo::Template | AppInfo::Tool);
@@ -130,8 +124,10 @@ void tst_HostileAnswers::cleanup()
 void tst_HostileAnswers::search(const QByteArray &answer)
 {
     m_server.on("/sharing/rest/search", answering(answer));
+    QSignalSpy complete(m_list.get(), &AppInfoList::refreshComplete);
     m_list->refresh(true);
-    QTRY_VERIFY_WITH_TIMEOUT(!m_list->isRefreshing(), 20000);
+    QVERIFY(complete.wait(20000));
+    QVERIFY(!m_list->isRefreshing());
     const QQmlListReference apps(m_list.get(), "apps");
     for (int i = 0; i < apps.count(); ++i) {
         auto *app = qobject_cast<AppInfo *>(apps.at(i));
@@ -209,24 +205,38 @@ void tst_HostileAnswers::tokenThatNamesAFileIsTextInEveryRequest()
 
 void tst_HostileAnswers::wrongTypesOfAnItemsKeys_data()
 {
-    addWrongValueRows({"id", "title", "snippet", "description", "tags", "typeKeywords", "type",
-                       "thumbnail", "thumbnailUrl", "licenseInfo", "accessInformation", "access",
-                       "owner", "avgRating", "numRatings", "created", "modified", "size"});
+    QTest::addColumn<QByteArray>("key");
+    for (const char *key :
+         {"id", "title", "snippet", "description", "tags", "typeKeywords", "type", "thumbnail",
+          "thumbnailUrl", "licenseInfo", "accessInformation", "access", "owner", "avgRating",
+          "numRatings", "created", "modified", "size"})
+        QTest::newRow(key) << QByteArray(key);
 }
 
 void tst_HostileAnswers::wrongTypesOfAnItemsKeys()
 {
-    QFETCH(QByteArray, member);
-    // Of a new item, of one that is here, and beside a good one.
-    search("{\"results\": [{\"id\": \"new\", " + member + "}, {\"id\": \"local\", " + member
-           + "}, {\"id\": \"good\", \"title\": \"Good\"}]}");
+    QFETCH(QByteArray, key);
+    // Of new items, of one that is here, and beside a good one.
+    QByteArray results;
+    int number = 0;
+    for (const auto &value : wrongValues()) {
+        const QByteArray member = ", \"" + key + "\": " + value.second + "}, ";
+        results += "{\"id\": \"new" + QByteArray::number(++number) + "\"" + member;
+        results += "{\"id\": \"local\"" + member;
+    }
+    search("{\"results\": [" + results + "{\"id\": \"good\", \"title\": \"Good\"}]}");
     QVERIFY(m_list->findById("good"));
     QCOMPARE(m_list->findById("good")->title(), QString("Good"));
 }
 
 void tst_HostileAnswers::wrongTypesOfTheAnswersKeys_data()
 {
-    addWrongValueRows({"results", "total", "start", "num", "query"});
+    QTest::addColumn<QByteArray>("member");
+    for (const char *key : {"results", "total", "start", "num", "query"}) {
+        for (const auto &value : wrongValues())
+            QTest::addRow("%s, %s", key, value.first)
+                << "\"" + QByteArray(key) + "\": " + value.second;
+    }
     QTest::newRow("nextStart, negative") << QByteArray("\"nextStart\": -5");
     QTest::newRow("nextStart, null") << QByteArray("\"nextStart\": null");
     QTest::newRow("nextStart, text") << QByteArray("\"nextStart\": \"more\"");
