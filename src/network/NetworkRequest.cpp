@@ -136,6 +136,92 @@ void letFinish(QNetworkReply *reply)
 
 } // namespace
 
+/*!
+    \qmltype NetworkRequest
+    \inqmlmodule Zemrik.Tessaline
+    \brief An HTTP request in the manner of XMLHttpRequest, with uploads and downloads of files.
+
+    \qml
+    NetworkRequest {
+        id: request
+
+        url: "https://maps.example.com/upload"
+        method: "POST"
+        responseType: "json"
+
+        onReadyStateChanged: {
+            if (readyState === NetworkRequest.ReadyStateComplete && errorCode === 0)
+                console.log(status, "stored as", response.id);
+        }
+        onError: console.warn(errorCode, errorText)
+
+        Component.onCompleted: send({
+            title: "Harbour",
+            photo: "@" + Tessaline.resolvedPath("~/harbour.jpg") + ";filename=photo.jpg"
+        })
+    }
+    \endqml
+
+    Nothing blocks. All requests of an engine share its network access manager, and so its cookies,
+    connections, credentials and proxy.
+
+    \section1 Ready states
+
+    Each state has two names. Those of XMLHttpRequest stand for the same numbers, not for the same
+    moments: nothing is known of the answer in state 2.
+
+    \table
+    \header \li \li Name, alias \li Meaning
+    \row \li 0 \li \c ReadyStateUninitialized, \c UNSENT
+         \li No \l url was ever set. A \l send() is refused.
+    \row \li 1 \li \c ReadyStateInitialized, \c OPENED
+         \li A URL is set and nothing is under way.
+    \row \li 2 \li \c ReadyStateSending, \c HEADERS_RECEIVED
+         \li Sent. The body is being uploaded, the answer awaited, or a redirect followed.
+    \row \li 3 \li \c ReadyStateProcessing, \c LOADING
+         \li The first data of the final answer has come. An answer without a body skips this state.
+    \row \li 4 \li \c ReadyStateComplete, \c DONE
+         \li Finished, well or not. The request can be sent again as it is.
+    \endtable
+
+    What the properties hold in the states:
+
+    \table
+    \header \li Property \li 0 and 1 \li 2 \li 3 \li 4
+    \row \li \l url, \l method, \l async
+         \li can be written \li refused \li refused \li can be written
+    \row \li \l headers, \l uploadPrefix
+         \li taken at \l send() \li no effect \li no effect \li taken at \l send()
+    \row \li \l followRedirects, \l ignoreSslErrors
+         \li can be written \li in force \li no effect \li can be written
+    \row \li \l responsePath
+         \li can be written \li taken at the first data \li refused while the file is open
+         \li can be written
+    \row \li \l responseType
+         \li can be written \li can be written \li taken at the end \li can be written
+    \row \li \l requestBody
+         \li empty at first \li what was sent \li what was sent \li what was sent
+    \row \li \l status, \l statusText, \l responseHeaders
+         \li empty at first \li empty \li of the answer \li of the answer; empty if no data came
+    \row \li \l responseText
+         \li empty \li empty \li as far as it has come \li whole; empty if it went to a file
+    \row \li \l response
+         \li undefined \li undefined \li undefined \li decoded by \l responseType
+    \row \li \l errorCode, \l errorText
+         \li empty at first \li empty \li empty, unless the file can't be opened \li of the transfer
+    \row \li \l progress
+         \li 0 \li 0 to 0.5: an uploaded form \li 0.5 to 1: the answer \li 1
+    \endtable
+
+    A \l send() resets all that belongs to an answer before it enters state 2. What is refused
+    leaves everything as it is, except that \l errorText becomes "UNEXPECTED".
+
+    \section1 Status codes
+
+    The type has a name for each common status, to compare \l status with: \c StatusCodeOK,
+    \c StatusCodeNotModified, \c StatusCodeNotFound and so on.
+*/
+
 NetworkRequest::NetworkRequest(QObject *parent)
     : QObject(parent)
     , m_headers(new NetworkRequestHeaders(this))
@@ -180,6 +266,12 @@ void NetworkRequest::setNetworkAccessManager(QNetworkAccessManager *manager)
     connect(manager, &Manager::sslErrors, this, &NetworkRequest::onSslErrors);
 }
 
+/*!
+    \qmlproperty url NetworkRequest::url
+    Where the request goes. A different value leads to state 1. It can't be written in the states 2
+    and 3. A redirect doesn't change it.
+*/
+
 void NetworkRequest::setUrl(const QUrl &url)
 {
     if (!checkReadyState() || !assignIfChanged(m_url, url))
@@ -187,6 +279,20 @@ void NetworkRequest::setUrl(const QUrl &url)
     emit urlChanged();
     setReadyState(ReadyStateInitialized);
 }
+
+/*!
+    \qmlproperty string NetworkRequest::method
+    "GET" by default; always read in upper case. "POST", "PUT", "HEAD" and "DELETE" are sent as they
+    are, any other method as "GET". It can't be written in the states 2 and 3.
+*/
+
+/*!
+    \qmlproperty NetworkRequestHeaders NetworkRequest::headers
+    \readonly
+    The headers of the next request, each a property of this object:
+    \c{headers["X-Client"] = "field"}. Unless there is a "Content-Type", the request carries
+    "application/x-www-form-urlencoded".
+*/
 
 void NetworkRequest::setMethod(const QString &method)
 {
@@ -196,6 +302,12 @@ void NetworkRequest::setMethod(const QString &method)
     emit methodChanged();
 }
 
+/*!
+    \qmlproperty bool NetworkRequest::async
+    Kept for the likeness with XMLHttpRequest: every request is asynchronous. It can't be written in
+    the states 2 and 3.
+*/
+
 void NetworkRequest::setAsync(bool async)
 {
     if (!checkReadyState())
@@ -204,11 +316,26 @@ void NetworkRequest::setAsync(bool async)
     emit asyncChanged(); // also for an equal value
 }
 
+/*!
+    \qmlproperty bool NetworkRequest::followRedirects
+
+    Whether the answers 301, 302 and 303 are followed; true by default. The follow-up is a GET that
+    takes no header and no body over, and its target must be a whole HTTP address. The state stays 2
+    meanwhile. Hops are not counted; writing false ends a loop. 307 and 308 are never followed: they
+    complete as any other answer does.
+*/
+
 void NetworkRequest::setFollowRedirects(bool followRedirects)
 {
     if (assignIfChanged(m_followRedirects, followRedirects))
         emit followRedirectsChanged();
 }
+
+/*!
+    \qmlproperty bool NetworkRequest::ignoreSslErrors
+    Whether a transfer goes on over a connection that can't be trusted; false by default. See
+    \l sslErrors() and \l sslErrorsIgnored().
+*/
 
 void NetworkRequest::setIgnoreSslErrors(bool ignoreSslErrors)
 {
@@ -216,11 +343,39 @@ void NetworkRequest::setIgnoreSslErrors(bool ignoreSslErrors)
         emit ignoreSslErrorsChanged();
 }
 
+/*!
+    \qmlproperty string NetworkRequest::uploadPrefix
+
+    What a value in an object given to \l send() begins with if it names a file to upload; "@" by
+    default. Empty turns uploads off: set it so wherever a value may come from somebody else, or one
+    that begins with the prefix would post a file of this machine.
+*/
+
 void NetworkRequest::setUploadPrefix(const QString &uploadPrefix)
 {
     if (assignIfChanged(m_uploadPrefix, uploadPrefix))
         emit uploadPrefixChanged();
 }
+
+/*!
+    \qmlproperty enumeration NetworkRequest::readyState
+    How far the request is, see above. Writing it changes the number alone: a transfer under way
+    goes on until the next \l send() drops it.
+*/
+
+/*!
+    \qmlproperty int NetworkRequest::status
+    \readonly
+    The HTTP status, such as 404, from state 3 on until the next \l send(). 0 if the transfer
+    delivered no data, as with an answer to HEAD or a connection that failed. It is notified with
+    \l readyState.
+*/
+
+/*!
+    \qmlproperty string NetworkRequest::statusText
+    \readonly
+    The status with its words, such as "404 Not Found", at the same times as \l status.
+*/
 
 void NetworkRequest::setReadyState(ReadyState readyState)
 {
@@ -232,6 +387,19 @@ void NetworkRequest::reset()
 {
     setReadyState(ReadyStateInitialized);
 }
+
+/*!
+    \qmlproperty int NetworkRequest::errorCode
+    \readonly
+    0, or how the transfer failed: a number of \c{QNetworkReply::NetworkError}, for HTTP failures as
+    well (203 for the status 404), or -1 if a file to upload can't be opened.
+*/
+
+/*!
+    \qmlproperty string NetworkRequest::errorText
+    \readonly
+    What went wrong, in words; "UNEXPECTED" after a call or a write that the state didn't allow.
+*/
 
 void NetworkRequest::setErrorCode(int errorCode)
 {
@@ -249,11 +417,67 @@ void NetworkRequest::setErrorText(const QString &errorText)
     emit errorTextChanged();
 }
 
+/*!
+    \qmlproperty var NetworkRequest::requestBody
+    \readonly
+    What the last \l send() was given.
+*/
+
+/*!
+    \qmlproperty string NetworkRequest::responseType
+
+    What \l response becomes at the end, in upper or lower case:
+
+    \table
+    \header \li Value \li Response
+    \row \li "json" \li the object or list that the body holds
+    \row \li "base64" \li the bytes in Base64, for images and other binary data
+    \row \li "text" or empty \li the same as \l responseText
+    \row \li anything else \li undefined
+    \endtable
+*/
+
+/*!
+    \qmlproperty object NetworkRequest::responseHeaders
+    \readonly
+    The headers of the answer by the names that the server gave them, from state 3 on.
+*/
+
 void NetworkRequest::setResponseType(const QString &responseType)
 {
     if (assignIfChanged(m_responseType, responseType))
         emit responseTypeChanged();
 }
+
+/*!
+    \qmlproperty string NetworkRequest::responsePath
+
+    The file that takes the answer's body, replacing an old one; empty by default, which keeps the
+    body in memory. It may begin with a path variable, and its folder must exist. Memory stays flat
+    whatever the size, and \l response and \l responseText are empty.
+
+    The file comes into being with the first byte: an answer without a body leaves an old file
+   alone. If it can't be opened the body is kept in memory. If it can't be written, or the transfer
+   is aborted, the file is removed. The body of a failure, a 404 page say, goes there as well: look
+   at \l status. It can't be written while the file is open.
+*/
+
+/*!
+    \qmlproperty string NetworkRequest::responseText
+    \readonly
+
+    The body as text, from UTF-8, up to the first zero byte. It grows in state 3 with each
+    notification; empty when the body went to a file. A label bound to it has a copy made for each
+    piece that comes, which is slow for long answers: take \l response at the end, or
+    \l responsePath.
+*/
+
+/*!
+    \qmlproperty var NetworkRequest::response
+    \readonly
+    The body, decoded by \l responseType, in state 4. Undefined when the body went to a file or the
+    transfer was aborted.
+*/
 
 void NetworkRequest::setResponsePath(const QString &responsePath)
 {
@@ -268,11 +492,35 @@ void NetworkRequest::setResponsePath(const QString &responsePath)
     emit responsePathChanged();
 }
 
+/*!
+    \qmlproperty double NetworkRequest::progress
+    \readonly
+    0 to 1: the upload of a form in the first half, the download in the second. It doesn't move in
+    the first half without files to upload, nor in the second if the server doesn't tell the length;
+    it is 1 at the end.
+*/
+
 void NetworkRequest::setProgress(double progress)
 {
     if (assignIfChanged(m_progress, progress))
         emit progressChanged();
 }
+
+/*!
+    \qmlproperty string NetworkRequest::user
+    The name for a server that asks for one. It answers for every request of the engine; writing it
+    makes all of them be asked again.
+*/
+
+/*!
+    \qmlproperty string NetworkRequest::password
+    The password that goes with \l user.
+*/
+
+/*!
+    \qmlproperty string NetworkRequest::realm
+    The realm that goes with \l user; only needed where a server takes several.
+*/
 
 void NetworkRequest::setUser(const QString &user)
 {
@@ -301,10 +549,22 @@ void NetworkRequest::setRealm(const QString &realm)
     emit realmChanged();
 }
 
+/*!
+    \qmlmethod void NetworkRequest::abort()
+
+    Ends the transfer at its next data, sent or received: \l errorCode is then 5 (cancelled), and a
+    file at \l responsePath is removed. A transfer of which nothing more comes isn't interrupted.
+*/
+
 void NetworkRequest::abort()
 {
     m_aborted = true;
 }
+
+/*!
+    \qmlmethod void NetworkRequest::open(string method, url url, bool async)
+    Sets \l method, \l async (true if it is left out) and \l url. Nothing is sent yet.
+*/
 
 void NetworkRequest::open(const QString &method, const QUrl &url, bool async)
 {
@@ -319,6 +579,30 @@ void NetworkRequest::open(const QString &method, const QUrl &url)
 {
     open(method, url, true);
 }
+
+/*!
+    \qmlmethod void NetworkRequest::send(var body)
+
+    Sends the request. It is refused in the states 0, 2 and 3.
+
+    \table
+    \header \li Body \li What is sent
+    \row \li none \li nothing but headers; an empty body for "POST" and "PUT"
+    \row \li a text \li with "POST" and "PUT" the text in UTF-8; nothing with other methods
+    \row \li an object \li with "POST" and "PUT" a form body, otherwise a query behind the URL
+    \row \li an object with a file \li a form of several parts, by "PUT" or else by "POST"
+    \row \li anything else \li nothing, and a warning is logged
+    \endtable
+
+    The query of an object stands behind a "?" of its own, and a form body begins with the query
+    items of the URL.
+
+    A value that begins with \l uploadPrefix names a file, with options behind semicolons:
+    \c{"@/path/file.png;type=image/png;filename=name.png;offset=0;size=1000"}. The path is taken as
+    it stands, without path variables. Fields come first, then files, each in the order of their
+   names; files are read while they are sent. If one can't be opened, nothing is sent: \l errorCode
+   is -1.
+*/
 
 void NetworkRequest::send(const QVariant &body)
 {
@@ -621,6 +905,12 @@ void NetworkRequest::onEncrypted(QNetworkReply *reply)
     Q_UNUSED(reply)
 }
 
+/*!
+    \qmlsignal NetworkRequest::error()
+    The transfer failed: see \l errorCode and \l errorText. It comes after \l response is there and
+    before state 4. Statuses from 400 on are failures too.
+*/
+
 void NetworkRequest::onFinished(QNetworkReply *reply)
 {
     if (!reply || reply != m_pendingReply)
@@ -697,6 +987,23 @@ void NetworkRequest::onProxyAuthenticationRequired(const QNetworkProxy &proxy,
     Q_UNUSED(authenticator)
     qCDebug(FRAMEWORK_NETWORK) << Q_FUNC_INFO;
 }
+
+/*!
+    \qmlsignal NetworkRequest::sslErrors(list errors)
+
+    The server can't be trusted, and the transfer is about to fail; a handler can't change that.
+    Each error is a map with \c error (a number of \c{QSslError::SslError}), \c errorString and
+    \c certificate. The certificate is a map with \c effectiveDate, \c expiryDate,
+    \c isBlacklisted, \c isNull, \c isSelfSigned, \c text, and the names in \c subject and \c
+   issuer: maps of lists under "CN", "O", "OU", "L", "ST", "C", "EM", "SN" and "DQ", as far as there
+   are any.
+*/
+
+/*!
+    \qmlsignal NetworkRequest::sslErrorsIgnored(list errors)
+    The server can't be trusted, and the transfer goes on because of \l ignoreSslErrors. The errors
+    are as in \l sslErrors().
+*/
 
 void NetworkRequest::onSslErrors(QNetworkReply *reply, const QList<QSslError> &errors)
 {
