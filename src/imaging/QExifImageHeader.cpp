@@ -1,13 +1,13 @@
 #include "imaging/QExifImageHeader.h"
 
 #include "imaging/PlausibleSize.h"
+#include "imaging/TagMap.h"
 
 #include <QBuffer>
 #include <QDataStream>
 #include <QDebug>
 #include <QFile>
 #include <QImageReader>
-#include <QMap>
 #include <QtEndian>
 #include <QTransform>
 
@@ -21,9 +21,9 @@ public:
     QSysInfo::Endian byteOrder = QSysInfo::LittleEndian;
     qint64 size = -1; // -1: to be computed anew
 
-    QMap<QExifImageHeader::ImageTag, QExifValue> imageIfdValues;
-    QMap<QExifImageHeader::ExifExtendedTag, QExifValue> extendedIfdValues;
-    QMap<QExifImageHeader::GpsTag, QExifValue> gpsIfdValues;
+    TagMap<QExifImageHeader::ImageTag> imageIfdValues;
+    TagMap<QExifImageHeader::ExifExtendedTag> extendedIfdValues;
+    TagMap<QExifImageHeader::GpsTag> gpsIfdValues;
 
     QByteArray thumbnailData;
     QExifValue thumbnailXResolution;
@@ -41,6 +41,10 @@ constexpr quint16 tiffIdentifier = 42;
 constexpr int ifdCountSize = 2;
 constexpr int ifdEntrySize = 12;
 constexpr int inlineSize = 4;
+
+// A damaged table can have thousands of entries of unknown types. The first ones tell that; saying
+// it of all would flood the log and take most of the time.
+constexpr int maximumWarnings = 32;
 
 // One entry of an IFD, as it stands in the file.
 struct ExifIfdHeader
@@ -104,7 +108,7 @@ public:
     // Reads an IFD's entries, as many as there are, into tags and values. Returns the offset of
     // what follows them.
     template <typename Tag>
-    qint64 readIfd(quint32 offset, QMap<Tag, QExifValue> *values);
+    qint64 readIfd(quint32 offset, TagMap<Tag> *values);
 
     QByteArray bytes(quint32 offset, quint32 count) const;
 
@@ -135,6 +139,7 @@ private:
     const uchar *const m_data;
     const quint32 m_size;
     quint32 m_budget;
+    int m_unknownTypes = 0;
     QSysInfo::Endian m_byteOrder = QSysInfo::LittleEndian;
 };
 
@@ -235,22 +240,26 @@ QExifValue ExifReader::value(const ExifIfdHeader &header)
     case QExifValue::Undefined:
         return undefined(header);
     default:
-        warnAboutType(header.type);
+        if (m_unknownTypes++ < maximumWarnings)
+            warnAboutType(header.type);
         return QExifValue();
     }
 }
 
 template <typename Tag>
-qint64 ExifReader::readIfd(quint32 offset, QMap<Tag, QExifValue> *values)
+qint64 ExifReader::readIfd(quint32 offset, TagMap<Tag> *values)
 {
     const qint64 first = qint64(offset) + ifdCountSize;
     const qint64 available = qMax((m_size - first) / ifdEntrySize, qint64(0));
     const qint64 claimed = numberAt<quint16>(offset);
     const qint64 count = qMin(claimed, available);
+    typename TagMap<Tag>::Entries entries;
+    entries.reserve(static_cast<size_t>(count));
     for (qint64 i = 0; i < count; ++i) {
         const ExifIfdHeader header = entry(m_data + first + i * ifdEntrySize);
-        values->insert(static_cast<Tag>(header.tag), value(header));
+        entries.push_back({static_cast<Tag>(header.tag), value(header)});
     }
+    values->assign(std::move(entries));
     return first + claimed * ifdEntrySize;
 }
 
@@ -270,7 +279,7 @@ bool isSingleLong(const QExifValue &value)
 // The table of the thumbnail, of which only what describes a JPEG is kept.
 void readThumbnail(ExifReader *reader, quint32 offset, QExifImageHeaderPrivate *d)
 {
-    QMap<quint16, QExifValue> values;
+    TagMap<quint16> values;
     reader->readIfd(offset, &values);
     const QExifValue start = values.value(Header::JPEGInterchangeFormat);
     const QExifValue length = values.value(Header::JPEGInterchangeFormatLength);
@@ -318,10 +327,10 @@ quint32 sizeOf(const QExifValue &value)
 }
 
 template <typename Tag>
-quint32 calculateSize(const QMap<Tag, QExifValue> &values)
+quint32 calculateSize(const TagMap<Tag> &values)
 {
     quint32 size = ifdCountSize;
-    for (const QExifValue &value : values)
+    for (const auto &[tag, value] : values)
         size += sizeOf(value);
     return size;
 }
@@ -385,10 +394,10 @@ quint32 writeExifHeader(QDataStream &stream, int tag, const QExifValue &value, q
 }
 
 template <typename Tag>
-quint32 writeExifHeaders(QDataStream &stream, const QMap<Tag, QExifValue> &values, quint32 offset)
+quint32 writeExifHeaders(QDataStream &stream, const TagMap<Tag> &values, quint32 offset)
 {
-    for (auto it = values.cbegin(); it != values.cend(); ++it)
-        offset = writeExifHeader(stream, it.key(), it.value(), offset);
+    for (const auto &[tag, value] : values)
+        offset = writeExifHeader(stream, tag, value, offset);
     return offset;
 }
 
@@ -399,16 +408,16 @@ void writeExifValue(QDataStream &stream, const QExifValue &value)
 }
 
 template <typename Tag>
-void writeExifValues(QDataStream &stream, const QMap<Tag, QExifValue> &values)
+void writeExifValues(QDataStream &stream, const TagMap<Tag> &values)
 {
-    for (const QExifValue &value : values)
+    for (const auto &[tag, value] : values)
         writeExifValue(stream, value);
 }
 
 // The extended or the GPS table. Its offsets leave out the two bytes of the count and so point two
 // bytes before their values: that is how these files have always been written.
 template <typename Tag>
-quint32 writeSubIfd(QDataStream &stream, const QMap<Tag, QExifValue> &values, quint32 offset)
+quint32 writeSubIfd(QDataStream &stream, const TagMap<Tag> &values, quint32 offset)
 {
     const quint32 count = static_cast<quint32>(values.size());
     stream << static_cast<quint16>(count);

@@ -245,8 +245,10 @@ QExifValue::QExifValue(const QString &text, TextEncoding encoding)
 }
 
 QExifValue::QExifValue(const QExifValue &other) = default;
+QExifValue::QExifValue(QExifValue &&other) noexcept = default;
 
 QExifValue &QExifValue::operator=(const QExifValue &other) = default;
+QExifValue &QExifValue::operator=(QExifValue &&other) noexcept = default;
 
 QExifValue::~QExifValue() = default;
 

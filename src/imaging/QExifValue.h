@@ -63,7 +63,9 @@ public:
     // Ascii without an encoding, otherwise Undefined. Null where Qt lacks the codec.
     QExifValue(const QString &text, TextEncoding encoding = NoEncoding);
     QExifValue(const QExifValue &other);
+    QExifValue(QExifValue &&other) noexcept;
     QExifValue &operator=(const QExifValue &other);
+    QExifValue &operator=(QExifValue &&other) noexcept;
     ~QExifValue();
 
     // Whether both share one value; equal contents alone don't make it so.

@@ -37,6 +37,8 @@ private slots:
     void pointersAndInteroperabilityAreTakenOut();
     void pointerOfAnotherTypeIsNotFollowed();
     void unknownTypeWarnsAndStoresNull();
+    void manyUnknownTypesDoNotFloodTheLog();
+    void tagsOutOfOrderAreSortedAndTheLastOfEqualOnesCounts();
     void thumbnailNeedsBothLongs_data();
     void thumbnailNeedsBothLongs();
     void refusedBlocks_data();
@@ -380,6 +382,33 @@ void tst_QExifImageHeader::unknownTypeWarnsAndStoresNull()
     QCOMPARE(log.count(QtWarningMsg, "default", "Invalid Ifd Type 6"), 1);
     QVERIFY(header.contains(Header::Make));
     QVERIFY(header.value(Header::Make).isNull());
+}
+
+void tst_QExifImageHeader::manyUnknownTypesDoNotFloodTheLog()
+{
+    ExifBlock block;
+    block.u32(8).u16(5000);
+    for (quint32 i = 0; i < 5000; ++i)
+        block.entry(i + 1, 99, 1, 0);
+    Header header;
+    LogCapture log;
+    QVERIFY(readBytes(&header, block.u32(0)));
+    QCOMPARE(header.imageTags().size(), 5000);
+    QCOMPARE(log.count(QtWarningMsg, "default", "Invalid Ifd Type 99"), 32);
+}
+
+void tst_QExifImageHeader::tagsOutOfOrderAreSortedAndTheLastOfEqualOnesCounts()
+{
+    ExifBlock block;
+    block.u32(8).u16(5).entry(300, 3, 1, 1).entry(65535, 3, 1, 2).entry(300, 3, 1, 3);
+    block.entry(0, 3, 1, 4).entry(300, 3, 1, 5).u32(0);
+    Header header;
+    QVERIFY(readBytes(&header, block));
+    const auto tag = [](int number) { return static_cast<Header::ImageTag>(number); };
+    QCOMPARE(header.imageTags(), QList<Header::ImageTag>({tag(0), tag(300), tag(65535)}));
+    QCOMPARE(header.value(tag(0)).toShort(), quint16(4));
+    QCOMPARE(header.value(tag(300)).toShort(), quint16(5));
+    QCOMPARE(header.value(tag(65535)).toShort(), quint16(2));
 }
 
 void tst_QExifImageHeader::thumbnailNeedsBothLongs_data()
