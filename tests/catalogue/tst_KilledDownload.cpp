@@ -55,7 +55,7 @@ private:
 
 namespace {
 
-const int fileCount = 40;
+const int fileCount = 20;
 const int killCount = 50;
 const QStringList otherFiles{"appinfo.json", "iteminfo.json", ".info.json"};
 
