@@ -26,6 +26,7 @@ private slots:
     void wrongPasswordRaisesTheServicesError();
     void unreachableServiceRaisesAnError();
     void passwordThatBeginsWithAt();
+    void passwordOfSigns();
     void tokenThatNamesAFileIsSentAsText();
     void expiryModes_data();
     void expiryModes();
@@ -49,7 +50,8 @@ private:
 void tst_Portal::initTestCase()
 {
     m_server.writeFile("users.json", "{\"jo\": {\"password\": \"pw\", \"thumbnail\": \"jo.png\"},"
-                                     " \"at\": {\"password\": \"@/etc/hostname\"}}");
+                                     " \"at\": {\"password\": \"@/etc/hostname\"},"
+                                     " \"signs\": {\"password\": \"ab c&d=e%é;#\"}}");
     QVERIFY2(m_server.start({"--users", m_server.path("users.json")}),
              qPrintable(m_server.output()));
 }
@@ -142,6 +144,11 @@ void tst_Portal::passwordThatBeginsWithAt()
              request.body.constData());
     QVERIFY(!request.parts.contains("password"));
     QVERIFY(!form.hasQueryItem("password"));
+}
+
+void tst_Portal::passwordOfSigns()
+{
+    QVERIFY(signIn(m_portal.get(), "signs", "ab c&d=e%é;#"));
 }
 
 void tst_Portal::tokenThatNamesAFileIsSentAsText()
