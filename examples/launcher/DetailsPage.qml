@@ -20,6 +20,7 @@ FocusScope {
     readonly property var download: info && downloads.revision >= 0 ? downloads.of(info.itemId) : null
     readonly property bool downloading: download !== null && (download.state === "running" || download.state === "waiting")
     readonly property bool failed: download !== null && download.state === "failed"
+    readonly property bool canDownload: info !== null && !downloading && !failed && (!local || info.isUpdateAvailable)
     readonly property bool local: info !== null && info.isLocal
     // What an author tells a portal about an app that isn't here yet; see docs/publishing.md.
     readonly property var told: info && info.itemInfo.properties ? info.itemInfo.properties : ({})
@@ -29,7 +30,8 @@ FocusScope {
     signal signInWanted()
 
     function focusAction() {
-        (openButton.visible ? openButton : downloadButton).forceActiveFocus(Qt.TabFocusReason);
+        const action = [ openButton, downloadButton, downloadNotice.button ].find(button => button.visible) || backButton;
+        action.forceActiveFocus(Qt.TabFocusReason);
     }
     function restoreFocus() {
         if (visible)
@@ -68,6 +70,8 @@ FocusScope {
             color: Theme.line
         }
         PushButton {
+            id: backButton
+
             anchors { left: parent.left; leftMargin: 6 * page.unit; verticalCenter: parent.verticalCenter }
             objectName: "backButton"
             unit: page.unit
@@ -167,7 +171,7 @@ FocusScope {
                     }
                     RowLayout {
                         Layout.topMargin: 6 * page.unit
-                        visible: !page.downloading
+                        visible: page.local && !page.downloading || page.canDownload
                         spacing: 10 * page.unit
 
                         PushButton {
@@ -184,7 +188,7 @@ FocusScope {
                             id: downloadButton
 
                             objectName: "downloadButton"
-                            visible: !page.failed && page.info !== null && (!page.local || page.info.isUpdateAvailable)
+                            visible: page.canDownload
                             unit: page.unit
                             filled: !page.local
                             text: page.local ? qsTr("Update") : qsTr("Download")
@@ -222,6 +226,8 @@ FocusScope {
                         }
                     }
                     Notice {
+                        id: downloadNotice
+
                         Layout.fillWidth: true
                         Layout.topMargin: 6 * page.unit
                         objectName: "downloadNotice"

@@ -68,7 +68,7 @@ FocusScope {
                 Layout.columnSpan: page.narrow ? 2 : 1
                 Layout.fillWidth: true
                 Layout.maximumWidth: page.narrow ? page.width : 460 * page.unit
-                Layout.leftMargin: page.narrow ? 0 : 16 * page.unit
+                Layout.preferredWidth: 460 * page.unit
                 objectName: "searchField"
                 implicitHeight: 38 * page.unit
                 leftPadding: 14 * page.unit
@@ -108,9 +108,10 @@ FocusScope {
             RowLayout {
                 Layout.row: 0
                 Layout.column: page.narrow ? 1 : 2
-                Layout.alignment: Qt.AlignRight
+                Layout.fillWidth: !page.narrow
                 spacing: 8 * page.unit
 
+                Item { Layout.fillWidth: true }
                 Text {
                     Layout.maximumWidth: 140 * page.unit
                     objectName: "userName"

@@ -9,10 +9,11 @@ Rectangle {
     property string action         // the button's text; none when empty
     property bool failed: false
     property real unit: 1
+    readonly property alias button: actionButton
 
     signal triggered()
 
-    implicitHeight: Math.max(label.height, button.visible ? button.height : 0) + 16 * unit
+    implicitHeight: Math.max(label.height, actionButton.visible ? actionButton.height : 0) + 16 * unit
     radius: 8 * unit
     color: failed ? Theme.badLight : Theme.accentLight
     border { width: 1; color: failed ? "#f0b8b3" : "#c3d1f5" }
@@ -21,7 +22,7 @@ Rectangle {
         id: label
 
         anchors {
-            left: parent.left; right: button.visible ? button.left : parent.right; verticalCenter: parent.verticalCenter
+            left: parent.left; right: actionButton.visible ? actionButton.left : parent.right; verticalCenter: parent.verticalCenter
             leftMargin: 14 * notice.unit; rightMargin: 12 * notice.unit
         }
         objectName: notice.objectName + "Text"
@@ -34,7 +35,7 @@ Rectangle {
         elide: Text.ElideRight
     }
     PushButton {
-        id: button
+        id: actionButton
 
         anchors { right: parent.right; rightMargin: 8 * notice.unit; verticalCenter: parent.verticalCenter }
         objectName: notice.objectName + "Button"
