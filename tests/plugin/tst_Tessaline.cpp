@@ -1,14 +1,18 @@
 #include "plugin/Tessaline.h"
 
+#include "files/File.h"
 #include "files/FileFolder.h"
+#include "files/FileInfo.h"
 #include "files/Settings.h"
 #include "logging/Logging.h"
 #include "network/Network.h"
 #include "player/AppletsPlayer.h"
+#include "plugin/BinaryData.h"
 #include "plugin/Device.h"
 #include "plugin/Environment.h"
 #include "plugin/FileUtility.h"
 #include "plugin/StandardPaths.h"
+#include "plugin/UrlInfo.h"
 #include "support/IsolatedHome.h"
 #include "support/LogCapture.h"
 
@@ -28,6 +32,8 @@
 #include <QSslSocket>
 #include <QSysInfo>
 #include <QTemporaryDir>
+
+#include <functional>
 
 namespace {
 
@@ -88,6 +94,8 @@ private slots:
     void systemValuesComeFromQt();
     void lazyChildrenAreMadeOnceAndOwned();
     void folderPropertiesAreNewObjectsAtEachRead();
+    void objectsOfInvokablesBelongToTheScript_data();
+    void objectsOfInvokablesBelongToTheScript();
 
     void homePathIsTheApplicationsPropertyFirst();
     void homePathDefaultsToTheSystems();
@@ -215,6 +223,38 @@ void tst_Tessaline::folderPropertiesAreNewObjectsAtEachRead()
         QVERIFY(!folder->parent());
         QCOMPARE(QQmlEngine::objectOwnership(folder), QQmlEngine::CppOwnership);
     }
+}
+
+using Maker = std::function<QObject *(const Tessaline &)>;
+Q_DECLARE_METATYPE(Maker)
+
+void tst_Tessaline::objectsOfInvokablesBelongToTheScript_data()
+{
+    QTest::addColumn<Maker>("make");
+    const auto row = [](const char *name, const Maker &make) { QTest::newRow(name) << make; };
+    const QString path("/srv/x");
+    const QUrl url("file:///srv/x");
+    row("file", [=](const Tessaline &tessaline) { return tessaline.file(path); });
+    row("file of a URL", [=](const Tessaline &tessaline) { return tessaline.file(url); });
+    row("folder", [=](const Tessaline &tessaline) { return tessaline.fileFolder(path); });
+    row("folder of a URL", [=](const Tessaline &tessaline) { return tessaline.fileFolder(url); });
+    row("info", [=](const Tessaline &tessaline) { return tessaline.fileInfo(path); });
+    row("info of a URL", [=](const Tessaline &tessaline) { return tessaline.fileInfo(url); });
+    row("URL", [=](const Tessaline &tessaline) { return tessaline.urlInfo(url); });
+    row("bytes", [=](const Tessaline &tessaline) { return tessaline.binaryData(path); });
+}
+
+// Also those that are handed on by native code: an engine takes only what it called for itself.
+void tst_Tessaline::objectsOfInvokablesBelongToTheScript()
+{
+    QFETCH(Maker, make);
+    const Tessaline tessaline;
+    const QScopedPointer<QObject> object(make(tessaline));
+    const QScopedPointer<QObject> another(make(tessaline));
+
+    QVERIFY(object != another);
+    QVERIFY(!object->parent());
+    QCOMPARE(QQmlEngine::objectOwnership(object.data()), QQmlEngine::JavaScriptOwnership);
 }
 
 void tst_Tessaline::homePathIsTheApplicationsPropertyFirst()

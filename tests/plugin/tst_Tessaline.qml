@@ -22,6 +22,7 @@ Item {
 
     Rectangle { id: rectangle; width: 80; height: 60; color: "#00ff00" }
     Special { id: special; visible: false }
+    Special { id: extendedSpecial; visible: false; property int extra }
     Item { id: extended; property int extra }
     Timer { id: timer }
 
@@ -368,6 +369,7 @@ Item {
                 { tag: "another class", value: rectangle, type: "QQuickText", result: false },
                 { tag: "the display name", value: rectangle, type: "Rectangle", result: false },
                 { tag: "an object as type", value: special, type: rectangle, result: true },
+                { tag: "a document's type as type", value: extendedSpecial, type: special, result: true },
                 { tag: "the derived object as type", value: rectangle, type: special, result: false },
                 { tag: "int", value: 1, type: "int", result: true },
                 { tag: "int is no double", value: 1, type: "double", result: false },
