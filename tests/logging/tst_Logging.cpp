@@ -6,6 +6,7 @@
 #include "support/UnprivilegedUser.h"
 
 #include <QDir>
+#include <QNetworkProxy>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -37,6 +38,7 @@ private slots:
     void enablingFromTheLocationsSignalDoesNothing();
     void messagesReachTheLogFirst();
     void disablingBringsThePreviousHandlerBack();
+    void disablingForgetsThePreviousHandler();
     void handlersInARingEnd();
     void deletingTheInstanceSwitchesOff();
     void categoryRulesWorkAsBefore();
@@ -77,6 +79,7 @@ private slots:
     void unresolvedHosts_data();
     void unresolvedHosts();
     void missingCollectorIsHarmless();
+    void collectorIsReachedWithoutTheProxy();
     void longMessagesAreSentAsTheyAre();
 
     // Processes
@@ -352,6 +355,19 @@ void tst_Logging::disablingBringsThePreviousHandlerBack()
     QCOMPARE(messages(newFile()), QStringList{"inside"});
     QCOMPARE(before.count(QtWarningMsg, "default", "inside"), 1);
     QCOMPARE(before.count(QtWarningMsg, "default", "outside"), 1);
+}
+
+// Whoever kept our handler gets no further with it.
+void tst_Logging::disablingForgetsThePreviousHandler()
+{
+    LogCapture before;
+    m_logging->setOutputLocation(newFile());
+    m_logging->setEnabled(true);
+    Logging::_messageHandler(QtWarningMsg, QMessageLogContext(), "while on");
+    m_logging->setEnabled(false);
+    Logging::_messageHandler(QtWarningMsg, QMessageLogContext(), "while off");
+    QCOMPARE(messages(newFile()), QStringList{"while on"});
+    QCOMPARE(before.messages().count(), 1);
 }
 
 void tst_Logging::handlersInARingEnd()
@@ -898,6 +914,17 @@ void tst_Logging::missingCollectorIsHarmless()
     m_logging->setEnabled(false);
     QCOMPARE(before.count(QtInfoMsg), 100);
     QCOMPARE(before.count(QtWarningMsg), 0);
+}
+
+void tst_Logging::collectorIsReachedWithoutTheProxy()
+{
+    SyslogCollector collector;
+    QNetworkProxy::setApplicationProxy(QNetworkProxy(QNetworkProxy::HttpProxy, "127.0.0.1", 9));
+    m_logging->setOutputLocation(collector.url("syslog"));
+    m_logging->setEnabled(true);
+    const int records = collector.take(headerNames.count()).count();
+    QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
+    QCOMPARE(records, headerNames.count());
 }
 
 void tst_Logging::longMessagesAreSentAsTheyAre()
