@@ -191,8 +191,12 @@ void tst_AppDependency::dataPathResolvesTheFolderItself()
 {
     writeItem("abc", R"({"name": "map.tpk"})");
 
-    QCOMPARE(AppDependency(QVariantMap{{"itemId", "abc"}}).dataPath(),
-             m_data.filePath("abc/map.tpk"));
+    AppDependency dependency(QVariantMap{{"itemId", "abc"}});
+    LogCapture log;
+
+    QCOMPARE(dependency.dataPath(), m_data.filePath("abc/map.tpk"));
+
+    QCOMPARE(log.count(QtDebugMsg, core, m_data.filePath("abc")), 1);
 }
 
 // The catalogue that is asked makes its folders, so one that stays away wasn't asked.

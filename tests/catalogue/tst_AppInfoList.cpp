@@ -33,6 +33,7 @@ private slots:
 
     void cacheHoldsPackages();
     void cacheSettingMovesTheCache();
+    void cacheSettingIsReadOnce();
     void lostCacheIsMadeAgain();
     void cacheThatCannotBeMadeIsLogged();
     void subfolderThatCannotBeMadeIsLogged();
@@ -268,6 +269,16 @@ void tst_AppInfoList::cacheSettingMovesTheCache()
 
     QCOMPARE(list.cacheDir().path(), m_work.filePath("cache"));
     QVERIFY(QFileInfo(m_work.filePath("cache/packages")).isDir());
+}
+
+void tst_AppInfoList::cacheSettingIsReadOnce()
+{
+    AppInfoList list(nullptr);
+
+    setSetting("cachePath", m_work.filePath("later"));
+
+    QCOMPARE(list.cacheDir().path(), m_home + "/Zemrik/Halvora/.cache");
+    QVERIFY(!QFileInfo::exists(m_work.filePath("later")));
 }
 
 void tst_AppInfoList::lostCacheIsMadeAgain()

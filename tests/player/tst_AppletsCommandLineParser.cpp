@@ -225,6 +225,7 @@ void tst_AppletsCommandLineParser::homePath()
 {
     QCOMPARE(parsed({})->homePath(), QString());
     QCOMPARE(parsed({"--home", "~/x"})->homePath(), QStringLiteral("~/x"));
+    QCOMPARE(parsed({"--home", "/a", "--home", "/b"})->homePath(), QStringLiteral("/b"));
 
     QSettings().setValue(QStringLiteral("home"), QStringLiteral("/stored"));
     QCOMPARE(parsed({})->homePath(), QString());
