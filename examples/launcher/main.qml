@@ -30,8 +30,8 @@ App {
     readonly property var selected: appCatalogue.revision >= 0 && selectedKey > "" ? appCatalogue.find(selectedKey) : null
     property var newApps: ({})      // item ids that were downloaded since they were started last
 
-    width: 1000 * unit
-    height: 720 * unit
+    width: Math.min(1000 * unit, 0.95 * Qt.application.screens[0].desktopAvailableWidth)
+    height: Math.min(720 * unit, 0.9 * Qt.application.screens[0].desktopAvailableHeight)
 
     Component.onCompleted: {
         portalSignIn.prepare();

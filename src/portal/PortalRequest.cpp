@@ -5,6 +5,17 @@
 
 #include <QDebug>
 
+namespace {
+
+// Only the message is taken over. The object has no parent, and nobody deletes it.
+TessalineError *portalError(const QVariantMap &failure)
+{
+    const QString message = failure.value(QStringLiteral("message")).toString();
+    return new TessalineError(message, QString(), nullptr);
+}
+
+} // namespace
+
 PortalRequest::PortalRequest(QObject *parent)
     : NetworkRequest(parent)
 {
@@ -34,9 +45,7 @@ void PortalRequest::onReadyStateChanged()
         return;
     }
     qCCritical(FRAMEWORK_MANAGER) << Q_FUNC_INFO << "error" << map;
-    const QString message = failure->toMap().value(QStringLiteral("message")).toString();
-    // Only the message is taken over. The object has no parent, and nobody deletes it.
-    emit error(new TessalineError(message, QString(), nullptr));
+    emit error(portalError(failure->toMap()));
 }
 
 #include "moc_PortalRequest.cpp"
