@@ -40,8 +40,12 @@ void protect(HttpServer &server)
     server.on("/protected", [](const HttpServer::Request &request) {
         if (request.header("Authorization") == "Basic " + QByteArray("user:secret").toBase64())
             return HttpServer::Answer{"welcome " + request.body};
-        return HttpServer::Answer{
-            "who?", 401, "text/plain", {{"WWW-Authenticate", "Basic realm=\"Tests\""}}};
+        // Not of a type that the server compresses: Qt leaks the state of its decompression when a
+        // compressed answer asks for credentials.
+        return HttpServer::Answer{"who?",
+                                  401,
+                                  "application/octet-stream",
+                                  {{"WWW-Authenticate", "Basic realm=\"Tests\""}}};
     });
 }
 
