@@ -38,7 +38,7 @@ Rectangle {
             Title { text: qsTr("A server to try it with") }
             Words { text: qsTr("tessaline-echo comes with the development tools. It listens on this machine only:") }
             Command { text: "tessaline-echo --port 8081" }
-            Words { text: qsTr("In the source tree it is build/bin/tessaline-echo. Click an address to take it:") }
+            Words { text: qsTr("In the source tree it is build/bin/tessaline-echo after scripts/run. Click an address to take it:") }
 
             Repeater {
                 model: page.addresses
@@ -78,8 +78,8 @@ Rectangle {
             }
 
             Title { text: qsTr("With TLS") }
-            Words { text: qsTr("A certificate of your own, which nobody trusts, shows how errors are told:") }
-            Command { text: "openssl req -x509 -newkey rsa:2048 -nodes -subj /CN=localhost -keyout key.pem -out cert.pem\ntessaline-echo --port 8443 --certificate cert.pem --key key.pem" }
+            Words { text: qsTr("A server whose certificate nobody trusts shows how errors are told:") }
+            Command { text: "tessaline-echo --port 8443 --https" }
 
             PlainButton {
                 Layout.topMargin: 8 * page.unit

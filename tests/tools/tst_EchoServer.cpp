@@ -1,6 +1,5 @@
 #include "support/ExternalServer.h"
 #include "support/IsolatedHome.h"
-#include "support/TestCertificates.h"
 
 #include <QElapsedTimer>
 #include <QJsonArray>
@@ -27,7 +26,7 @@ private slots:
     void bytesComeAtTheirRate();
     void redirectsLeadToEcho();
     void statusIsAnswered();
-    void certificateMakesItSpeakTls();
+    void httpsHasACertificateToTrust();
 
 private:
     static QString program()
@@ -78,10 +77,10 @@ void tst_EchoServer::badArgumentsEndWithAMessage_data()
     QTest::newRow("port that is taken")
         << QStringList{"--port", QString::number(m_server.port())} << QByteArray("is taken");
     QTest::newRow("certificate alone")
-        << QStringList{"--port", "0", "--certificate", "a.pem"} << QByteArray("go together");
-    QTest::newRow("no certificate there")
-        << QStringList{"--port", "0", "--certificate", "/no/a.pem", "--key", "/no/b.pem"}
-        << QByteArray("can't be used");
+        << QStringList{"--port", "0", "--certificate", "a.pem"} << QByteArray("needs --https");
+    QTest::newRow("no room for the certificate")
+        << QStringList{"--port", "0", "--https", "--certificate", "/no/a.pem"}
+        << QByteArray("/no/a.pem");
 }
 
 void tst_EchoServer::badArgumentsEndWithAMessage()
@@ -191,17 +190,15 @@ void tst_EchoServer::statusIsAnswered()
     QCOMPARE(curl({"-w", "%{http_code}", url("/status/204")}), QByteArray("204"));
 }
 
-void tst_EchoServer::certificateMakesItSpeakTls()
+void tst_EchoServer::httpsHasACertificateToTrust()
 {
-    const TestCertificates certificates;
     ExternalServer server;
-    QVERIFY2(
-        server.start(program(), {"--port", "%PORT%", "--certificate", certificates.selfSignedPath(),
-                                 "--key", certificates.keyPath()}),
-        qPrintable(server.output()));
+    const QString certificate = server.path("certificate.pem");
+    QVERIFY2(server.start(program(), {"--port", "%PORT%", "--https", "--certificate", certificate}),
+             qPrintable(server.output()));
     QUrl url = server.url("/redirect/1");
     url.setScheme("https");
-    const QByteArray answer = curl({"--insecure", "-D", "-", url.toString()});
+    const QByteArray answer = curl({"--cacert", certificate, "-D", "-", url.toString()});
     url.setPath("/echo");
     QVERIFY2(answer.contains("Location: " + url.toEncoded()), answer.constData());
     QCOMPARE(curl({url.toString()}), QByteArray("curl failed: 60"));

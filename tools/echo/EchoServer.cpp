@@ -1,4 +1,5 @@
-#include "EchoServer.h"
+#include "echo/EchoServer.h"
+#include "portal/Certificate.h"
 
 #include <QByteArray>
 #include <QJsonArray>
@@ -197,12 +198,19 @@ void status(const httplib::Request &request, httplib::Response &response)
         sendJson(response, {{QStringLiteral("status"), response.status}});
 }
 
+std::unique_ptr<httplib::Server> makeServer(const Certificate *certificate)
+{
+    if (!certificate)
+        return std::make_unique<httplib::Server>();
+    return std::make_unique<httplib::SSLServer>(certificate->certificate(), certificate->key());
+}
+
 } // namespace
 
 class EchoServer::Private
 {
 public:
-    Private(std::unique_ptr<httplib::Server> server, const QString &scheme);
+    explicit Private(const Certificate *certificate);
 
     void redirect(const httplib::Request &request, httplib::Response &response) const;
     // The name under which the client reached us, so that "localhost" stays "localhost".
@@ -214,11 +222,11 @@ public:
     quint16 port = 0;
 };
 
-EchoServer::Private::Private(std::unique_ptr<httplib::Server> server, const QString &scheme)
-    : server(std::move(server))
-    , scheme(scheme)
+EchoServer::Private::Private(const Certificate *certificate)
+    : server(makeServer(certificate))
+    , scheme(certificate ? QStringLiteral("https") : QStringLiteral("http"))
 {
-    httplib::Server &http = *this->server;
+    httplib::Server &http = *server;
     const auto move = [this](const httplib::Request &request, httplib::Response &response) {
         redirect(request, response);
     };
@@ -258,25 +266,12 @@ QString EchoServer::Private::addressFor(const httplib::Request &request) const
     return plainHost.match(host).hasMatch() ? scheme + QLatin1String("://") + host : address();
 }
 
-EchoServer::EchoServer()
-    : d(std::make_unique<Private>(std::make_unique<httplib::Server>(), QStringLiteral("http")))
-{
-}
-
-EchoServer::EchoServer(const QString &certificatePath, const QString &keyPath)
-    : d(std::make_unique<Private>(
-        std::make_unique<httplib::SSLServer>(certificatePath.toLocal8Bit().constData(),
-                                             keyPath.toLocal8Bit().constData()),
-        QStringLiteral("https")))
+EchoServer::EchoServer(const Certificate *certificate)
+    : d(std::make_unique<Private>(certificate))
 {
 }
 
 EchoServer::~EchoServer() = default;
-
-bool EchoServer::isValid() const
-{
-    return d->server->is_valid();
-}
 
 bool EchoServer::bind(quint16 port)
 {

@@ -4,6 +4,8 @@
 
 #include <memory>
 
+class Certificate;
+
 // HTTP or HTTPS on the loopback address, for trying requests out:
 //
 //     /echo           what was received, as JSON; files are counted and thrown away
@@ -13,12 +15,10 @@
 class EchoServer
 {
 public:
-    EchoServer();
-    // HTTPS with the certificate and key in these PEM files.
-    EchoServer(const QString &certificatePath, const QString &keyPath);
+    // HTTPS if there is a certificate, which lives as long as the server.
+    explicit EchoServer(const Certificate *certificate);
     ~EchoServer();
 
-    bool isValid() const; // false if the files can't be used
     // 0 takes a free port. False if the port is taken or not ours to use.
     bool bind(quint16 port);
     QString address() const; // "http://127.0.0.1:8081"

@@ -1,10 +1,13 @@
 // tessaline-echo: a server on this machine to try requests against.
-#include "EchoServer.h"
+#include "echo/EchoServer.h"
+#include "portal/Certificate.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QFile>
 
 #include <cstdio>
+#include <memory>
 
 namespace {
 
@@ -30,11 +33,35 @@ void addOptions(QCommandLineParser &parser)
     parser.addOptions({
         {QStringLiteral("port"), QStringLiteral("The port; 0 takes a free one (default: 8081)."),
          QStringLiteral("number"), QStringLiteral("8081")},
-        {QStringLiteral("certificate"), QStringLiteral("A PEM file with the certificate."),
-         QStringLiteral("file")},
-        {QStringLiteral("key"), QStringLiteral("A PEM file with the certificate's key."),
+        {QStringLiteral("https"),
+         QStringLiteral("HTTPS, with a certificate that is made at start.")},
+        {QStringLiteral("certificate"),
+         QStringLiteral("With --https: writes the certificate to this file, for clients to trust."),
          QStringLiteral("file")},
     });
+}
+
+bool prepareHttps(const QCommandLineParser &parser, std::unique_ptr<Certificate> &certificate,
+                  QString &error)
+{
+    const QString path = parser.value(QStringLiteral("certificate"));
+    if (!parser.isSet(QStringLiteral("https"))) {
+        if (!path.isEmpty())
+            error = QStringLiteral("--certificate needs --https");
+        return error.isEmpty();
+    }
+    certificate = std::make_unique<Certificate>();
+    if (!certificate->isValid()) {
+        error = QStringLiteral("can't make a certificate");
+        return false;
+    }
+    QFile file(path);
+    if (!path.isEmpty()
+        && (!file.open(QIODevice::WriteOnly) || file.write(certificate->toPem()) < 0
+            || !file.flush()))
+        error =
+            QStringLiteral("can't write the certificate to %1: %2").arg(path, file.errorString());
+    return error.isEmpty();
 }
 
 } // namespace
@@ -53,14 +80,12 @@ int main(int argc, char **argv)
     if (!isPort)
         return fail(QStringLiteral("--port takes 0 to 65535, not \"%1\"")
                         .arg(parser.value(QStringLiteral("port"))));
-    const QString certificate = parser.value(QStringLiteral("certificate"));
-    const QString key = parser.value(QStringLiteral("key"));
-    if (certificate.isEmpty() != key.isEmpty())
-        return fail(QStringLiteral("--certificate and --key go together"));
+    QString error;
+    std::unique_ptr<Certificate> certificate;
+    if (!prepareHttps(parser, certificate, error))
+        return fail(error);
 
-    EchoServer server = certificate.isEmpty() ? EchoServer() : EchoServer(certificate, key);
-    if (!server.isValid())
-        return fail(QStringLiteral("The certificate or its key can't be used"));
+    EchoServer server(certificate.get());
     if (!server.bind(port))
         return fail(QStringLiteral("port %1 is taken or can't be used").arg(port));
     std::printf("%s\n", qPrintable(server.address()));
