@@ -29,6 +29,9 @@ private slots:
     void hostileDependencyEndsInError();
     void hostileFileNameEndsInError();
     void writingTheAppInfoClearsTheError();
+    void secondDownloadStartsAnew();
+    void emptyIdIsAskedFor();
+    void downloadIsLogged();
 
 private:
     void download(const QString &id, const QString &keyword = "app");
@@ -200,6 +203,43 @@ void tst_AppPackage::writingTheAppInfoClearsTheError()
     m_package->_setAppInfo(nullptr);
     QCOMPARE(m_package->status(), ItemPackage::Null);
     QCOMPARE(m_package->error()->message(), QString());
+}
+
+void tst_AppPackage::secondDownloadStartsAnew()
+{
+    SignalRecorder recorder(m_package.get());
+    download("depends");
+    m_package->download();
+    QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    QCOMPARE(recorder.names().count("statusChanged"), 2); // Downloading and Ready, once each
+    QVERIFY(QFile::exists(home("Apps/depends/main.qml")));
+    QVERIFY(QFile::exists(home("Data/tiles/t.tpk")));
+
+    download("depends");
+    download("simple"); // another app
+    QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    QCOMPARE(m_package->appInfo()->path(), home("Apps/simple"));
+}
+
+void tst_AppPackage::emptyIdIsAskedFor()
+{
+    download(QString()); // no check is made; there is nothing at that address
+    QTRY_COMPARE(m_package->status(), ItemPackage::Error);
+}
+
+void tst_AppPackage::downloadIsLogged()
+{
+    LogCapture log;
+    m_package->classBegin();
+    QCOMPARE(log.count(QtDebugMsg, category, "classBegin"), 1);
+    m_package->_setAppInfo(nullptr);
+    QCOMPARE(log.count(QtDebugMsg, category, "Null app info"), 1);
+    download("depends");
+    QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    QCOMPARE(log.count(QtDebugMsg, category, home(".cache/packages")) > 0, true);
+    for (const char *words : {"\"depends\" dependencies:", "100 %"})
+        QVERIFY2(log.count(QtDebugMsg, category, words) > 0, words);
+    QCOMPARE(log.count(QtWarningMsg, category, "No itemId property 2"), 1);
 }
 
 TESSALINE_TEST_MAIN(tst_AppPackage)

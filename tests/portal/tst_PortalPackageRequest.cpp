@@ -7,6 +7,7 @@
 #include "support/LogCapture.h"
 #include "support/PortalElement.h"
 #include "support/SignalRecorder.h"
+#include "support/UnprivilegedUser.h"
 
 #include <QBuffer>
 #include <QFileInfo>
@@ -37,6 +38,13 @@ private slots:
     void idsThatLeadElsewhereAreRefused_data();
     void idsThatLeadElsewhereAreRefused();
     void fileNamesThatLeadElsewhereAreRefused();
+    void packageThatCannotBeRemoved();
+    void thumbnailThatCannotBeConverted();
+    void thumbnailThatCannotBeDeleted();
+    void secondRequestStartsAnew_data();
+    void secondRequestStartsAnew();
+    void secondRequestOutOfASignalOfTheFirst();
+    void idIsTakenOverForEveryRun();
 
 private:
     QString output(const QString &name) const { return m_work->filePath("output/" + name); }
@@ -94,6 +102,12 @@ void tst_PortalPackageRequest::initTestCase()
     m_server.addItem("lost", info("lost.png"), app);
     m_server.addItem("broken", info(""), {{"data", "PK no archive"}});
     m_server.addItem("nodata", info(""));
+    QMap<QString, QByteArray> withFolder = app;
+    withFolder.insert("data/thumbnail.png/file", "in the picture's way");
+    m_server.addItem("blocked", info("photo.jpg"), withFolder);
+    QMap<QString, QByteArray> withPicture = app;
+    withPicture.insert("data/thumbnail.png", "an older picture");
+    m_server.addItem("replaced", info("photo.jpg"), withPicture);
     QVERIFY2(m_server.start(), qPrintable(m_server.output()));
     m_element = makePortalElement(m_engine, m_server.url());
     QVERIFY(m_element);
@@ -320,6 +334,129 @@ void tst_PortalPackageRequest::fileNamesThatLeadElsewhereAreRefused()
     QTRY_VERIFY(error);
     QCOMPARE(log.count(QtCriticalMsg, package, "Not a file name:"), 1);
     QVERIFY(!QFile::exists(m_work->filePath("escaped")));
+}
+
+void tst_PortalPackageRequest::packageThatCannotBeRemoved()
+{
+    LogCapture log;
+    QSignalSpy ready(m_request.get(), &PortalPackageRequest::ready);
+    QVERIFY(QFile::setPermissions(m_work->path(), QFile::Permissions(0x7777)));
+    const UnprivilegedUser user;
+    const QString folder = m_work->filePath("mine");
+    QVERIFY(QDir(m_work->path()).mkpath("mine"));
+    m_request->packageFolder = QDir(folder);
+    int steps = 0;
+    connect(m_request.get(), &PortalPackageRequest::progress, this, [&](double value) {
+        steps += value == 1.0 ? 1 : 0;
+        if (steps == 2) // the data are there, unpacking comes next
+            QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
+    });
+    m_request->request("none", false);
+    QVERIFY(ready.wait());
+    QCOMPARE(log.count(QtWarningMsg, package, "Error removing package:"), 1);
+    QVERIFY(QFile::exists(folder + "/none.zip"));
+    QVERIFY(QFile::exists(output("none/appinfo.json")));
+    QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+void tst_PortalPackageRequest::thumbnailThatCannotBeConverted()
+{
+    LogCapture log;
+    QSignalSpy ready(m_request.get(), &PortalPackageRequest::ready);
+    m_request->request("blocked", false);
+    QVERIFY(ready.wait());
+    QCOMPARE(log.count(QtCriticalMsg, package, "Thumbnail convert failed"), 1);
+    QVERIFY(QFile::exists(output("blocked/thumbnail.jpg"))); // the JPEG remains
+    QCOMPARE(savedInfo("blocked")["thumbnail"].toString(), QString("thumbnail/thumbnail.jpg"));
+}
+
+void tst_PortalPackageRequest::thumbnailThatCannotBeDeleted()
+{
+    LogCapture log;
+    QSignalSpy ready(m_request.get(), &PortalPackageRequest::ready);
+    QVERIFY(QFile::setPermissions(m_work->path(), QFile::Permissions(0x7777)));
+    QVERIFY(QFile::setPermissions(m_work->filePath("packages"), QFile::Permissions(0x7777)));
+    const UnprivilegedUser user;
+    int steps = 0;
+    connect(m_request.get(), &PortalPackageRequest::progress, this, [&](double value) {
+        steps += value == 1.0 ? 1 : 0;
+        if (steps == 3) // the picture is there, converting comes next
+            QFile::setPermissions(output("replaced"), QFile::ReadOwner | QFile::ExeOwner);
+    });
+    m_request->request("replaced", false);
+    QVERIFY(ready.wait());
+    QCOMPARE(log.count(QtCriticalMsg, package, "Thumbnail delete failed"), 1);
+    QVERIFY(QFile::exists(output("replaced/thumbnail.jpg")));
+    QCOMPARE(QImageReader::imageFormat(output("replaced/thumbnail.png")), QByteArray("png"));
+    QFile::setPermissions(output("replaced"),
+                          QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+void tst_PortalPackageRequest::secondRequestStartsAnew_data()
+{
+    QTest::addColumn<QString>("rule");
+    QTest::addColumn<QStringList>("before"); // signals of the first run
+    QTest::newRow("during the information") << "item:slow:1" << QStringList();
+    QTest::newRow("during the data") << "data:slow:1" << QStringList({"itemInfoReady"});
+    QTest::newRow("during the thumbnail")
+        << "thumbnail:slow:1" << QStringList({"itemInfoReady", "dataReady"});
+}
+
+void tst_PortalPackageRequest::secondRequestStartsAnew()
+{
+    QFETCH(QString, rule);
+    QFETCH(QStringList, before);
+    DevelopmentPortal server;
+    for (const char *id : {"first", "second"})
+        server.addItem(id, {{"title", id}, {"thumbnail", "t.png"}},
+                       {{"data/appinfo.json", "{}"}, {"t.png", id}});
+    QVERIFY2(server.start({"--fail", rule}), qPrintable(server.output()));
+    const auto element = makePortalElement(m_engine, server.url());
+    PortalObject portal(element.get());
+    m_request->setPortal(&portal);
+    SignalRecorder recorder(m_request.get());
+    LogCapture log;
+    m_request->request("first", false);
+    // Until the slow answer is under way.
+    QTRY_VERIFY(log.count(QtDebugMsg, manager, "ReadyStateProcessing") > before.size());
+    QCOMPARE(withoutProgress(recorder.take()), before);
+    m_request->request("second", false);
+    QTRY_COMPARE(withoutProgress(recorder.names()),
+                 QStringList({"itemInfoReady", "dataReady", "thumbnailReady", "ready"}));
+    QCOMPARE(savedInfo("second")["title"].toString(), QString("second"));
+    QFile picture(output("second/thumbnail.png"));
+    QVERIFY(picture.open(QIODevice::ReadOnly));
+    QCOMPARE(picture.readAll(), QByteArray("second"));
+    QCOMPARE(QFile::exists(output("first/appinfo.json")), before.contains("dataReady"));
+    QCOMPARE(log.count(QtWarningMsg) + log.count(QtCriticalMsg), 0);
+}
+
+void tst_PortalPackageRequest::secondRequestOutOfASignalOfTheFirst()
+{
+    bool again = true;
+    connect(m_request.get(), &PortalPackageRequest::progress, this, [&](double value) {
+        if (again && value > 0) {
+            again = false;
+            m_request->request("png", false);
+        }
+    });
+    QSignalSpy ready(m_request.get(), &PortalPackageRequest::ready);
+    m_request->request("jpg", false);
+    QVERIFY(ready.wait());
+    QVERIFY(!again);
+    QVERIFY(QFile::exists(output("png/appinfo.json")));
+    QVERIFY(!QFile::exists(output("jpg")));
+}
+
+void tst_PortalPackageRequest::idIsTakenOverForEveryRun()
+{
+    QSignalSpy ready(m_request.get(), &PortalPackageRequest::ready);
+    for (const char *id : {"none", "png"}) {
+        m_request->request(id, false);
+        QVERIFY(ready.wait());
+        QVERIFY(QFile::exists(output(QString(id) + "/appinfo.json")));
+    }
+    QCOMPARE(ready.count(), 2);
 }
 
 TESSALINE_TEST_MAIN(tst_PortalPackageRequest)
