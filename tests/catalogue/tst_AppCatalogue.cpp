@@ -1,4 +1,5 @@
 #include "catalogue/AppInfoList.h"
+#include "catalogue/AppPackage.h"
 #include "support/DevelopmentPortal.h"
 #include "support/HttpServer.h"
 #include "support/IsolatedHome.h"
@@ -51,6 +52,7 @@ private slots:
     void updatesAreCounted();
     void refreshDuringASearch();
     void signOutDuringASearch();
+    void twoPortalsInOneProcess();
     void signInWithoutAutoRefresh();
     void anotherPortalIsNoLongerHeard();
     void itemDownloadedUpdatesItsApp();
@@ -608,6 +610,38 @@ void tst_AppCatalogue::signOutDuringASearch()
     QCOMPARE(list()->onlineUpdatesCount(), 0);
     QVERIFY(signIn(m_portal.get(), "demo", "demo"));
     QTRY_COMPARE(ids().size(), 120);
+}
+
+void tst_AppCatalogue::twoPortalsInOneProcess()
+{
+    DevelopmentPortal servers[2];
+    std::unique_ptr<QObject> portals[2];
+    AppInfoList lists[2];
+    AppPackage packages[2];
+    for (int i = 0; i < 2; ++i) {
+        const QString id = QString("app%1").arg(i);
+        servers[i].addItem(id, {{"access", "private"}}, {{"data/appinfo.json", "{}"}});
+        QVERIFY2(servers[i].start(), qPrintable(servers[i].output()));
+        portals[i] = makePortalElement(m_engine, servers[i].url());
+        lists[i].setPortal(portals[i].get());
+        packages[i]._setPortal(portals[i].get());
+        startSignIn(portals[i].get(), "demo", "demo");
+    }
+    QTRY_VERIFY(lists[0].findById("app0") && lists[1].findById("app1"));
+    QVERIFY(!lists[0].findById("app1") && !lists[1].findById("app0"));
+    QVERIFY(portals[0]->property("token") != portals[1]->property("token"));
+
+    for (int i = 0; i < 2; ++i) {
+        packages[i]._setAppInfo(lists[i].findById(QString("app%1").arg(i)));
+        packages[i].download();
+    }
+    QTRY_VERIFY(packages[0].status() == ItemPackage::Ready
+                && packages[1].status() == ItemPackage::Ready);
+    QMetaObject::invokeMethod(portals[0].get(), "signOut");
+    QVERIFY(lists[0].findById("app0")->isLocal());
+    QVERIFY(!lists[1].findById("app1")->isLocal()); // that list has not been read again
+    lists[1].refresh();
+    QVERIFY(lists[1].findById("app0") && lists[1].findById("app1")->isLocal());
 }
 
 void tst_AppCatalogue::signInWithoutAutoRefresh()

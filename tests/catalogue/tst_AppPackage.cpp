@@ -1,5 +1,6 @@
 #include "catalogue/AppPackage.h"
 
+#include "catalogue/AppInfoList.h"
 #include "plugin/TessalineError.h"
 #include "support/DevelopmentPortal.h"
 #include "support/IsolatedHome.h"
@@ -7,7 +8,11 @@
 #include "support/PortalElement.h"
 #include "support/SignalRecorder.h"
 
+#include <QBuffer>
+#include <QDirIterator>
 #include <QFileInfo>
+#include <QImage>
+#include <QImageReader>
 #include <QSettings>
 
 // One app with its dependencies, downloaded from the development portal.
@@ -21,7 +26,11 @@ private slots:
     void init();
 
     void appWithoutDependencies();
-    void templatesGoToTheirFolder();
+    void traceOfOneDownload();
+    void kindsGoToTheirFolders_data();
+    void kindsGoToTheirFolders();
+    void packageDoesNotChangeTheFolder();
+    void unpackedDependencyIsFetchedEachTime();
     void dependenciesComeInTheirOrder();
     void presentDependenciesAreNotFetched();
     void unknownItemEndsInError();
@@ -67,6 +76,19 @@ void tst_AppPackage::initTestCase()
     addApp("depends", "{\"dependencies\": [{\"itemId\": \"tiles\"}, {\"name\": \"no id\"},"
                       "\"module\", {\"itemId\": \"tiles\"}]}");
     addApp("lost", appInfo({"nowhere", "tiles"}));
+    addApp("disguised", "{\"type\": \"Tool\"}");
+    QImage image(4, 4, QImage::Format_RGB32);
+    image.fill(Qt::blue);
+    QBuffer picture;
+    picture.open(QIODevice::WriteOnly);
+    image.save(&picture, "JPG");
+    m_server.addItem("trace",
+                     {{"title", "Trace"},
+                      {"thumbnail", "thumbnail/photo.jpg"},
+                      {"modified", qint64(1500000000000)}},
+                     {{"data/appinfo.json", appInfo({"tiles", "module"})},
+                      {"data/main.qml", "Item {}"},
+                      {"photo.jpg", picture.data()}});
     addApp("hostile", appInfo({"../escaped"}));
     addApp("hostilename", appInfo({"badname"}));
     const QVariantMap tiles{{"title", "Tiles"}, {"type", "tile package"}, {"name", "t.tpk"}};
@@ -124,11 +146,129 @@ void tst_AppPackage::appWithoutDependencies()
     QCOMPARE(m_package->statusMessage(), QString());
 }
 
-void tst_AppPackage::templatesGoToTheirFolder()
+// Everything that comes to lie on the disk, at the signal where it is first seen.
+void tst_AppPackage::traceOfOneDownload()
 {
-    download("simple", "template");
+    QStringList trace;
+    const auto note = [this, &trace](const QString &event) {
+        QStringList files;
+        QDirIterator walk(home(""), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (walk.hasNext())
+            files.append(QDir(home("")).relativeFilePath(walk.next()));
+        files.sort();
+        trace.append(event + ": " + files.join(' '));
+    };
+    connect(m_package.get(), &AppPackage::progress, this, [&](int percentage, int seconds) {
+        QCOMPARE(seconds, 0);
+        if (percentage == 100 && m_package->status() == ItemPackage::Downloading)
+            note("100");
+    });
+    connect(m_package.get(), &AppPackage::statusChanged, this,
+            [&] { note("status " + QString::number(m_package->status())); });
+    connect(m_package.get(), &AppPackage::appInfoChanged, this, [&] {
+        if (m_package->status() == ItemPackage::Downloading)
+            note("app");
+    });
+    connect(m_package.get(), &AppPackage::statusMessageChanged, this, [&] { note("message"); });
+    download("trace");
     QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
-    QVERIFY(QFile::exists(home("Templates/simple/main.qml")));
+
+    const QString app = "Apps/trace/appinfo.json Apps/trace/iteminfo.json Apps/trace/main.qml";
+    const QString done = app + " Apps/trace/thumbnail.png";
+    const QString tiles = done + " Data/tiles/t.tpk";
+    // Each request tells its end before the owner goes on; one that is used again first tells where
+    // it was.
+    const QStringList expected{
+        "status 2: ",
+        "100: ",                                     // the information
+        "100: .cache/packages/trace.zip",            // the data
+        "100: " + app + " Apps/trace/thumbnail.jpg", // the picture
+        "app: " + done,
+        "100: " + done, // the first dependency's information
+        "message: " + done,
+        "100: " + tiles,
+        "100: " + tiles, // the second one's, told again and anew
+        "100: " + tiles,
+        "100: " + tiles, // its data, told again
+        "message: " + tiles,
+        "100: .cache/packages/module.zip " + tiles,
+        "status 1: .cache/packages/module/iteminfo.json .cache/packages/module/qmldir " + tiles,
+    };
+    for (int i = 0; i < qMax(trace.size(), expected.size()); ++i)
+        QCOMPARE(trace.value(i), expected.value(i));
+    QCOMPARE(QImageReader::imageFormat(home("Apps/trace/thumbnail.png")), QByteArray("png"));
+    QCOMPARE(QFileInfo(home("Apps/trace/iteminfo.json")).lastModified().toMSecsSinceEpoch(),
+             1500000000000);
+    QCOMPARE(m_package->appInfo()->itemInfo().value("thumbnail").toString(),
+             QString("thumbnail/thumbnail.png"));
+
+    // The catalogue finds it at its next refresh; the picture is newer than the portal's date.
+    AppInfoList list;
+    AppInfo *found = list.findById("trace");
+    QVERIFY(!found);
+    list.refresh();
+    found = list.findById("trace");
+    QVERIFY(found && found->isLocal() && found->isValid());
+    found->statusUpdate(QVariantMap{{"modified", qint64(1500000000000)}});
+    QVERIFY(found->isUpdatedLocally() && !found->isUpdateAvailable());
+}
+
+void tst_AppPackage::kindsGoToTheirFolders_data()
+{
+    QTest::addColumn<QString>("keyword");
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("app") << "app"
+                         << "Apps";
+    QTest::newRow("template") << "Template"
+                              << "Templates";
+    QTest::newRow("tool") << "tool"
+                          << "Toolbox";
+    QTest::newRow("neither") << "other"
+                             << "Apps";
+}
+
+void tst_AppPackage::kindsGoToTheirFolders()
+{
+    QFETCH(QString, keyword);
+    QFETCH(QString, folder);
+    download("simple", keyword);
+    QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    QVERIFY(QFile::exists(home(folder + "/simple/main.qml")));
+}
+
+void tst_AppPackage::packageDoesNotChangeTheFolder()
+{
+    download("disguised"); // its appinfo.json says that it is a tool
+    QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    QVERIFY(QFile::exists(home("Apps/disguised/main.qml")));
+    QVERIFY(!QFile::exists(home("Toolbox/disguised")));
+    QCOMPARE(m_package->appInfo()->type(), AppInfo::Tool);
+}
+
+void tst_AppPackage::unpackedDependencyIsFetchedEachTime()
+{
+    QStringList messages;
+    const auto listen = [this, &messages] {
+        connect(m_package.get(), &AppPackage::statusMessageChanged, this,
+                [this, &messages] { messages.append(m_package->statusMessage()); });
+    };
+    const auto run = [this] {
+        download("trace");
+        QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    };
+    const QStringList both{"Downloading dependency 1 of 2\r\nTiles",
+                           "Downloading dependency 2 of 2\r\nModule"};
+    listen();
+    run();
+    QCOMPARE(messages, both);
+    m_package = std::make_unique<AppPackage>();
+    m_package->_setPortal(m_portal.get());
+    listen();
+    run(); // the tiles are found, the module isn't
+    QCOMPARE(messages, both + both.mid(1));
+    run(); // the module has sent this object to the Modules folder, where the tiles aren't either
+    QCOMPARE(messages, both + both.mid(1) + both);
+    QVERIFY(QFile::exists(home("Modules/tiles/t.tpk")));
 }
 
 void tst_AppPackage::dependenciesComeInTheirOrder()

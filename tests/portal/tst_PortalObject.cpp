@@ -29,6 +29,16 @@ public:
     QString m_token = "native token";
 };
 
+// One of that kind without the property that leads to the token.
+class BareQmlPortal : public QObject
+{
+public:
+    void *qt_metacast(const char *name) override
+    {
+        return qstrcmp(name, "QmlPortal") == 0 ? this : QObject::qt_metacast(name);
+    }
+};
+
 class tst_PortalObject : public QObject
 {
     Q_OBJECT
@@ -41,6 +51,7 @@ private slots:
     void aDocumentOfAnotherNameIsNoPortal();
     void aForeignObjectIsKeptButIsNoPortal();
     void aNativePortalHandsOutItsToken();
+    void aNativePortalWithoutCredentialsHasNoToken();
     void valuesAreReadAtEachCall();
     void paramsAlwaysHoldAToken();
     void aPortalThatGoesAwayIsNone();
@@ -129,6 +140,17 @@ void tst_PortalObject::aNativePortalHandsOutItsToken()
     QVERIFY(portal.isPortal());
     QCOMPARE(portal.url(), QString("http://native"));
     QCOMPARE(portal.token(), QString("native token"));
+}
+
+void tst_PortalObject::aNativePortalWithoutCredentialsHasNoToken()
+{
+    BareQmlPortal native;
+    native.setProperty("token", "not reached");
+    const PortalObject portal(&native);
+    QVERIFY(portal.isPortal());
+    QCOMPARE(portal.token(), QString());
+    QCOMPARE(portal.url(), QString());
+    QVERIFY(!portal.isSignedIn());
 }
 
 void tst_PortalObject::valuesAreReadAtEachCall()
