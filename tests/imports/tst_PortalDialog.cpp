@@ -145,6 +145,7 @@ private slots:
     void addRefusesAPortalWithoutScenes();
     void addShowsWhatFailed();
     void addIgnoresOtherStatus();
+    void addOverHttpsNeedsTheCheckBox();
     void addIsBusyMeanwhile();
     void addWithoutAStore();
     void removeKeepsThePortalInUse();
@@ -1282,6 +1283,32 @@ void tst_PortalDialog::addIgnoresOtherStatus()
     QCOMPARE(scene.fields().first()->property("text").toString(), server.url());
 }
 
+void tst_PortalDialog::addOverHttpsNeedsTheCheckBox()
+{
+    DevelopmentPortal secure; // with a certificate of its own making
+    QVERIFY2(secure.start({"--https", "--scene-services", "true", "--name", "Secure"}),
+             qPrintable(secure.output()));
+    QVERIFY(secure.url().startsWith("https:"));
+    DialogScene &scene = makeList();
+    scene.type(scene.fields().first(), secure.url());
+    DialogScene::click(scene.button("Add Portal"));
+    QTRY_VERIFY(!messageText().isEmpty());
+    QCOMPARE(list()->property("count").toInt(), 1);
+    QTRY_VERIFY(scene.button("Add Portal")->property("enabled").toBool());
+
+    DialogScene::click(scene.checkBox("Ignore SSL Errors"));
+    DialogScene::click(scene.button("Add Portal"));
+    QTRY_COMPARE(list()->property("count").toInt(), 2);
+    QCOMPARE(portal()->property("name").toString(), QString("Secure"));
+    QCOMPARE(portal()->property("ignoreSslErrors").toBool(), true);
+    DialogScene::click(scene.imageButton("back.png"));
+    waitForPage();
+    fill("demo", "demo");
+    DialogScene::click(scene.button("Sign In"));
+    QTRY_VERIFY(!scene.isOpen());
+    QVERIFY(portal()->property("signedIn").toBool());
+}
+
 void tst_PortalDialog::addIsBusyMeanwhile()
 {
     SlowPortal server;
@@ -1393,8 +1420,8 @@ void tst_PortalDialog::picture()
     QVERIFY(signIn != portals);
     if (folder.isEmpty())
         return;
-    QVERIFY(signIn.save(folder + "/sign-in.png"));
-    QVERIFY(portals.save(folder + "/sign-in-portals.png"));
+    QVERIFY(signIn.save(folder + "/portal-dialog.png"));
+    QVERIFY(portals.save(folder + "/portal-dialog-portals.png"));
 }
 
 namespace {
