@@ -1,3 +1,7 @@
+import QtQuick 2.2
+import QtGraphicalEffects 1.0
+import Zemrik.Tessaline 1.0
+
 /*!
     \qmltype CalloutRectangle
     \inqmlmodule Zemrik.Tessaline.Controls
@@ -13,17 +17,18 @@
     The tail is redrawn when the origin or the rectangle's geometry changes. An origin inside the
     rectangle has no tail; the drawing stays as it was.
 */
-import QtQuick 2.2
-import QtGraphicalEffects 1.0
-import Zemrik.Tessaline 1.0
-
 Rectangle {
     id: calloutRectangle
 
-    property real originX: 0   // the point that the tail reaches, in the parent's coordinates
+    /*! The point that the tail reaches, in the parent's coordinates. 0 by default. */
+    property real originX: 0
+    /*! See \l originX. */
     property real originY: 0
-    property real tailWidth: Tessaline.displayScaleFactor * 20   // half of the tail's base
+    /*! Half of the tail's base. 20 by default, times the display scale. */
+    property real tailWidth: Tessaline.displayScaleFactor * 20
+    /*! What the tail is filled with, by default the rectangle's colour. Shows at the next drawing. */
     property color tailColor: color
+    /*! The shadow, a RectangularGlow. */
     property alias glow: rectangularGlow
 
     color: "white"
@@ -91,6 +96,7 @@ Rectangle {
         }
     }
 
+    /*! \internal */
     function updateTail() {
         var origin = Qt.point(originX, originY);
         var center = Qt.point(x + width / 2, y + height / 2);
@@ -148,7 +154,9 @@ Rectangle {
         return { begin: Math.max(start + radius, begin), end: Math.min(start + length - radius, end) };
     }
 
-    // The point where two segments cross, or undefined.
+    /*! \internal
+        The point where two segments cross, or undefined.
+    */
     function intersect(pt1, pt2, lpt1, lpt2) {
         var a = diff(pt2, pt1);
         var b = diff(lpt1, lpt2);
@@ -166,6 +174,7 @@ Rectangle {
         return Qt.point(pt1.x + a.x * t, pt1.y + a.y * t);
     }
 
+    /*! \internal */
     function diff(p1, p2) {
         return Qt.point(p1.x - p2.x, p1.y - p2.y);
     }

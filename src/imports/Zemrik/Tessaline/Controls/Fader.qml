@@ -1,3 +1,8 @@
+import QtQuick 2.2
+import QtQuick.Controls 1.1
+import QtQuick.Controls.Styles 1.1
+import Zemrik.Tessaline 1.0
+
 /*!
     \qmltype Fader
     \inqmlmodule Zemrik.Tessaline.Controls
@@ -14,19 +19,20 @@
     }
     \endqml
 */
-import QtQuick 2.2
-import QtQuick.Controls 1.1
-import QtQuick.Controls.Styles 1.1
-import Zemrik.Tessaline 1.0
-
 Item {
     id: fader
 
-    property QtObject target: parent       // what is dimmed
+    /*! What is dimmed: any object with an opacity. The parent by default. */
+    property QtObject target: parent
+    /*! False stops, with the target at \l maximumOpacity. True by default. */
     property bool enabled: true
-    property int timeoutDuration: 3000     // milliseconds at full opacity
-    property int animationDuration: 3000   // milliseconds of dimming
-    property real minumumOpacity: 0.35     // the name is the interface
+    /*! Milliseconds until the target dims. 3000 by default. */
+    property int timeoutDuration: 3000
+    /*! Milliseconds that dimming takes. 3000 by default. */
+    property int animationDuration: 3000
+    /*! Where dimming ends. 0.35 by default. The name is spelt like this. */
+    property real minumumOpacity: 0.35
+    /*! Where the target begins. 1.0 by default. */
     property real maximumOpacity: 1.0
 
     Component.onCompleted: {
@@ -54,6 +60,7 @@ Item {
         onTriggered: fadeAnimation.restart()
     }
 
+    /*! \internal */
     function followEnabled() {
         if (enabled)
             start();
@@ -61,6 +68,7 @@ Item {
             stop();
     }
 
+    /*! The target is at \l maximumOpacity at once, and the delay begins anew. Nothing while disabled. */
     function start() {
         if (enabled) {
             stop();
@@ -68,6 +76,7 @@ Item {
         }
     }
 
+    /*! The target stays at \l maximumOpacity. */
     function stop() {
         fadeTimer.stop();
         fadeAnimation.stop();

@@ -1,3 +1,6 @@
+import QtQuick 2.2
+import QtGraphicalEffects 1.0
+
 /*!
     \qmltype ImageButton
     \inqmlmodule Zemrik.Tessaline.Controls
@@ -14,24 +17,33 @@
     The glow shows while the button is pressed or hovered, while it is \c checked, and always where
     \c glowColor is set.
 */
-import QtQuick 2.2
-import QtGraphicalEffects 1.0
-
 Rectangle {
     id: button
 
+    /*! The picture. */
     property alias source: buttonImage.source
+    /*! The Image that shows it. */
     property alias image: buttonImage
+    /*! The Glow around it. */
     property alias glow: buttonGlow
+    /*! Glows in \l checkedColor; a click doesn't change it. False by default. */
     property bool checked: false
+    /*! "#00b2ff" by default. */
     property color checkedColor: "#00b2ff"
+    /*! "lightgrey" by default. */
     property color pressedColor: "lightgrey"
+    /*! "grey" by default. */
     property color hoverColor: "grey"
+    /*! A colour that isn't "transparent", the default, glows all the time. */
     property color glowColor: "transparent"
+    /*! False: no glow and no signals. True by default. */
     property bool enabled: true
 
+    /*! Pressed and released, but not held. */
     signal clicked()
+    /*! The second click of two; the first one was \l clicked() too. */
     signal doubleClicked()
+    /*! Held down for a while. */
     signal pressAndHold()
 
     color: "transparent"

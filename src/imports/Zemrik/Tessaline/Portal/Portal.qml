@@ -1,3 +1,6 @@
+import QtQuick 2.4
+import Zemrik.Tessaline 1.0
+
 /*!
     \qmltype Portal
     \inqmlmodule Zemrik.Tessaline.Portal
@@ -13,53 +16,67 @@
         onSignedInChanged: console.log(signedIn ? "hello " + username : "signed out")
         onError: console.warn(error.message)
     }
-
-    Button {
-        text: "Sign in"
-        onClicked: portal.signIn("user", "password")
-    }
     \endqml
 
-    Catalogue and package types read the property \c url, which this document doesn't declare: declare
+    A button then calls \c {portal.signIn("user", "password")}. Catalogue and package types read the property \c url, which this document doesn't declare: declare
     it inline as above. Don't make the component the root of a document with another name, since the
     native classes know a portal by the name of its document.
 
     The name and password live in memory only. A failed token request raises \c error(); what fails
     before or after it is only logged.
 */
-import QtQuick 2.4
-import Zemrik.Tessaline 1.0
-
 Item {
     id: _portal
 
+    /*! What the portal is called. "Zemrik Online" by default. */
     property string name: "Zemrik Online"
-    // No trailing slash; a new value signs out. The text of Endpoints.js stands here once more: a
-    // binding would come after what a document sets, as a new value.
+    // The text of Endpoints.js stands here once more: a binding would come after what a document
+    // sets, as a new value.
+    /*! Where the portal is, without a trailing slash. A new value signs out. */
     property url portalUrl: "http://portal.zemrik.example"
-    property url tokenServicesUrl                 // set it to skip asking the portal for it
+    /*! Where tokens come from. Empty: the portal is asked. */
+    property url tokenServicesUrl
+    /*! What the portal says it belongs to; \l portalUrl until it has been asked. */
     property url owningSystemUrl: portalUrl
+    /*! \l portalUrl with "/sharing/rest". */
     readonly property url restUrl: portalUrl + "/sharing/rest"
+    /*! Set by \l signIn(). */
     property string username
+    /*! Set by \l signIn(), kept in memory only, and not cleared by \l signOut(). */
     property string password
-    property string token                         // empty: signed out
+    /*! Empty: signed out. */
+    property string token
+    /*! What the token service says. */
     property bool ssl: false
+    /*! Holds for all requests of this component. False by default. */
     property bool ignoreSslErrors: false
+    /*! When the token runs out. Invalid before the first sign-in. */
     property date expires
+    /*! Whether there is a token. Turns true before \l expires, \l info and \l user are there. */
     readonly property bool signedIn: token > ""
-    property int expiryMode: expiryModeSignOut    // what happens when the token runs out
+    /*! What happens 5 seconds before \l expires: one of the three values below. */
+    property int expiryMode: expiryModeSignOut
+    /*! True for an on-premises portal, which \l PortalDialog knows. */
     property bool isPortal: false
+    /*! \l expired() is raised, and the token stays. */
     property int expiryModeSignal: 0
+    /*! \l signOut(), the default. */
     property int expiryModeSignOut: 1
+    /*! \l signIn() without arguments: a script error, and the token stays. */
     property int expiryModeSignIn: 2
-    property var info                             // the portal about itself
-    property var user                             // the portal about the user; null after signOut()
+    /*! What the portal says about itself, once signed in. */
+    property var info
+    /*! What the portal says about the user, once signed in; null after \l signOut(). */
+    property var user
+    /*! The user's picture, with the token in its query; empty without a \l user. */
     property url userThumbnailUrl: user
                                    ? restUrl + "/community/users/" + username + "/info/"
                                      + user.thumbnail + "?token=" + token
                                    : ""
 
+    /*! The token has run out, and \l expiryMode says to tell. */
     signal expired()
+    /*! The token service refused or can't be reached: an object with "message" and "details". */
     signal error(var error)
 
     onPortalUrlChanged: {
@@ -180,6 +197,10 @@ Item {
         }
     }
 
+    /*!
+        Asks for a token for \a user and \a pass. \l signedIn turns true, or \l error() is raised, or
+        only the log tells.
+    */
     function signIn(user, pass) {
         username = user;
         password = pass;
@@ -189,14 +210,17 @@ Item {
             infoRequest.send();
     }
 
+    /*! Forgets the token and the user, nothing else. */
     function signOut() {
         token = "";
         user = null;
     }
 
+    /*! Returns undefined, whatever the \a url. */
     function authorizedUrl(url) {
     }
 
+    /*! \internal */
     function takeToken(response) {
         if (response.error) {
             _portal.error(response.error);
@@ -213,6 +237,7 @@ Item {
         }
     }
 
+    /*! \internal */
     function tokenParameters() {
         var parameters = { "f": "pjson" };
         if (_portal.token > "")

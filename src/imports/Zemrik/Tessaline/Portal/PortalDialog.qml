@@ -1,25 +1,3 @@
-/*!
-    \qmltype PortalDialog
-    \inqmlmodule Zemrik.Tessaline.Portal
-    \brief The sign-in dialog for a Portal, with a page to choose among portals.
-
-    \qml
-    PortalDialog {
-        id: signInDialog
-        portal: portal
-        settings: app.settings
-    }
-
-    Button {
-        text: "Sign in"
-        onClicked: signInDialog.show("Please sign in to download apps")
-    }
-    \endqml
-
-    With \c settings the dialog remembers the list of portals, the one in use and, if the user wants it,
-    the username; never the password. It closes by itself once the portal is signed in, and can't be
-    closed while a sign-in runs.
-*/
 import QtQuick 2.3
 import QtQuick.Controls 1.2
 import QtQuick.Controls.Styles 1.2
@@ -31,27 +9,65 @@ import Zemrik.Tessaline 1.0
 import Zemrik.Tessaline.Controls 1.0
 import "Endpoints.js" as Endpoints
 
+/*!
+    \qmltype PortalDialog
+    \inqmlmodule Zemrik.Tessaline.Portal
+    \brief The sign-in dialog for a Portal, with a page to choose among portals.
+
+    \qml
+    PortalDialog {
+        id: signInDialog
+        portal: portal
+        settings: app.settings
+    }
+    \endqml
+
+    A button then calls \c {signInDialog.show("Please sign in to download apps")}.
+
+    With \c settings the dialog remembers the list of portals, the one in use and, if the user wants it,
+    the username; never the password. It closes by itself once the portal is signed in, and can't be
+    closed while a sign-in runs.
+*/
 Dialog {
     id: portalSignInDialog
 
+    /*! What is signed in. The dialog needs one. */
     property Portal portal
+    /*! The line above the field of the name. */
     property alias usernameLabel: usernameText.text
+    /*! The text in the field of the name. */
     property alias username: usernameField.text
+    /*! The line above the field of the password. */
     property alias passwordLabel: passwordText.text
+    /*! The text in the field of the password. */
     property alias password: passwordField.text
+    /*! True from the click on the accept button to the end of the sign-in. */
     property bool busy: false
-    property string message: ""   // shown in red, until the first error takes the line over
+    /*! A line in red, until the first error takes the line over. */
+    property string message: ""
+    /*! The text of the check box. */
     property alias saveUserLabel: saveUserCheckBox.text
+    /*! Whether to remember the user. */
     property alias saveUserChecked: saveUserCheckBox.checked
+    /*! True by default where there are \l settings. */
     property alias saveUserVisible: saveUserCheckBox.visible
+    /*! The text of the button that signs in. */
     property alias acceptLabel: acceptButton.text
+    /*! The text of the button that cancels. */
     property alias rejectLabel: rejectButton.text
+    /*! A picture in the banner. None by default. */
     property alias bannerImage: image.source
+    /*! "#0079C1" by default. */
     property alias bannerColor: banner.color
+    /*! "white" by default. The icons of the banner have it too. */
     property alias bannerTextColor: titleText.color
+    /*! Where to remember. Without it nothing is read or stored. */
     property Settings settings
+    /*! What all keys begin with, without the slash. "Portal" by default. */
     property string settingsGroup: "Portal"
+    /*! The name in the title, by default the portal's. */
     property string portalName: portal ? portal.name : ""
+    /*! A bold line above the fields. */
     property string prompt
 
     readonly property real _unit: Tessaline.displayScaleFactor
@@ -656,11 +672,13 @@ Dialog {
         }
     }
 
+    /*! Opens the dialog, with \a prompt above the fields. */
     function show(prompt) {
         portalSignInDialog.prompt = prompt > "" ? prompt : "";
         open();
     }
 
+    /*! Reads the list of portals from the \l settings. */
     function readPortals() {
         if (!settings)
             return;
@@ -680,6 +698,7 @@ Dialog {
         });
     }
 
+    /*! Stores the list of portals. */
     function writePortals() {
         if (!settings)
             return;
@@ -696,6 +715,7 @@ Dialog {
         settings.setValue(settingsGroup + "/portals", JSON.stringify(portals));
     }
 
+    /*! The row of the portal in use, or undefined. */
     function findCurrent() {
         for (var i = 0; i < portalsModel.count; i++) {
             if (portalsModel.get(i).url == portal.portalUrl.toString())
@@ -703,6 +723,7 @@ Dialog {
         }
     }
 
+    /*! Makes the portal of row \a index the one in use, and stores that. */
     function selectPortal(index) {
         var row = portalsModel.get(index);
         portal.portalUrl = row.url;
@@ -712,10 +733,11 @@ Dialog {
         writePortalSettings();
     }
 
-    // A store gives flags back as text in the next run: boolValue knows.
+    /*! Reads the user's name and the portal in use; false without \l settings. */
     function readSettings() {
         if (!settings)
             return false;
+        // A store gives flags back as text in the next run: boolValue knows.
         saveUserChecked = settings.boolValue(settingsGroup + "/saveUsername", true);
         username = settings.value(settingsGroup + "/username", "");
         portal.portalUrl = settings.value(settingsGroup + "/url", Endpoints.publicPortal);
@@ -725,6 +747,7 @@ Dialog {
         return true;
     }
 
+    /*! Stores the portal's user name; false without \l settings. */
     function writeUserSettings() {
         if (!settings)
             return false;
@@ -732,6 +755,7 @@ Dialog {
         return true;
     }
 
+    /*! Removes the stored user name; false without \l settings. */
     function clearUserSettings() {
         if (!settings)
             return false;
@@ -739,6 +763,7 @@ Dialog {
         return true;
     }
 
+    /*! Stores the portal in use; false without \l settings. */
     function writePortalSettings() {
         if (!settings)
             return false;
