@@ -350,6 +350,24 @@ Item {
             compare(TestSupport.logCount("critical", "Zemrik.Tessaline.Image", "No QML engine"), 1)
         }
 
+        function test_imagesInAnArrayMakeAnUndo() {
+            const object = makeObject(20, 10, "red")
+            const undo = []
+            undo.push(object.image)
+            object.setPixel(0, 0, "blue")
+            undo.push(object.image)
+            object.rotate(90)
+            object.image = undo.pop()
+            compare(object.summary, "20 x 10")
+            verify(Qt.colorEqual(object.pixel(0, 0), "blue"))
+            object.image = undo.pop()
+            verify(Qt.colorEqual(object.pixel(0, 0), "red"))
+        }
+
+        function test_emptyRectangleCopiesAll() {
+            compare(makeObject(20, 10).copy(Qt.rect(0, 0, 0, 0)).size, Qt.size(20, 10))
+        }
+
         function test_enumsReachTheScript() {
             compare(ImageObject.AspectRatioIgnore, 0)
             compare(ImageObject.AspectRatioKeep, 1)

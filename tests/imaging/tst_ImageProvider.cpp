@@ -37,6 +37,9 @@ private slots:
     void numbersAreNotUsedAgain();
     void setPixelCopiesSharedPixelsOnce();
 
+    void sceneGraphSharesTwoFormats_data();
+    void sceneGraphSharesTwoFormats();
+
     void elementsOfTwoEnginesShowOneObject();
     void objectOutlivesAnEngine();
     void elementLoadsInTheLoaderThread();
@@ -274,6 +277,33 @@ void tst_ImageProvider::setPixelCopiesSharedPixelsOnce()
         object.setPixel(x, 1, Qt::blue);
         QCOMPARE(object.image().constBits(), own);
     }
+}
+
+void tst_ImageProvider::sceneGraphSharesTwoFormats_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<bool>("shared");
+    for (int format = QImage::Format_Mono; format < QImage::NImageFormats; ++format) {
+        QTest::addRow("%d", format)
+            << format
+            << (format == QImage::Format_RGB32 || format == QImage::Format_ARGB32_Premultiplied);
+    }
+}
+
+// What authors are told about costs; it is Qt's doing.
+void tst_ImageProvider::sceneGraphSharesTwoFormats()
+{
+    QFETCH(int, format);
+    QFETCH(bool, shared);
+    QImage image(8, 8, static_cast<QImage::Format>(format));
+    image.fill(0);
+    const ImageObject object(image);
+    const QScopedPointer<QQuickTextureFactory> factory(QQuickTextureFactory::textureFactoryForImage(
+        ImageProvider().requestImage(idOf(object.url()), nullptr, QSize())));
+    const QImage texture = factory->image();
+    QCOMPARE(texture.constBits() == object.image().constBits(), shared);
+    if (!shared)
+        QCOMPARE(texture.format(), QImage::Format_ARGB32_Premultiplied);
 }
 
 void tst_ImageProvider::elementsOfTwoEnginesShowOneObject()
