@@ -23,22 +23,19 @@
     \brief An image that scripts load, change, show and save.
 
     \qml
-    ImageObject {
-        id: photo
-    }
-
     Image {
-        source: photo.url
         cache: false
-    }
+        source: photo.url
 
-    Button {
-        text: "Thumbnail"
-        onClicked: {
-            if (photo.load("~/Pictures/photo.jpg")) {
-                photo.scale(200, 133, ImageObject.AspectRatioKeep,
-                            ImageObject.TransformationModeSmooth);
-                photo.save("~/Pictures/thumbnail.png");
+        ImageObject {
+            id: photo
+
+            Component.onCompleted: {
+                if (photo.load("~/Pictures/photo.jpg")) {
+                    photo.scale(200, 133, ImageObject.AspectRatioKeep,
+                                ImageObject.TransformationModeSmooth);
+                    photo.save("~/Pictures/thumbnail.png");
+                }
             }
         }
     }
@@ -190,20 +187,22 @@
 /*!
     \qmlmethod void ImageObject::clear(int width = 0, int height = 0, enumeration format =
    ImageObject.ImageFormatARGB32)
-    Replaces the image by a new one whose pixels hold anything: fill() it. Without arguments, or
-   with a number below 1, the object is \l empty afterwards.
+    Replaces the image by a new one of \a width by \a height pixels in that \a format, which hold
+    anything: fill() it. Without arguments, or with a size below 1, the object is \l empty
+   afterwards.
 */
 
 /*!
     \qmlmethod ImageObject ImageObject::create(int width, int height, enumeration format =
    ImageObject.ImageFormatARGB32)
-    Returns a new object with an image of that size whose pixels hold anything: fill() it.
+    Returns a new object with an image of \a width by \a height pixels in that \a format, which hold
+    anything: fill() it.
 */
 
 /*!
     \qmlmethod bool ImageObject::load(string path, string format = "")
-    Loads a file. Its path may begin with a path variable, as in \c{"~/photo.jpg"}. \a format, one
-    of \l availableReadFormats, is found out if left out.
+    Loads a file. Its \a path may begin with a path variable, as in \c{"~/photo.jpg"}. \a format,
+   one of \l availableReadFormats, is found out if left out.
 
     False, and the object is \l empty, if that fails. A file that claims a size far beyond what its
     bytes can hold counts as damaged.
@@ -211,34 +210,34 @@
 
 /*!
     \qmlmethod bool ImageObject::load(url url, string format = "")
-    The same for a file or resource by its URL. A URL \c{image://provider/id} takes the image from
-   an image provider of the engine; if that fails, the object stays as it is.
+    The same for a file or resource by its \a url. A URL \c{image://provider/id} takes the image
+   from an image provider of the engine; if that fails, the object stays as it is.
 
     A string that holds a URL counts as a path: take a property of type \c url.
 */
 
 /*!
     \qmlmethod bool ImageObject::save(string path, string format = "", int quality = -1)
-    Writes the image to a file, whose path may begin with a path variable. \a format is one of
+    Writes the image to a file, whose \a path may begin with a path variable. \a format is one of
     \l availableWriteFormats and goes by the file's suffix if left out. \a quality is 0 (smallest
     file) to 100, -1 for the format's default. False if not all of it was written.
 */
 
 /*!
     \qmlmethod bool ImageObject::save(url url, string format = "", int quality = -1)
-    The same for a file by its URL.
+    The same for a file by its \a url.
 */
 
 /*!
     \qmlmethod void ImageObject::fill(color color)
-    Sets all pixels, without their alpha, and does not announce it; see sync(). The number
+    Sets all pixels to \a color, without its alpha, and does not announce it; see sync(). The number
    0xffrrggbb is stored as the format takes it: use one of the 32-bit formats that begin with RGB or
    ARGB.
 */
 
 /*!
     \qmlmethod void ImageObject::invertPixels(enumeration invertMode = ImageObject.InvertRgb)
-    Makes a negative.
+    Makes a negative. \a invertMode is one of:
 
     \value ImageObject.InvertRgb   0, keeps alpha
     \value ImageObject.InvertRgba  1, inverts alpha as well
@@ -246,24 +245,25 @@
 
 /*!
     \qmlmethod color ImageObject::pixel(int x, int y)
-    The colour of a pixel, without its alpha.
+    The colour of the pixel at \a x and \a y, without its alpha.
 */
 
 /*!
     \qmlmethod void ImageObject::setPixel(int x, int y, color color)
-    Sets a pixel, opaque whatever \a color says, and does not announce it; see sync(). In images
-   with a table of colours or of a single bit this doesn't work: convertToFormat() first.
+    Sets the pixel at \a x and \a y, opaque whatever \a color says, and does not announce it; see
+   sync(). In images with a table of colours or of a single bit this doesn't work: convertToFormat()
+   first.
 */
 
 /*!
     \qmlmethod string ImageObject::text(string key = "")
-    A text that comes with the image. Without a key, all of them: "key: text" and an empty line
-   each.
+    The text with that \a key. Without a key, all of them: "key: text", with an empty line between.
 */
 
 /*!
     \qmlmethod void ImageObject::setText(string key, string text)
-    Sets a text. save() writes it where the format has a place for it, as PNG does.
+    Sets the \a text with that \a key. save() writes it where the format has a place for it, as PNG
+   does.
 */
 
 /*!
@@ -276,11 +276,15 @@
    ImageObject.AspectRatioKeep, enumeration transformationMode =
    ImageObject.TransformationModeFast)
 
+    Scales to a size by \a width and \a height, in pixels, as \a aspectRatioMode says:
+
     \value ImageObject.AspectRatioIgnore           0, exactly that size
     \value ImageObject.AspectRatioKeep             1, the largest that fits into that size
     \value ImageObject.AspectRatioKeepByExpanding  2, the smallest that covers that size
 
-    \value ImageObject.TransformationModeFast      0, takes the nearest pixel
+    \a transformationMode is one of:
+
+    \value ImageObject.TransformationModeFast       0, takes the nearest pixel
     \value ImageObject.TransformationModeSmooth    1, averages pixels
 */
 
@@ -317,8 +321,8 @@
 
 /*!
     \qmlmethod void ImageObject::convertToFormat(enumeration format, int flags = 0)
-    Changes the \l format. \a flags are a combination of Qt's numbers for image conversion, such as
-    \c Qt.MonoOnly or \c Qt.ThresholdDither.
+    Changes the pixels to another \a format. \a flags are a combination of Qt's numbers for image
+   conversion, such as \c Qt.MonoOnly or \c Qt.ThresholdDither.
 */
 
 /*!
@@ -338,12 +342,13 @@
 
 /*!
     \qmlmethod void ImageObject::clip(int x, int y, int width, int height)
-    Cuts the image to a rectangle. What reaches beyond the image is transparent, or black.
+    Cuts the image to the rectangle that begins at \a x and \a y and is \a width by \a height large.
+    What reaches beyond the image is transparent, or black.
 */
 
 /*!
     \qmlmethod void ImageObject::clip(rect rect)
-    The same.
+    The same with a \a rect.
 */
 
 /*!

@@ -12,6 +12,7 @@
 #include <QTransform>
 
 #include <functional>
+#include <random>
 
 using Header = QExifImageHeader;
 using Check = std::function<bool(const QExifValue &)>;
@@ -79,6 +80,8 @@ private slots:
     void fullDiskIsNoticed();
 
     void truncationAtEachByteIsHarmless();
+    void damagedPicturesAreHarmless_data();
+    void damagedPicturesAreHarmless();
     void hostileFieldsAreHarmless_data();
     void hostileFieldsAreHarmless();
     void countsPastTheEndKeepTheWholeItems();
@@ -972,6 +975,39 @@ void tst_QExifImageHeader::truncationAtEachByteIsHarmless()
             loadBytes(&header, jpegWithExif(block).left(size));
         }
     }
+}
+
+void tst_QExifImageHeader::damagedPicturesAreHarmless_data()
+{
+    QTest::addColumn<bool>("bigEndian");
+    QTest::newRow("II") << false;
+    QTest::newRow("MM") << true;
+}
+
+// 1 to 40 bytes changed anywhere, every third picture cut short.
+void tst_QExifImageHeader::damagedPicturesAreHarmless()
+{
+    QFETCH(bool, bigEndian);
+    LogCapture log; // types that don't exist
+    const QByteArray picture = jpegWithExif(richBlock(bigEndian) + QByteArray(500, '\1'));
+    std::mt19937 random(1);
+    const auto below = [&](int limit) {
+        return static_cast<int>(random() % static_cast<unsigned>(limit));
+    };
+    int readable = 0;
+    for (int i = 0; i < 2000; ++i) {
+        QByteArray bytes = picture;
+        for (int change = below(40); change >= 0; --change)
+            bytes[below(bytes.size())] = static_cast<char>(random());
+        if (i % 3 == 0)
+            bytes.truncate(below(bytes.size()));
+        Header header;
+        readable += loadBytes(&header, bytes);
+        visit(header);
+        save(header, &bytes);
+        log.clear();
+    }
+    QVERIFY(readable > 200 && readable < 1800);
 }
 
 void tst_QExifImageHeader::hostileFieldsAreHarmless_data()
