@@ -171,8 +171,8 @@ void tst_Installation::aHostProgramBuildsAndRuns()
                               ? QString()
                               : "-fsanitize=" + qEnvironmentVariable("TESSALINE_SANITIZE");
 
-    QVERIFY2(run("cmake", {"-S", source, "-B", build, "-DCMAKE_PREFIX_PATH=" + m_prefix,
-                           "-DCMAKE_CXX_FLAGS=" + flags}),
+    QVERIFY2(run("cmake", {"-G", "Ninja", "-S", source, "-B", build,
+                           "-DCMAKE_PREFIX_PATH=" + m_prefix, "-DCMAKE_CXX_FLAGS=" + flags}),
              m_output.constData());
     QVERIFY2(run("cmake", {"--build", build}), m_output.constData());
 
