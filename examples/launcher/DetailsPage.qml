@@ -267,7 +267,7 @@ FocusScope {
                     objectName: "version"
                     unit: page.unit
                     label: qsTr("Version")
-                    value: page.local ? page.info.version : page.told.version || qsTr("known after the download")
+                    value: page.local ? page.info.version : page.told.version ? String(page.told.version) : qsTr("known after the download")
                 }
                 DetailRow { objectName: "owner"; unit: page.unit; label: qsTr("Owner"); value: page.info ? page.info.owner : "" }
                 DetailRow { objectName: "size"; unit: page.unit; label: qsTr("Size"); value: page.sizeText() }
@@ -289,7 +289,8 @@ FocusScope {
     function needsText() {
         if (!info)
             return "";
-        const needs = local ? info.dependencies : (told.dependencies || []).map(id => ({ itemId: id, name: id }));
+        const toldNeeds = Array.isArray(told.dependencies) ? told.dependencies : [];
+        const needs = local ? info.dependencies : toldNeeds.map(id => ({ itemId: String(id), name: String(id) }));
         if (needs.length === 0)
             return local || told.version ? qsTr("nothing else") : qsTr("known after the download");
         return needs.map(need => {

@@ -2,7 +2,7 @@
 // picture of each step in a folder. Prints what it does; the last line is "tour: done" only if every
 // step came to its end. For scripts/run where there is no display.
 import QtQuick 2.15
-import Zemrik.Tessaline 1.0
+import QtQuick.Window 2.15
 
 Item {
     id: tour
@@ -112,13 +112,14 @@ Item {
 
     function takePicture(current) {
         const item = current.item ? current.item() : launcher;
+        const ratio = Screen.devicePixelRatio;
         const grabbing = item.grabToImage(result => {
             const file = folder + "/launcher-" + current.picture + ".png";
             if (result.saveToFile(file))
                 next(file);
             else
                 fail("can't write " + file);
-        });
+        }, Qt.size(item.width * ratio, item.height * ratio));
         if (!grabbing)
             fail("can't take a picture");
     }
