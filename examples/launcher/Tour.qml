@@ -11,7 +11,7 @@ Item {
     property string folder
     readonly property string wanted: "tide-table"
     property int step: 0
-    readonly property real deadline: Date.now() + 60000
+    property real deadline          // of the step, milliseconds since the epoch
 
     // Each step begins with "act", is over when "until" holds, and leaves a picture.
     readonly property var steps: [
@@ -86,6 +86,7 @@ Item {
             if (!acted) {
                 console.info("tour: " + current.text);
                 acted = true;
+                tour.deadline = Date.now() + 40000;
                 current.act();
             } else if (current.until()) {
                 stop();

@@ -36,7 +36,7 @@ void tst_LauncherTour::signsInDownloadsAndStartsAnApp()
     player.setProcessChannelMode(QProcess::MergedChannels);
     player.start(qEnvironmentVariable("TESSALINE_BIN_DIR") + "/tessaline-player",
                  {source + "/examples/launcher"});
-    const bool ended = player.waitForFinished(90000);
+    const bool ended = player.waitForFinished(150000);
     const QByteArray output = player.readAll();
     QVERIFY2(ended, output.constData());
     QVERIFY2(output.contains("qml: tour: done\n"), output.constData());
