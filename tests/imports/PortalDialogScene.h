@@ -8,9 +8,11 @@
 
 const char publicPortal[] = "http://portal.zemrik.example";
 
-// A window with a portal and a dialog, whose further properties stand in `properties`.
+// A root with a portal and a dialog, whose further properties stand in `properties`. A window stays
+// unseen unless asked for: drawing it takes time.
 inline QByteArray document(const QString &properties = QString(),
-                           const QString &rootType = QStringLiteral("Window"))
+                           const QString &rootType = QStringLiteral("Window"),
+                           bool isVisible = false)
 {
     return QStringLiteral(
                "import QtQuick 2.15\n"
@@ -25,11 +27,11 @@ inline QByteArray document(const QString &properties = QString(),
                "    property Settings store\n"
                "    property QtObject framework: Tessaline\n"
                "    width: 640; height: 560\n"
-               "    visible: true\n"
+               "    visible: %3\n"
                "    Portal { id: portal }\n"
                "    PortalDialog { id: dialog; portal: portal; settings: root.store; %2 }\n"
                "}\n")
-        .arg(rootType, properties)
+        .arg(rootType, properties, isVisible ? QStringLiteral("true") : QStringLiteral("false"))
         .toUtf8();
 }
 

@@ -155,11 +155,11 @@ private slots:
 
 private:
     DialogScene &make(const QString &properties = QString(),
-                      const QString &rootType = QStringLiteral("Window"))
+                      const QString &rootType = QStringLiteral("Window"), bool isVisible = false)
     {
         m_scene.reset();
         m_settings = makeStore(m_store);
-        m_scene.reset(new DialogScene(m_engine, document(properties, rootType),
+        m_scene.reset(new DialogScene(m_engine, document(properties, rootType, isVisible),
                                       storeProperty(m_settings.get())));
         return *m_scene;
     }
@@ -381,7 +381,7 @@ void tst_PortalDialog::isOfTheRightSizeInEveryRoot_data()
 void tst_PortalDialog::isOfTheRightSizeInEveryRoot()
 {
     QFETCH(QString, rootType);
-    DialogScene &scene = make(QString(), rootType);
+    DialogScene &scene = make(QString(), rootType, true);
     QQuickWindow view;
     if (QTest::currentDataTag() == QByteArray("Item in a view")) {
         qobject_cast<QQuickItem *>(scene.root())->setParentItem(view.contentItem());

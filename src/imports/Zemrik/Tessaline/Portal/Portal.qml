@@ -18,7 +18,9 @@ import Zemrik.Tessaline 1.0
     }
     \endqml
 
-    A button then calls \c {portal.signIn("user", "password")}. Catalogue and package types read the property \c url, which this document doesn't declare: declare
+    A button then calls \c {portal.signIn("user", "password")}.
+
+    Catalogue and package types read the property \c url, which this document doesn't declare: declare
     it inline as above. Don't make the component the root of a document with another name, since the
     native classes know a portal by the name of its document.
 
