@@ -7,7 +7,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QQmlEngine>
-#include <QQmlListReference>
+#include <QQmlNetworkAccessManagerFactory>
 #include <QTemporaryDir>
 #include <QTimer>
 
@@ -130,9 +130,9 @@ TESSALINE_FUZZ_TARGET(bytes)
     // Every refresh makes new objects, and the list doesn't own them.
     QList<QObject *> made;
     const auto collect = [&] {
-        const QQmlListReference apps(&list, "apps");
-        for (int i = 0; i < apps.count(); ++i)
-            made.append(apps.at(i));
+        QQmlListProperty<AppInfo> apps = list.apps();
+        for (int i = 0; i < apps.count(&apps); ++i)
+            made.append(apps.at(&apps, i));
     };
     QObject::connect(&list, &AppInfoList::appsChanged, collect);
     list.refresh(true);
@@ -140,9 +140,9 @@ TESSALINE_FUZZ_TARGET(bytes)
         QCoreApplication::processEvents();
 
     bool local = false;
-    const QQmlListReference apps(&list, "apps");
-    for (int i = 0; i < apps.count(); ++i) {
-        auto *app = qobject_cast<AppInfo *>(apps.at(i));
+    QQmlListProperty<AppInfo> apps = list.apps();
+    for (int i = 0; i < apps.count(&apps); ++i) {
+        AppInfo *app = apps.at(&apps, i);
         readAllProperties(app);
         const QString id = app->itemId();
         if (id.contains(QLatin1Char('/')) || id == QLatin1String("..") || id == QLatin1String("."))

@@ -9,6 +9,16 @@
 
 #include <QQmlEngine>
 
+namespace {
+
+// Belongs to nobody, as what a portal reports.
+TessalineError *folderError(const QString &message, const QString &details)
+{
+    return new TessalineError(message, details, nullptr);
+}
+
+} // namespace
+
 /*!
     \qmltype ItemPackage
     \inqmlmodule Zemrik.Tessaline
@@ -193,14 +203,13 @@ bool ItemPackage::chooseFolder(const QStringList &tags, QDir &folder, QString &f
         if (staysInFolder(name))
             continue;
         qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Not a file name:" << name;
-        emit downloadError(new TessalineError(QStringLiteral("Not a file name:"), name, nullptr));
+        emit downloadError(folderError(QStringLiteral("Not a file name:"), name));
         return false;
     }
     folder = QDir(QDir(m_path).filePath(m_itemId));
     if (!FileUtility::mkpath(folder)) {
         qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Unable to create:" << folder;
-        emit downloadError(
-            new TessalineError(QStringLiteral("Error creating:"), folder.path(), nullptr));
+        emit downloadError(folderError(QStringLiteral("Error creating:"), folder.path()));
         return false;
     }
     return true;

@@ -18,6 +18,12 @@ namespace {
 const QLatin1String itemInfoFile("iteminfo.json");
 const QLatin1String thumbnailKey("thumbnail");
 
+// Belongs to nobody, as what a portal reports.
+TessalineError *nameError(const QString &name)
+{
+    return new TessalineError(QStringLiteral("Not a file name:"), name, nullptr);
+}
+
 } // namespace
 
 PortalPackageRequest::PortalPackageRequest(QObject *parent)
@@ -105,7 +111,7 @@ bool PortalPackageRequest::refuses(const QString &name)
     if (staysInFolder(name))
         return false;
     qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Not a file name:" << name;
-    emit error(new TessalineError(QStringLiteral("Not a file name:"), name, nullptr));
+    emit error(nameError(name));
     return true;
 }
 
