@@ -214,7 +214,7 @@ QExifValue ExifReader::text(const ExifIfdHeader &header)
 QExifValue ExifReader::undefined(const ExifIfdHeader &header)
 {
     const Items found = items(header);
-    if (found.data != header.field)
+    if (header.count > inlineSize)
         return QByteArray(reinterpret_cast<const char *>(found.data), found.count);
     const quint32 field = number<quint32>(header.field);
     return QByteArray(reinterpret_cast<const char *>(&field), found.count);

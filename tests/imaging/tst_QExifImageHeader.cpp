@@ -80,6 +80,8 @@ private slots:
     void fullDiskIsNoticed();
 
     void truncationAtEachByteIsHarmless();
+    void offsetOfAValuesOwnEntryIsHarmless_data();
+    void offsetOfAValuesOwnEntryIsHarmless();
     void damagedPicturesAreHarmless_data();
     void damagedPicturesAreHarmless();
     void hostileFieldsAreHarmless_data();
@@ -975,6 +977,30 @@ void tst_QExifImageHeader::truncationAtEachByteIsHarmless()
             loadBytes(&header, jpegWithExif(block).left(size));
         }
     }
+}
+
+void tst_QExifImageHeader::offsetOfAValuesOwnEntryIsHarmless_data()
+{
+    QTest::addColumn<int>("type");
+    for (const int type : {1, 2, 3, 4, 5, 7, 9, 10})
+        QTest::addRow("%d", type) << type;
+}
+
+// The value begins in the field that should say where it is.
+void tst_QExifImageHeader::offsetOfAValuesOwnEntryIsHarmless()
+{
+    QFETCH(int, type);
+    constexpr quint32 field = 8 + 2 + 8;
+    ExifBlock block;
+    block.u32(8).u16(1).entry(271, static_cast<quint32>(type), 1000, field).u32(0);
+    block.raw(QByteArray(30, 'x'));
+    Header header;
+    QVERIFY(readBytes(&header, block));
+    const QExifValue value = header.value(Header::Make);
+    QCOMPARE(value.type(), type);
+    QVERIFY(value.count() > 0 && value.count() <= 39); // 38 bytes, and a closing zero
+    if (type == QExifValue::Undefined)
+        QCOMPARE(value.toByteArray(), QByteArray("\x12\0\0\0\0\0\0\0", 8) + QByteArray(30, 'x'));
 }
 
 void tst_QExifImageHeader::damagedPicturesAreHarmless_data()
