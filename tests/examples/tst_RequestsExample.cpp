@@ -6,6 +6,7 @@
 
 #include <QClipboard>
 #include <QFile>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 // One sitting with the requests example: each test goes on where the one before it stopped.
@@ -40,6 +41,7 @@ private slots:
 private:
     void fill(const QString &objectName, const QString &text);
     void fillItem(QQuickItem *item, const QString &text);
+    void settle();
     void clickInForm(QQuickItem *item);
     void clickInForm(const QString &objectName) { clickInForm(m_window->item(objectName)); }
     QList<QQuickItem *> items(const QString &objectName) const;
@@ -85,10 +87,18 @@ void tst_RequestsExample::fillItem(QQuickItem *item, const QString &text)
     QCOMPARE(item->property("text").toString(), text);
 }
 
+// Layouts put their items where they belong before the next frame.
+void tst_RequestsExample::settle()
+{
+    QSignalSpy drawn(m_window->view(), &QQuickWindow::frameSwapped);
+    m_window->view()->update();
+    QVERIFY(drawn.wait());
+}
+
 // What lies below the fold is moved into sight first.
 void tst_RequestsExample::clickInForm(QQuickItem *item)
 {
-    m_window->picture(); // puts items where they belong
+    settle();
     QQuickItem *form = m_window->item("form");
     const qreal y = item->mapToItem(form, QPointF()).y();
     if (y < 0 || y + item->height() > form->height()) {
@@ -334,7 +344,7 @@ void tst_RequestsExample::redirectsAreShown()
     QCOMPARE(m_window->text("status"), QString("302 Found"));
     QTRY_VERIFY(m_window->item("redirect")->isVisible());
     QCOMPARE(m_window->text("redirect"), "Moved to " + location);
-    m_window->picture(); // puts the button where it belongs
+    settle();
     m_window->click("followButton");
     QTRY_COMPARE(m_window->text("status"), QString("200 OK"));
     QCOMPARE(received().path, path);
@@ -366,7 +376,7 @@ void tst_RequestsExample::certificateErrorsAreListed()
         QString("127.0.0.1, Zemrik, Tests, Munich, Bavaria, DE, test@zemrik.example, 4711, dq"));
     QCOMPARE(secure.requestCount(), 0);
 
-    m_window->picture();
+    settle();
     m_window->click("trustButton");
     QTRY_COMPARE(body(), QString("secret"));
     QVERIFY(m_window->item("ignored")->isVisible());
