@@ -84,17 +84,22 @@ Flickable {
     ListModel { id: fieldModel }
     ListModel { id: fileModel }
 
+    // Made when it is first wanted.
     Loader {
         id: chooser
 
         property int row: 0
 
+        function open(index) {
+            row = index;
+            active = true;
+            item.open();
+        }
+
         active: false
         sourceComponent: FileDialog {
             title: qsTr("Choose a file to upload")
             onAccepted: fileModel.setProperty(chooser.row, "value", Tessaline.resolvedPath(fileUrl))
-            Component.onCompleted: open()
-            onVisibleChanged: if (!visible) chooser.active = false
         }
     }
 
@@ -211,10 +216,7 @@ Flickable {
                     onNameEdited: model.name = text
                     onValueEdited: model.value = text
                     onRemoved: fileModel.remove(index)
-                    onChooseClicked: {
-                        chooser.row = index;
-                        chooser.active = true;
-                    }
+                    onChooseClicked: chooser.open(index)
                 }
             }
             RowLayout {
