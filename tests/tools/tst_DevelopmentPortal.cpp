@@ -40,6 +40,7 @@ private slots:
     void searchInPages();
     void searchErrors();
     void items();
+    void itemsOfARelativeFolder();
     void privateItemsNeedAToken();
     void noWayOutOfTheFolder_data();
     void noWayOutOfTheFolder();
@@ -430,6 +431,19 @@ void tst_DevelopmentPortal::items()
     QCOMPARE(portal.call(items + "none/data").status, 400);
     QCOMPARE(portal.call(items + "empty/data").status, 404);
     QCOMPARE(portal.call(items + "app/info/iteminfo.json").status, 404);
+}
+
+void tst_DevelopmentPortal::itemsOfARelativeFolder()
+{
+    DevelopmentPortal portal;
+    portal.addItem("one", {{"title", "One"}}, {{"data/sub/file.txt", "text"}});
+    QVERIFY2(portal.start({"--items", QDir::current().relativeFilePath(portal.path("items"))}),
+             qPrintable(portal.output()));
+    const DevelopmentPortal::Answer data =
+        portal.call("/sharing/rest/content/items/one/data", {{"token", portal.token()}});
+    QVERIFY2(data.status == 200, data.body.constData());
+    QVERIFY2(data.body.startsWith("PK"), data.body.constData());
+    QVERIFY(data.body.contains("sub/file.txt"));
 }
 
 void tst_DevelopmentPortal::privateItemsNeedAToken()

@@ -61,9 +61,9 @@ bool zipFolder(const QString &folder, const QString &archivePath)
     if (!archive)
         return false;
 
-    const QDir root(folder);
+    const QDir root(QFileInfo(folder).absoluteFilePath());
     QStringList names;
-    QDirIterator walk(folder, QDir::Files | QDir::NoSymLinks, QDirIterator::Subdirectories);
+    QDirIterator walk(root.path(), QDir::Files | QDir::NoSymLinks, QDirIterator::Subdirectories);
     while (walk.hasNext())
         names.append(root.relativeFilePath(walk.next()));
     names.sort(); // the same archive whatever order the disk has
