@@ -166,6 +166,39 @@ public:
         return picture.pixelColor(qFloor(point.x() * ratio), qFloor(point.y() * ratio));
     }
 
+    // A picture for the documentation, where scripts/pictures names its folder.
+    static void keepPicture(const QImage &picture, const QString &name)
+    {
+        const QString folder = QString::fromLocal8Bit(qgetenv("TESSALINE_PICTURES"));
+        if (!folder.isEmpty() && !picture.save(folder + "/" + name))
+            qWarning("Can't save %s", qPrintable(name));
+    }
+    // How far a colour stands out from another: 1 not at all, 21 black from white (WCAG 2).
+    static qreal contrast(const QColor &a, const QColor &b)
+    {
+        const auto luminance = [](const QColor &color) {
+            const auto linear = [](qreal value) {
+                return value <= 0.03928 ? value / 12.92 : qPow((value + 0.055) / 1.055, 2.4);
+            };
+            return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF())
+                   + 0.0722 * linear(color.blueF());
+        };
+        const qreal first = luminance(a);
+        const qreal second = luminance(b);
+        return (qMax(first, second) + 0.05) / (qMin(first, second) + 0.05);
+    }
+    // The best contrast that a pixel of the item has to the ground on which it lies.
+    static qreal contrastOf(const QQuickItem *item, const QImage &picture, const QColor &ground)
+    {
+        const QRect rect = rectOf(item).toAlignedRect();
+        qreal best = 1;
+        for (int y = rect.top(); y <= rect.bottom(); ++y) {
+            for (int x = rect.left(); x <= rect.right(); ++x)
+                best = qMax(best, contrast(pixel(picture, QPointF(x, y)), ground));
+        }
+        return best;
+    }
+
     // Video goes through a conversion that may round.
     static bool isNear(const QColor &a, const QColor &b)
     {

@@ -502,7 +502,7 @@ void tst_CameraProperties::gridGrowsSlowly()
     DialogStage::click(section(subject()));
     QTRY_COMPARE(view->height(), 120.0); // two rows of 60
     view->disconnect(this);
-    QVERIFY2(time.elapsed() >= 180, qPrintable(QString::number(time.elapsed())));
+    QVERIFY2(time.elapsed() >= 100, qPrintable(QString::number(time.elapsed())));
     QVERIFY(std::is_sorted(heights.begin(), heights.end()));
 }
 

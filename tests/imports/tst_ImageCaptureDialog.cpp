@@ -62,6 +62,9 @@ private slots:
     void escapeRejects();
     void returnTakesNothing();
     void bindingsFollowTheUrl();
+    void iconsStandOutFromAnyGround_data();
+    void iconsStandOutFromAnyGround();
+    void looksLikeACamera();
 
 private:
     // The document with the dialog and handlers that count.
@@ -341,7 +344,7 @@ void tst_ImageCaptureDialog::panelSlidesAndFadesIn()
     DialogStage::click(button("gear"));
     QTRY_VERIFY(panel->opacity() == 1 && panel->x() == 0);
     panel->disconnect(this);
-    QVERIFY2(time.elapsed() >= 180, qPrintable(QString::number(time.elapsed())));
+    QVERIFY2(time.elapsed() >= 100, qPrintable(QString::number(time.elapsed())));
     // How many steps there are is the machine's speed.
     QVERIFY(std::is_sorted(places.begin(), places.end()));
     QVERIFY(std::is_sorted(opacities.begin(), opacities.end()));
@@ -583,6 +586,54 @@ void tst_ImageCaptureDialog::bindingsFollowTheUrl()
     QCOMPARE(m_stage->root()->property("seen").toUrl(), property("imageUrl").toUrl());
     QVERIFY(!m_stage->root()->property("seen").toUrl().isEmpty());
     QVERIFY(QFile::remove(property("imagePath").toString()));
+}
+
+void tst_ImageCaptureDialog::iconsStandOutFromAnyGround_data()
+{
+    QTest::addColumn<QColor>("ground");
+    QTest::newRow("the dialog's own grey") << QColor("grey");
+    QTest::newRow("white") << QColor("white");
+    QTest::newRow("black") << QColor("black");
+    QTest::newRow("a green picture") << QColor(40, 90, 60);
+}
+
+void tst_ImageCaptureDialog::iconsStandOutFromAnyGround()
+{
+    QFETCH(QColor, ground);
+    QVERIFY(showDialog());
+    QVERIFY(m_stage->openDialog());
+    m_stage->insideSubject("camera.stop()");
+    item("dialogItem")->setProperty("color", ground);
+    // Without frames the ground shows everywhere.
+    item("videoOutput")->setProperty("source", QVariant());
+    for (const char *name : {"close", "gear", "camera"}) {
+        QQuickItem *icon = button(name);
+        QTRY_COMPARE(DialogStage::pixel(m_stage->dialogWindow()->grabWindow(),
+                                        DialogStage::rectOf(icon).topLeft() - QPointF(2, 0)),
+                     ground);
+        QTRY_VERIFY2(DialogStage::contrastOf(icon, m_stage->dialogWindow()->grabWindow(), ground)
+                         >= 3.0,
+                     name);
+    }
+}
+
+void tst_ImageCaptureDialog::looksLikeACamera()
+{
+    QVERIFY(showOpenDialog());
+    QTest::mouseMove(m_stage->dialogWindow(), QPoint(300, 200));
+    DialogStage::click(button("gear"));
+    QQuickItem *panel = item("cameraPropertiesPanel");
+    QTRY_VERIFY(panel->opacity() == 1 && panel->x() == 0);
+    QQuickItem *balance = DialogStage::itemsOf(panel, "CameraPropertyChooser").at(1);
+    balance->setProperty("expanded", true);
+    QQuickItem *grid = DialogStage::itemsOf(balance, "QQuickGridView").first();
+    QTRY_COMPARE(grid->height(), 3 * balance->property("itemHeight").toReal());
+    // The panel lets the picture through: video on both sides of its edge, darker on the left.
+    const QImage picture = m_stage->dialogWindow()->grabWindow();
+    QCOMPARE(picture.size(), QSize(760, 570));
+    QVERIFY(DialogStage::pixel(picture, QPointF(panel->width() - 2, 500))
+            != DialogStage::pixel(picture, QPointF(panel->width() + 2, 500)));
+    DialogStage::keepPicture(picture, "image-capture-dialog.png");
 }
 
 TESSALINE_INPUT_TEST_MAIN(tst_ImageCaptureDialog)

@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QPainter>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTimer>
@@ -11,6 +12,30 @@ namespace {
 
 const int okButton = 0x400;
 const int cancelButton = 0x400000;
+
+// A landscape under a sky, another for each number.
+bool paintLandscape(const QString &path, int number)
+{
+    const QSize size = number % 3 == 2 ? QSize(450, 600) : QSize(800, 600);
+    QImage image(size, QImage::Format_RGB32);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    QLinearGradient sky(0, 0, 0, size.height());
+    sky.setColorAt(0, QColor::fromHsv((200 + number * 47) % 360, 130, 225));
+    sky.setColorAt(1, QColor::fromHsv((40 + number * 23) % 360, 60, 250));
+    painter.fillRect(image.rect(), sky);
+    painter.setBrush(QColor(255, 240, 200));
+    painter.drawEllipse(QPointF(size.width() * (0.2 + 0.15 * (number % 5)), 140), 46, 46);
+    for (int hill = 0; hill < 3; ++hill) {
+        painter.setBrush(QColor::fromHsv((120 + number * 29) % 360, 90, 150 - hill * 40));
+        painter.drawEllipse(QPointF(size.width() * (0.1 + 0.4 * ((hill + number) % 3)),
+                                    size.height() + 60 + hill * 40),
+                            size.width() * 0.6, 330 - hill * 60);
+    }
+    painter.end();
+    return QDir().mkpath(QFileInfo(path).path()) && image.save(path);
+}
 
 bool paint(const QString &path, const QColor &color, const QSize &size = QSize(60, 40))
 {
@@ -70,6 +95,11 @@ private slots:
     void arrowKeysSelect();
     void bindingsFollowTheSelection();
     void manyPicturesDontFreeze();
+    void longFoldersShowWhereTheViewStands();
+    void iconsStandOutFromAnyGround_data();
+    void iconsStandOutFromAnyGround();
+    void thumbnailsHaveThePixelsOfTheScreen();
+    void looksLikeABrowser();
 
 private:
     bool showDialog(const QString &properties = QString(), const QString &root = QString("Item"))
@@ -654,6 +684,87 @@ void tst_ImageChooserDialog::manyPicturesDontFreeze()
     // The stage keeps what is logged.
     printf("INFO   : longest gap of the event loop: %lld ms\n", static_cast<long long>(longest));
     QVERIFY2(longest < 500, qPrintable(QString("%1 ms").arg(longest)));
+}
+
+void tst_ImageChooserDialog::longFoldersShowWhereTheViewStands()
+{
+    QVERIFY(showOpenDialog(QString(), m_pictures + "/Holidays"));
+    QQuickItem *mark = view()->parentItem()->childItems().at(1);
+    QVERIFY(!mark->isVisible());
+    const QString many = QDir::homePath() + "/some";
+    QVERIFY(paint(many + "/00.jpg", Qt::gray));
+    for (int i = 1; i < 60; ++i)
+        QVERIFY(QFile::copy(many + "/00.jpg",
+                            QString("%1/%2.jpg").arg(many).arg(i, 2, 10, QChar('0'))));
+    setFolder(many);
+    QTRY_VERIFY(mark->isVisible());
+    QCOMPARE(mark->y(), view()->y());
+    QVERIFY(mark->x() >= view()->x() + view()->width());
+    // The view only guesses its height until it has made the last row.
+    QTRY_VERIFY(
+        m_stage->insideSubject("imagesView.positionViewAtEnd(), imagesView.atYEnd").toBool());
+    QTRY_COMPARE(qRound(mark->y() + mark->height()), qRound(view()->y() + view()->height()));
+}
+
+void tst_ImageChooserDialog::iconsStandOutFromAnyGround_data()
+{
+    QTest::addColumn<QString>("ground");
+    QTest::newRow("light window") << "#efefef";
+    QTest::newRow("dark window") << "#2d2d2d";
+    QTest::newRow("highlight") << "lightsteelblue";
+}
+
+void tst_ImageChooserDialog::iconsStandOutFromAnyGround()
+{
+    QFETCH(QString, ground);
+    const QString images = "qrc:/imports/Zemrik/Tessaline/Dialogs/images/";
+    for (const char *name : {"folder", "folder-picture", "folder-arrow_up", "folder_open",
+                             "folder_open-picture", "folder_open-arrow_up"}) {
+        QVERIFY(m_stage->show(
+            QString("Rectangle { id: theSubject; anchors.fill: parent; color: \"%1\"\n"
+                    "Image { width: 32; height: 32; source: \"%2%3.png\" } }")
+                .arg(ground, images, name)));
+        auto *subject = qobject_cast<QQuickItem *>(m_stage->subject());
+        QQuickItem *icon = DialogStage::itemsOf(subject, "QQuickImage").first();
+        QTRY_VERIFY2(DialogStage::contrastOf(icon, m_stage->window()->grabWindow(), QColor(ground))
+                         >= 3.0,
+                     name);
+    }
+}
+
+void tst_ImageChooserDialog::thumbnailsHaveThePixelsOfTheScreen()
+{
+    QVERIFY(paint(m_pictures + "/Large/photo.jpg", Qt::darkGreen, QSize(1600, 1200)));
+    QVERIFY(showOpenDialog(QString(), m_pictures + "/Large"));
+    const qreal pixels = scale() * 130 * m_stage->dialogWindow()->devicePixelRatio();
+    QTRY_COMPARE(imageOf("photo.jpg")->property("status").toInt(), 1);
+    // Neither the whole photograph in memory nor less than is shown.
+    const QSize loaded = imageOf("photo.jpg")->property("sourceSize").toSize();
+    QCOMPARE(loaded, QSize(int(pixels), int(pixels)));
+    // The shorter side fills the cell.
+    QVERIFY(qAbs(imageOf("photo.jpg")->implicitHeight() - pixels) <= 1);
+    QVERIFY(imageOf("photo.jpg")->implicitWidth() < pixels * 1.4);
+    QVERIFY(QDir(m_pictures + "/Large").removeRecursively());
+}
+
+void tst_ImageChooserDialog::looksLikeABrowser()
+{
+    const QString folder = m_pictures + "/Survey";
+    const QStringList names{"bridge.jpg", "coast.jpg", "farm.jpg",
+                            "lake.jpg",   "ridge.jpg", "valley.jpg"};
+    for (int i = 0; i < names.size(); ++i)
+        QVERIFY(paintLandscape(folder + "/" + names.at(i), i));
+    QVERIFY(QDir(folder).mkpath("March") && QDir(folder).mkpath("April"));
+    QVERIFY(showOpenDialog(QString(), folder));
+    DialogStage::click(cell("coast.jpg"));
+    for (const QString &name : names)
+        QTRY_COMPARE(imageOf(name)->property("status").toInt(), 1);
+    auto *highlight = view()->property("highlightItem").value<QQuickItem *>();
+    QTRY_COMPARE(highlight->position(), cell("coast.jpg")->position());
+    const QImage picture = m_stage->dialogWindow()->grabWindow();
+    QCOMPARE(picture.size(), QSize(720, 540));
+    DialogStage::keepPicture(picture, "image-chooser-dialog.png");
+    QVERIFY(QDir(folder).removeRecursively());
 }
 
 TESSALINE_INPUT_TEST_MAIN(tst_ImageChooserDialog)

@@ -39,19 +39,27 @@ Column {
         Row {
             anchors.fill: parent
             spacing: 8
+            // The icon leads, on the side where the headline begins.
+            layoutDirection: labelText.effectiveHorizontalAlignment === Text.AlignRight ? Qt.RightToLeft
+                                                                                        : Qt.LeftToRight
 
             Image {
+                id: currentIcon
+
                 width: height
                 height: parent.height
                 source: propertyItem.currentItem ? propertyItem.currentItem.icon : ""
                 fillMode: Image.PreserveAspectFit
+                mipmap: true
             }
 
             Text {
-                width: parent.width - x
+                width: parent.width - currentIcon.width - parent.spacing
                 height: parent.height
                 text: propertyItem.currentItem ? propertyItem.currentItem.label : ""
                 color: "white"
+                style: Text.Sunken
+                styleColor: "black"
                 font.pointSize: 12
                 elide: Text.ElideRight
                 verticalAlignment: Text.AlignVCenter
@@ -103,6 +111,7 @@ Column {
                     height: parent.height - cellLabel.height
                     source: icon
                     fillMode: Image.PreserveAspectFit
+                    mipmap: true
                 }
 
                 Text {

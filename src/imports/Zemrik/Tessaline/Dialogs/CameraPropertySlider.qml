@@ -6,6 +6,8 @@ Column {
     property alias value: slider.value
     property alias label: section.text
 
+    spacing: 4
+
     CameraPropertySection {
         id: section
 

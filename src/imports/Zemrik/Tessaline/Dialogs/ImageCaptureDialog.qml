@@ -15,8 +15,37 @@
     }
     \endqml
 
-    The picture that is taken ends the dialog at once. The camera is loaded only while the dialog is
-    visible.
+    The picture that is taken ends the dialog at once, as accepted. The camera is loaded only while the
+    dialog is visible. It is a Dialog of QtQuick.Dialogs 1.2, as large as the parent of the document's
+    root times sizeRatio, or 600 by 400 without one.
+*/
+
+/*!
+    \qmlproperty string ImageCaptureDialog::capturePath
+    The folder of new pictures, which must exist. The user's folder of pictures by default. A picture
+    is named after the time: \c{IMG-yyyyMMdd-HHmmss.jpg}.
+*/
+
+/*!
+    \qmlproperty string ImageCaptureDialog::imagePath
+    The picture that was saved last; empty before the first.
+*/
+
+/*!
+    \qmlproperty url ImageCaptureDialog::imageUrl
+    The same as a URL. It stays as it was if the dialog is cancelled.
+*/
+
+/*!
+    \qmlproperty bool ImageCaptureDialog::fullScreen
+    \readonly
+    True on Android.
+*/
+
+/*!
+    \qmlproperty real ImageCaptureDialog::sizeRatio
+    \readonly
+    The share of the parent's size: 1 where fullScreen is true, otherwise 0.95.
 */
 import QtQuick 2.3
 import QtQuick.Controls 1.2
@@ -28,9 +57,8 @@ import Zemrik.Tessaline.Controls 1.0
 Dialog {
     id: dialog
 
-    // Folder of new pictures.
     property string capturePath: Tessaline.standardPaths.writableLocation(StandardPaths.PicturesLocation)
-    property string imagePath    // set when a picture is saved
+    property string imagePath
     property url imageUrl
     readonly property bool fullScreen: Qt.platform.os === "android"
     readonly property real sizeRatio: fullScreen ? 1 : 0.95

@@ -15,18 +15,60 @@
     }
     \endqml
 
-    A click selects, a double click opens a folder or takes a picture. imagePath and imageUrl keep the
-    last selection, also after cancelling.
+    A click or an arrow key selects, a double click opens a folder or takes a picture. While a folder is
+    selected the dialog can't be accepted. It begins in the user's folder of pictures, stays where the
+    user leaves it, and reads the folder each time it opens. It is a Dialog of QtQuick.Dialogs 1.2, as
+    large as the parent of the document's root times sizeRatio, or 600 by 400 without one.
+*/
+
+/*!
+    \qmlproperty bool ImageChooserDialog::showFolders
+    Whether subfolders and the way up are listed; true by default.
+*/
+
+/*!
+    \qmlproperty var ImageChooserDialog::filter
+    The name patterns of the pictures, \c{[ "*.jpg", "*.png" ]} by default.
+*/
+
+/*!
+    \qmlproperty string ImageChooserDialog::imagePath
+    The picture that was selected last, also after cancelling.
+*/
+
+/*!
+    \qmlproperty url ImageChooserDialog::imageUrl
+    The same as a URL.
+*/
+
+/*!
+    \qmlproperty bool ImageChooserDialog::fullScreen
+    \readonly
+    True on Android.
+*/
+
+/*!
+    \qmlproperty real ImageChooserDialog::sizeRatio
+    \readonly
+    The share of the parent's size: 0.98 where fullScreen is true, otherwise 0.9.
+*/
+
+/*!
+    \qmlproperty bool ImageChooserDialog::osFrame
+    \readonly
+    Whether the system draws the dialog's frame: where it isn't application-modal, and on Android and
+    iOS.
 */
 import QtQuick 2.3
 import QtQuick.Controls 1.2
 import QtQuick.Dialogs 1.2
+import QtQuick.Window 2.2
 import Zemrik.Tessaline 1.0
 
 Dialog {
     id: dialog
 
-    property bool showFolders: true             // list subfolders and the way up
+    property bool showFolders: true
     property var filter: [ "*.jpg", "*.png" ]
     property string imagePath
     property url imageUrl
@@ -74,6 +116,21 @@ Dialog {
 
             onCurrentIndexChanged: _select()
         }
+
+        // Where the view stands in a long folder, in its right margin.
+        Rectangle {
+            anchors { left: imagesView.right; leftMargin: 3 }
+            y: imagesView.y + imagesView.visibleArea.yPosition * imagesView.height
+            width: 4
+            height: Math.max(20, imagesView.visibleArea.heightRatio * imagesView.height)
+            radius: 2
+            color: "grey"
+            visible: imagesView.visibleArea.heightRatio < 1
+        }
+    }
+
+    SystemPalette {
+        id: systemPalette
     }
 
     FileFolder {
@@ -119,7 +176,10 @@ Dialog {
                     fillMode: Image.PreserveAspectFit
                     asynchronous: true
                     // As many pixels as the cell shows: a folder of photos stays light.
-                    sourceSize { width: imagesView.cellWidth; height: imagesView.cellWidth }
+                    sourceSize {
+                        width: imagesView.cellWidth * Screen.devicePixelRatio
+                        height: imagesView.cellWidth * Screen.devicePixelRatio
+                    }
                     source: !imageItem.isSubFolder ? imagesFolder.fileUrl(modelData)
                           : imageItem.subFolderName > "" ? "images/folder_open.png"
                           : "images/folder_open-arrow_up.png"
@@ -129,9 +189,10 @@ Dialog {
             Text {
                 anchors {
                     left: parent.left; right: parent.right; top: imageFrame.bottom; bottom: parent.bottom
-                    leftMargin: 5; rightMargin: 5
+                    leftMargin: 2; rightMargin: 2
                 }
                 text: imageItem.isSubFolder ? imageItem.subFolderName : modelData
+                color: imageItem.GridView.isCurrentItem ? "black" : systemPalette.windowText
                 textFormat: Text.PlainText
                 visible: text > ""
                 font.pointSize: 12
