@@ -35,6 +35,16 @@ public:
     QQmlEngine *engine() { return &m_engine; }
     QQuickWindow *window() const { return m_window; }
 
+    // Shows an item that was made elsewhere; it becomes the root.
+    bool showRoot(QObject *object)
+    {
+        m_root.reset(object);
+        m_window = qobject_cast<QQuickWindow *>(object);
+        if (!m_window)
+            showItem(qobject_cast<QQuickItem *>(object));
+        m_window->show();
+        return QTest::qWaitForWindowExposed(m_window);
+    }
     // A document whose root is an item (shown in a view) or a window of its own, 800 x 600. `body`
     // goes into the root; with an id "subject" it is what subject() gives.
     bool show(const QString &body, const QString &root = QStringLiteral("Item"))
@@ -47,12 +57,7 @@ public:
             qWarning("%s", qPrintable(component.errorString()));
             return false;
         }
-        m_root.reset(object);
-        m_window = qobject_cast<QQuickWindow *>(object);
-        if (!m_window)
-            showItem(qobject_cast<QQuickItem *>(object));
-        m_window->show();
-        return QTest::qWaitForWindowExposed(m_window);
+        return showRoot(object);
     }
     void close()
     {

@@ -17,6 +17,8 @@ private slots:
     void cleanup();
     void cleanupTestCase();
 
+    void helpersAreNotExported_data();
+    void helpersAreNotExported();
     void rowsStandInTheirOrder();
     void withoutACameraItSaysSo();
     void withoutACameraEverythingIsHarmless();
@@ -113,12 +115,13 @@ private:
     static bool expand(QQuickItem *chooser)
     {
         DialogStage::click(section(chooser));
-        return QTest::qWaitFor([chooser] {
-            const qreal full = DialogStage::evaluate(
-                                   grid(chooser), "Math.ceil(model.count / columns) * itemHeight")
-                                   .toReal();
-            return full > 0 && grid(chooser)->height() == full;
+        const bool grown = QTest::qWaitFor([chooser] {
+            const QString full = "Math.ceil(model.count / columns) * itemHeight";
+            const qreal height = DialogStage::evaluate(grid(chooser), full).toReal();
+            return height > 0 && grid(chooser)->height() == height;
         });
+        chooser->window()->grabWindow(); // everything stands in its place now
+        return grown;
     }
     QColor ground()
     {
@@ -152,6 +155,27 @@ void tst_CameraProperties::cleanup()
 void tst_CameraProperties::cleanupTestCase()
 {
     m_stage.reset();
+}
+
+void tst_CameraProperties::helpersAreNotExported_data()
+{
+    QTest::addColumn<QString>("type");
+    for (const char *type : {"CameraProperties", "CameraPropertyChooser", "CameraPropertySection",
+                             "CameraPropertySlider", "CameraPropertyText", "CameraComboBox"})
+        QTest::newRow(type) << type;
+}
+
+void tst_CameraProperties::helpersAreNotExported()
+{
+    QFETCH(QString, type);
+    QQmlComponent component(m_stage->engine());
+    component.setData(QString("import QtQuick 2.15\nimport Zemrik.Tessaline 1.0\n"
+                              "import Zemrik.Tessaline.Dialogs 1.0\n%1 {}")
+                          .arg(type)
+                          .toUtf8(),
+                      QUrl("file:///stage.qml"));
+    QVERIFY2(component.errorString().contains(type + " is not a type"),
+             qPrintable(component.errorString()));
 }
 
 void tst_CameraProperties::rowsStandInTheirOrder()

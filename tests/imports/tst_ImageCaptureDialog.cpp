@@ -65,6 +65,7 @@ private slots:
     void iconsStandOutFromAnyGround_data();
     void iconsStandOutFromAnyGround();
     void looksLikeACamera();
+    void exampleOfTheDocumentationRuns();
 
 private:
     // The document with the dialog and handlers that count.
@@ -634,6 +635,43 @@ void tst_ImageCaptureDialog::looksLikeACamera()
     QVERIFY(DialogStage::pixel(picture, QPointF(panel->width() - 2, 500))
             != DialogStage::pixel(picture, QPointF(panel->width() + 2, 500)));
     DialogStage::keepPicture(picture, "image-capture-dialog.png");
+}
+
+void tst_ImageCaptureDialog::exampleOfTheDocumentationRuns()
+{
+    const QString source = QString::fromLocal8Bit(qgetenv("TESSALINE_SOURCE_DIR"));
+    QFile file(source + "/docs/camera-and-chooser.md");
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString example =
+        QString::fromUtf8(file.readAll()).section("```qml\n", 1, 1).section("```", 0, 0);
+    QQmlComponent component(m_stage->engine());
+    component.setData(example.toUtf8(), QUrl("file:///tmp/example/main.qml"));
+    QObject *root = component.create();
+    QVERIFY2(root, qPrintable(component.errorString()));
+    QVERIFY(m_stage->showRoot(root));
+
+    const auto press = [this](const QString &text) {
+        for (QQuickItem *button :
+             DialogStage::itemsOf(m_stage->window()->contentItem(), "Button")) {
+            if (button->property("text").toString() == text)
+                DialogStage::click(button);
+        }
+    };
+    QObject *camera = DialogStage::evaluate(root->children().first(), "camera").value<QObject *>();
+    QVERIFY(camera);
+    press("Take a picture");
+    QTRY_VERIFY(camera->property("visible").toBool());
+    QTRY_VERIFY(DialogStage::inside(camera, "camera.imageCapture.ready").toBool());
+    DialogStage::inside(camera, "dialogItem.capture()");
+    QTRY_VERIFY(!camera->property("visible").toBool());
+    QVERIFY(QFile::exists(camera->property("imagePath").toString()));
+
+    QObject *chooser =
+        DialogStage::evaluate(root->children().first(), "chooser").value<QObject *>();
+    press("Choose a picture");
+    QTRY_VERIFY(chooser->property("visible").toBool());
+    QTRY_COMPARE(chooser->property("imageUrl"), camera->property("imageUrl"));
+    QVERIFY(QFile::remove(camera->property("imagePath").toString()));
 }
 
 TESSALINE_INPUT_TEST_MAIN(tst_ImageCaptureDialog)
