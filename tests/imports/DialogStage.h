@@ -101,12 +101,18 @@ public:
     // Opens the dialog as a window manager would: drawn, and with the keyboard.
     bool openDialog()
     {
+        // First the document: without a window manager the X server gives the keyboard back late,
+        // and would take it from the dialog.
+        m_window->requestActivate();
+        if (!QTest::qWaitForWindowActive(m_window))
+            return false;
         QMetaObject::invokeMethod(subject(), "open");
         QQuickWindow *dialog = dialogWindow();
         if (!dialog || !QTest::qWaitForWindowExposed(dialog))
             return false;
         dialog->requestActivate();
-        return QTest::qWaitForWindowActive(dialog);
+        return QTest::qWaitForWindowActive(dialog)
+               && QTest::qWaitFor([dialog] { return dialog->activeFocusItem() != nullptr; });
     }
 
     // Descendants, in the order in which they lie.
