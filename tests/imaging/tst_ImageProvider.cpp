@@ -391,7 +391,7 @@ void tst_ImageProvider::picturesAreWholeWhileTheyChange()
     };
     std::thread first(read);
     std::thread second(read);
-    for (int i = 0; i < 400 || requests < 400; ++i) {
+    for (int i = 0; i < 2000 || requests < 2000; ++i) {
         object.fill(QColor(i % 256, 0, 0));
         object.invertPixels();
         object.setImage(filled(QColor(0, i % 256, 0), 100 + i % 50, 50));
