@@ -19,6 +19,7 @@
 #include <QSslError>
 #include <QUrlQuery>
 
+#include <limits>
 #include <utility>
 
 namespace {
@@ -1220,7 +1221,9 @@ void NetworkRequest::updateProgress()
         return;
     const qint64 elapsed = m_startTime.msecsTo(QDateTime::currentDateTimeUtc());
     if (elapsed > 9) {
-        m_estimatedEndTime = m_startTime.addMSecs(elapsed * m_bytesTotal / m_bytesReceived);
+        // A server may announce any length, and then there is no saying when it ends.
+        if (m_bytesTotal < std::numeric_limits<qint64>::max() / elapsed)
+            m_estimatedEndTime = m_startTime.addMSecs(elapsed * m_bytesTotal / m_bytesReceived);
         m_percentComplete = double(m_bytesReceived) * 100.0 / double(m_bytesTotal);
     }
     setProgress(double(m_bytesReceived) * 0.5 / double(m_bytesTotal) + 0.5);

@@ -56,6 +56,8 @@ private slots:
     void progressRisesFromOneHalf();
     void answerWithoutLengthShowsNoProgressUntilItsEnd();
     void answerOfTwoBytesHasProgress();
+    void hugeLengthIsTakenAsItIsTold();
+    void plainBodyShowsNoProgressOfItsUpload();
 
     void redirectIsFollowedAsAPlainGet_data();
     void redirectIsFollowedAsAPlainGet();
@@ -591,6 +593,42 @@ void tst_NetworkRequestAnswer::answerOfTwoBytesHasProgress()
     timer.start();
     QTRY_VERIFY(timer.elapsed() > 15);
     server.sendMore("b");
+    QVERIFY(finish(request));
+    QCOMPARE(request.progress(), 1.0);
+}
+
+void tst_NetworkRequestAnswer::hugeLengthIsTakenAsItIsTold()
+{
+    // The estimate multiplies it by the time that went by.
+    RawServer server;
+    NetworkRequest request;
+    request.setUrl(server.url());
+    request.send();
+    QElapsedTimer timer;
+    timer.start();
+    QTRY_COMPARE(server.requests().size(), 1);
+    QTRY_VERIFY(timer.elapsed() > 15);
+    server.sendMore("HTTP/1.1 200 OK\r\nContent-Length: 9223372036854775807\r\n\r\nab");
+    QTRY_COMPARE(request.responseText(), QString("ab"));
+    QCOMPARE(request.progress(), 0.5);
+    server.end(RawServer::Close);
+    QVERIFY(finish(request));
+    QVERIFY(request.errorCode() != 0);
+    QCOMPARE(request.response(), QVariant("ab"));
+}
+
+void tst_NetworkRequestAnswer::plainBodyShowsNoProgressOfItsUpload()
+{
+    RawServer server;
+    NetworkRequest request;
+    request.open("POST", server.url());
+    QSignalSpy changed(&request, &NetworkRequest::progressChanged);
+    request.send(QVariant(QString(2000000, 'x')));
+    QCOMPARE(changed.count(), 1); // that of the beginning
+    QTRY_COMPARE(server.requests().size(), 1);
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(request.progress(), 0.0);
+    server.sendMore(RawServer::ok("thanks"));
     QVERIFY(finish(request));
     QCOMPARE(request.progress(), 1.0);
 }
