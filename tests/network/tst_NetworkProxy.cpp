@@ -204,7 +204,14 @@ void tst_NetworkProxy::systemProxyIsTakenOver()
     QCOMPARE(QNetworkProxy::applicationProxy().hostName(), QString("system.example"));
     QVERIFY(!QNetworkProxyFactory::usesSystemConfiguration());
     // The function alone, then the proxy, then its URL.
-    QCOMPARE(log.count(QtDebugMsg, network, "void NetworkProxy::setSystemProxy()"), 3);
+    const QList<LogCapture::Message> messages = log.messages();
+    const QString function("void NetworkProxy::setSystemProxy()");
+    QCOMPARE(log.count(QtDebugMsg, network, function), 3);
+    QCOMPARE(messages.at(0).text, function);
+    QVERIFY2(messages.at(1).text.startsWith(function + " HttpProxy "),
+             qPrintable(messages.at(1).text));
+    QVERIFY(messages.at(1).text.contains("system.example"));
+    QCOMPARE(messages.at(2).text, function + " QUrl(\"http://user@system.example:3128\")");
 }
 
 void tst_NetworkProxy::systemProxyOfAnotherTypeIsSkipped()

@@ -9,6 +9,7 @@
 
 #include <QBuffer>
 #include <QJSEngine>
+#include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QQmlEngine>
@@ -51,6 +52,8 @@ private slots:
     void nullSendsAnEmptyBody();
     void textIsSentAsUtf8();
     void scriptObjectIsSentLikeAMap();
+    void whateverConvertsToAMapIsSentLikeOne_data();
+    void whateverConvertsToAMapIsSentLikeOne();
     void mapBecomesAQuery_data();
     void mapBecomesAQuery();
     void mapBecomesAForm_data();
@@ -69,6 +72,7 @@ private slots:
 
     void requestWithoutAManagerMakesOne();
     void requestOfAnEngineTakesItsManager();
+    void eachEngineHasAManagerOfItsOwn();
     void managerOfTheOwnerIsUsed();
     void managerIsConnectedAndDisconnected();
     void managersNewsIsLogged();
@@ -374,16 +378,20 @@ void tst_NetworkRequest::sendKeepsTheBody()
 void tst_NetworkRequest::valueThatIsNoBodySendsNothing_data()
 {
     QTest::addColumn<QVariant>("body");
-    QTest::newRow("number") << QVariant(1);
-    QTest::newRow("bool") << QVariant(true);
-    QTest::newRow("bytes") << QVariant(QByteArray("bytes"));
-    QTest::newRow("list of texts") << QVariant(QStringList{"a"});
-    QTest::newRow("date") << QVariant(QDateTime::currentDateTime());
+    QTest::addColumn<QString>("logged");
+    QTest::newRow("number") << QVariant(1) << "QVariant(int, 1)";
+    QTest::newRow("bool") << QVariant(true) << "QVariant(bool, true)";
+    QTest::newRow("bytes") << QVariant(QByteArray("bytes")) << "QVariant(QByteArray, \"bytes\")";
+    QTest::newRow("list") << QVariant(QVariantList{1}) << "QVariant(QVariantList, ";
+    QTest::newRow("list of texts") << QVariant(QStringList{"a"}) << "QVariant(QStringList, ";
+    QTest::newRow("date") << QVariant(QDateTime::currentDateTime()) << "QVariant(QDateTime, ";
+    QTest::newRow("URL") << QVariant(QUrl("http://a/")) << "QVariant(QUrl, ";
 }
 
 void tst_NetworkRequest::valueThatIsNoBodySendsNothing()
 {
     QFETCH(QVariant, body);
+    QFETCH(QString, logged);
     const HttpServer server;
     NetworkRequest request;
     request.setUrl(server.url("/echo"));
@@ -395,7 +403,8 @@ void tst_NetworkRequest::valueThatIsNoBodySendsNothing()
     QCOMPARE(recorder.names(), QStringList({"requestBodyChanged"}));
     QCOMPARE(log.count(QtWarningMsg, network, "void NetworkRequest::send(const QVariant&) TODO"),
              1);
-    QCOMPARE(log.count(QtWarningMsg, network, "void NetworkRequest::send(const QVariant&) body:"),
+    QCOMPARE(log.count(QtWarningMsg, network,
+                       "void NetworkRequest::send(const QVariant&) body: " + logged),
              1);
     QCOMPARE(log.count(QtWarningMsg), 2);
     QCOMPARE(request.readyState(), NetworkRequest::ReadyStateInitialized);
@@ -422,13 +431,14 @@ void tst_NetworkRequest::nullSendsAnEmptyBody()
     server.answer(RawServer::ok("x"));
     NetworkRequest request;
     request.open("POST", server.url());
-    for (const QVariant &body : {QVariant(), QVariant::fromValue(nullptr), QVariant(QString())}) {
+    for (const QVariant &body : {QVariant(), QVariant::fromValue(nullptr), QVariant(QString()),
+                                 QVariant(QVariant::Int), QVariant(QByteArray())}) {
         request.send(body);
         QVERIFY(finish(request));
         QCOMPARE(RawServer::bodyPart(server.lastRequest()), QByteArray());
         QCOMPARE(RawServer::header(server.lastRequest(), "Content-Length"), QByteArray("0"));
     }
-    QCOMPARE(server.requests().size(), 3);
+    QCOMPARE(server.requests().size(), 5);
 }
 
 void tst_NetworkRequest::textIsSentAsUtf8()
@@ -454,6 +464,24 @@ void tst_NetworkRequest::scriptObjectIsSentLikeAMap()
     request.send(QVariant::fromValue(object));
     QVERIFY(finish(request));
     QCOMPARE(server.lastRequest().body, QByteArray("a=x y&b=2&c=true&d=1.5&e"));
+}
+
+void tst_NetworkRequest::whateverConvertsToAMapIsSentLikeOne_data()
+{
+    QTest::addColumn<QVariant>("body");
+    QTest::newRow("hash") << QVariant(QVariantHash{{"b", 2}, {"a", "x"}});
+    QTest::newRow("JSON object") << QVariant(QJsonObject{{"b", 2}, {"a", "x"}});
+}
+
+void tst_NetworkRequest::whateverConvertsToAMapIsSentLikeOne()
+{
+    QFETCH(QVariant, body);
+    HttpServer server;
+    NetworkRequest request;
+    request.open("POST", server.url("/echo"));
+    request.send(body);
+    QVERIFY(finish(request));
+    QCOMPARE(server.lastRequest().body, QByteArray("a=x&b=2"));
 }
 
 void tst_NetworkRequest::mapBecomesAQuery_data()
@@ -732,6 +760,18 @@ void tst_NetworkRequest::requestOfAnEngineTakesItsManager()
     QVERIFY(!request.networkAccessManager());
     request.componentComplete();
     QCOMPARE(request.networkAccessManager(), engine.networkAccessManager());
+}
+
+void tst_NetworkRequest::eachEngineHasAManagerOfItsOwn()
+{
+    QQmlEngine engines[2];
+    NetworkRequest requests[2];
+    for (int i = 0; i < 2; ++i) {
+        QQmlEngine::setContextForObject(&requests[i], engines[i].rootContext());
+        requests[i].componentComplete();
+        QCOMPARE(requests[i].networkAccessManager(), engines[i].networkAccessManager());
+    }
+    QVERIFY(requests[0].networkAccessManager() != requests[1].networkAccessManager());
 }
 
 void tst_NetworkRequest::managerOfTheOwnerIsUsed()

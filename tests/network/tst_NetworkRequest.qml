@@ -7,6 +7,7 @@ TestCase {
     name: "NetworkRequest"
 
     property int count: 0   // of handlers that were called
+    property url address: "http://a/"
 
     Component {
         id: requestComponent
@@ -190,6 +191,12 @@ TestCase {
             { tag: "numbers", send: request => request.send({ a: 1.5, b: -3, c: 1e21 }),
               body: "a=1.5&b=-3&c=1e+21" },
             { tag: "empty object", send: request => request.send({}), body: "" },
+            { tag: "object with nothing in it", send: request => request.send({ a: undefined,
+              b: null, c: "" }), body: "a&b&c" },
+            { tag: "what a property holds", send: request => {
+                  request.headers["X-A"] = "a";
+                  request.send(request.headers.json);
+              }, body: "X-A=a" },
         ];
     }
 
@@ -206,6 +213,10 @@ TestCase {
             { tag: "number", value: 1 },
             { tag: "bool", value: true },
             { tag: "byte array", value: new ArrayBuffer(3) },
+            { tag: "date", value: new Date() },
+            { tag: "url", value: testCase.address },
+            { tag: "point", value: Qt.point(1, 2) },
+            { tag: "object of a type", value: testCase },
         ];
     }
 

@@ -4,6 +4,7 @@
 #include "support/LogCapture.h"
 #include "support/RawServer.h"
 
+#include <QAuthenticator>
 #include <QNetworkAccessManager>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -26,6 +27,7 @@ private slots:
     void differentCredentialsOnOneManagerDoNotLoop();
     void everyRequestOfTheManagerAnswers();
     void lastNonEmptyValueWins();
+    void emptyValuesLeaveTheAuthenticatorAlone();
     void credentialsAreKeptForTheNextRequest();
     void changedCredentialsAreUsedAtOnce();
     void plainBodyIsSentAgain();
@@ -176,6 +178,28 @@ void tst_NetworkRequestLogin::lastNonEmptyValueWins()
     third.send();
     QVERIFY(finish(third));
     QCOMPARE(third.response(), QVariant("welcome "));
+}
+
+void tst_NetworkRequestLogin::emptyValuesLeaveTheAuthenticatorAlone()
+{
+    QNetworkAccessManager manager;
+    NetworkRequest request;
+    request.setNetworkAccessManager(&manager);
+    QAuthenticator authenticator;
+    const auto challenge = [&] {
+        emit manager.authenticationRequired(nullptr, &authenticator);
+        return QStringList{authenticator.user(), authenticator.password(), authenticator.realm()};
+    };
+    authenticator.setUser("u");
+    authenticator.setPassword("p");
+    authenticator.setRealm("r");
+    QCOMPARE(challenge(), QStringList({"u", "p", "r"}));
+    request.setRealm("realm");
+    QCOMPARE(challenge(), QStringList({"u", "p", "realm"}));
+    request.setUser("user");
+    QCOMPARE(challenge(), QStringList({"user", "p", "realm"}));
+    request.setPassword("password");
+    QCOMPARE(challenge(), QStringList({"user", "password", "realm"}));
 }
 
 void tst_NetworkRequestLogin::credentialsAreKeptForTheNextRequest()
