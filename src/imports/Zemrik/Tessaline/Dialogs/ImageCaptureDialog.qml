@@ -1,3 +1,10 @@
+import QtQuick 2.3
+import QtQuick.Controls 1.2
+import QtQuick.Dialogs 1.2
+import QtMultimedia 5.0
+import Zemrik.Tessaline 1.0
+import Zemrik.Tessaline.Controls 1.0
+
 /*!
     \qmltype ImageCaptureDialog
     \inqmlmodule Zemrik.Tessaline.Dialogs
@@ -19,48 +26,19 @@
     dialog is visible. It is a Dialog of QtQuick.Dialogs 1.2, as large as the parent of the document's
     root times sizeRatio, or 600 by 400 without one.
 */
-
-/*!
-    \qmlproperty string ImageCaptureDialog::capturePath
-    The folder of new pictures, which must exist. The user's folder of pictures by default. A picture
-    is named after the time: \c{IMG-yyyyMMdd-HHmmss.jpg}.
-*/
-
-/*!
-    \qmlproperty string ImageCaptureDialog::imagePath
-    The picture that was saved last; empty before the first.
-*/
-
-/*!
-    \qmlproperty url ImageCaptureDialog::imageUrl
-    The same as a URL. It stays as it was if the dialog is cancelled.
-*/
-
-/*!
-    \qmlproperty bool ImageCaptureDialog::fullScreen
-    \readonly
-    True on Android.
-*/
-
-/*!
-    \qmlproperty real ImageCaptureDialog::sizeRatio
-    \readonly
-    The share of the parent's size: 1 where fullScreen is true, otherwise 0.95.
-*/
-import QtQuick 2.3
-import QtQuick.Controls 1.2
-import QtQuick.Dialogs 1.2
-import QtMultimedia 5.0
-import Zemrik.Tessaline 1.0
-import Zemrik.Tessaline.Controls 1.0
-
 Dialog {
     id: dialog
 
+    /*! The folder of new pictures, which must exist. The user's folder of pictures by default. A picture
+        is named after the time: \c{IMG-yyyyMMdd-HHmmss.jpg}. */
     property string capturePath: Tessaline.standardPaths.writableLocation(StandardPaths.PicturesLocation)
+    /*! The picture that was saved last; empty before the first. */
     property string imagePath
+    /*! The same as a URL. It stays as it was if the dialog is cancelled. */
     property url imageUrl
+    /*! True on Android. */
     readonly property bool fullScreen: Qt.platform.os === "android"
+    /*! The share of the parent's size: 1 where \l fullScreen is true, otherwise 0.95. */
     readonly property real sizeRatio: fullScreen ? 1 : 0.95
 
     visible: false

@@ -1,3 +1,9 @@
+import QtQuick 2.3
+import QtQuick.Controls 1.2
+import QtQuick.Dialogs 1.2
+import QtQuick.Window 2.2
+import Zemrik.Tessaline 1.0
+
 /*!
     \qmltype ImageChooserDialog
     \inqmlmodule Zemrik.Tessaline.Dialogs
@@ -20,60 +26,23 @@
     user leaves it, and reads the folder each time it opens. It is a Dialog of QtQuick.Dialogs 1.2, as
     large as the parent of the document's root times sizeRatio, or 600 by 400 without one.
 */
-
-/*!
-    \qmlproperty bool ImageChooserDialog::showFolders
-    Whether subfolders and the way up are listed; true by default.
-*/
-
-/*!
-    \qmlproperty var ImageChooserDialog::filter
-    The name patterns of the pictures, \c{[ "*.jpg", "*.png" ]} by default.
-*/
-
-/*!
-    \qmlproperty string ImageChooserDialog::imagePath
-    The picture that was selected last, also after cancelling.
-*/
-
-/*!
-    \qmlproperty url ImageChooserDialog::imageUrl
-    The same as a URL.
-*/
-
-/*!
-    \qmlproperty bool ImageChooserDialog::fullScreen
-    \readonly
-    True on Android.
-*/
-
-/*!
-    \qmlproperty real ImageChooserDialog::sizeRatio
-    \readonly
-    The share of the parent's size: 0.98 where fullScreen is true, otherwise 0.9.
-*/
-
-/*!
-    \qmlproperty bool ImageChooserDialog::osFrame
-    \readonly
-    Whether the system draws the dialog's frame: where it isn't application-modal, and on Android and
-    iOS.
-*/
-import QtQuick 2.3
-import QtQuick.Controls 1.2
-import QtQuick.Dialogs 1.2
-import QtQuick.Window 2.2
-import Zemrik.Tessaline 1.0
-
 Dialog {
     id: dialog
 
+    /*! Whether subfolders and the way up are listed. True by default. */
     property bool showFolders: true
+    /*! The name patterns of the pictures, \c{[ "*.jpg", "*.png" ]} by default. */
     property var filter: [ "*.jpg", "*.png" ]
+    /*! The picture that was selected last, also after cancelling. */
     property string imagePath
+    /*! The same as a URL. */
     property url imageUrl
+    /*! True on Android. */
     readonly property bool fullScreen: Qt.platform.os === "android"
+    /*! The share of the parent's size: 0.98 where \l fullScreen is true, otherwise 0.9. */
     readonly property real sizeRatio: fullScreen ? 0.98 : 0.9
+    /*! Whether the system draws the dialog's frame: where it isn't application-modal, and on Android and
+        iOS. */
     readonly property bool osFrame: modality !== Qt.ApplicationModal
                                     || Qt.platform.os === "android" || Qt.platform.os === "ios"
 
