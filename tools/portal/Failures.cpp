@@ -56,20 +56,25 @@ std::string takeBody(httplib::Response &response)
 void sendUpTo(httplib::Response &response, const std::string &body, const std::string &type,
               size_t end, size_t pieces, std::chrono::milliseconds pause)
 {
-    const auto shared = std::make_shared<std::string>(body);
+    using Clock = std::chrono::steady_clock;
+    struct State
+    {
+        std::string body;
+        Clock::time_point next;
+    };
+    const auto state = std::make_shared<State>(State{body, Clock::now() + pause});
     const size_t piece = std::max<size_t>(1, body.size() / pieces);
     response.set_content_provider(
         body.size(), type, [=](size_t offset, size_t length, httplib::DataSink &sink) {
-            // In short steps, so that the server can stop meanwhile.
-            const auto until = std::chrono::steady_clock::now() + pause;
-            while (std::chrono::steady_clock::now() < until) {
-                if (sink.is_writable && !sink.is_writable())
-                    return false;
+            // Back to the server after a short while at most: it looks there whether it is to stop.
+            if (Clock::now() < state->next) {
                 std::this_thread::sleep_for(std::min(pause, std::chrono::milliseconds(50)));
+                return !sink.is_writable || sink.is_writable();
             }
             if (offset >= end)
                 return false;
-            return sink.write(shared->data() + offset, std::min({piece, length, end - offset}));
+            state->next = Clock::now() + pause;
+            return sink.write(state->body.data() + offset, std::min({piece, length, end - offset}));
         });
 }
 
