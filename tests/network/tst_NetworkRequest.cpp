@@ -63,6 +63,7 @@ private slots:
     void methodDecidesTheVerb();
     void methodArgumentIsCaseInsensitive();
     void devicesAndBytesAreBodies();
+    void nullBodyIsEmpty();
     void otherBodiesLeaveTheRequestInStateTwo();
 
     void defaultContentTypes_data();
@@ -656,6 +657,20 @@ void tst_NetworkRequest::devicesAndBytesAreBodies()
         QCOMPARE(request.responseText(), QString("from a device"));
     }
     QCOMPARE(server.lastRequest().header("Content-Length"), QByteArray("13"));
+}
+
+void tst_NetworkRequest::nullBodyIsEmpty()
+{
+    RawServer server;
+    server.answer(RawServer::ok("x"));
+    NetworkRequest request;
+    request.setUrl(server.url());
+    for (const char *method : {"POST", "PUT"}) {
+        request.send(method, server.url(), QVariant(), QVariantMap());
+        QVERIFY(finish(request));
+        QVERIFY(server.lastRequest().startsWith(method));
+        QCOMPARE(RawServer::header(server.lastRequest(), "Content-Length"), QByteArray("0"));
+    }
 }
 
 void tst_NetworkRequest::otherBodiesLeaveTheRequestInStateTwo()

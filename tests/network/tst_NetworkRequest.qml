@@ -193,6 +193,14 @@ TestCase {
             { tag: "empty object", send: request => request.send({}), body: "" },
             { tag: "object with nothing in it", send: request => request.send({ a: undefined,
               b: null, c: "" }), body: "a&b&c" },
+            { tag: "list, as the object it is", send: request => request.send([1, "b"]),
+              body: "0=1&1=b&length=2" },
+            { tag: "values that have no text", send: request => request.send({
+                  a: [1], b: { c: 1 }, d: testCase, e: /x/, f: Qt.point(1, 2) }),
+              body: "a&b&d&e&f" },
+            { tag: "address and date", send: request => request.send({
+                  a: testCase.address, b: new Date(2020, 0, 2) }),
+              body: "a=http://a/&b=2020-01-02T00:00:00.000" },
             { tag: "what a property holds", send: request => {
                   request.headers["X-A"] = "a";
                   request.send(request.headers.json);
