@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QPainter>
+#include <QRandomGenerator>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTimer>
@@ -651,9 +652,12 @@ void tst_ImageChooserDialog::bindingsFollowTheSelection()
 
 void tst_ImageChooserDialog::manyPicturesDontFreeze()
 {
-    // Photographs as a camera makes them: the same one under 2,000 names.
+    // Photographs as a camera makes them, slow to read: the same one under 2,000 names.
     const QString many = QDir::homePath() + "/many";
-    QVERIFY(paint(many + "/0000.jpg", QColor("orange"), QSize(4000, 3000)));
+    QImage noise(4000, 3000, QImage::Format_RGB32);
+    QRandomGenerator::global()->fillRange(reinterpret_cast<quint32 *>(noise.bits()),
+                                          noise.width() * noise.height());
+    QVERIFY(QDir().mkpath(many) && noise.save(many + "/0000.jpg"));
     for (int i = 1; i < 2000; ++i) {
         const QString name = QString("%1/%2.jpg").arg(many).arg(i, 4, 10, QChar('0'));
         QVERIFY(QFile::link(many + "/0000.jpg", name));
@@ -671,7 +675,7 @@ void tst_ImageChooserDialog::manyPicturesDontFreeze()
 
     setFolder(many);
     QCOMPARE(entries().size(), 2001);
-    QTRY_COMPARE(imageOf("0000.jpg")->property("status").toInt(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(imageOf("0000.jpg")->property("status").toInt(), 1, 20000);
     const int cells = view()->property("contentItem").value<QQuickItem *>()->childItems().size();
     QVERIFY2(cells < 200, qPrintable(QString::number(cells)));
     for (int i = 0; i < 20; ++i) {
@@ -679,11 +683,11 @@ void tst_ImageChooserDialog::manyPicturesDontFreeze()
         QTest::qWait(1);
     }
     m_stage->insideSubject("imagesView.positionViewAtEnd()");
-    QTRY_COMPARE(imageOf("1999.jpg")->property("status").toInt(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(imageOf("1999.jpg")->property("status").toInt(), 1, 20000);
     beat.stop();
     // The stage keeps what is logged.
     printf("INFO   : longest gap of the event loop: %lld ms\n", static_cast<long long>(longest));
-    QVERIFY2(longest < 1000, qPrintable(QString("%1 ms").arg(longest)));
+    QVERIFY2(longest < 700, qPrintable(QString("%1 ms").arg(longest)));
 }
 
 void tst_ImageChooserDialog::longFoldersShowWhereTheViewStands()
