@@ -67,7 +67,7 @@ signals:
     void caseSensitiveChanged();
     void fileNamesChanged();
     void folderNamesChanged();
-    void error(QString fileName, QString outputFileName, Result result);
+    void error(QString fileName, QString outputFileName, ZipReader::Result result);
     void progress(QString fileName, QString outputFileName, double percent);
     void completed();
 

@@ -112,14 +112,14 @@ public:
     bool autoRefresh() const { return m_autoRefresh; }
     void setAutoRefresh(bool autoRefresh);
 
-    Q_INVOKABLE QString folderPath(FolderType type) const;
+    Q_INVOKABLE QString folderPath(AppInfoList::FolderType type) const;
     // Reads the disk; with `search` asks the portal too, and refreshComplete() comes after its last
     // page.
     Q_INVOKABLE void refresh(bool search);
     Q_INVOKABLE void refresh();
     // The new order shows at the next refresh.
-    Q_INVOKABLE void sortByName(SortOrder order);
-    Q_INVOKABLE void sortByDate(SortOrder order);
+    Q_INVOKABLE void sortByName(AppInfoList::SortOrder order);
+    Q_INVOKABLE void sortByDate(AppInfoList::SortOrder order);
     Q_INVOKABLE void clearSort();
 
     // The first app of that id or folder; null if there is none.

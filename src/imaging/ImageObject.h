@@ -118,10 +118,11 @@ public:
     QUrl url() const;
 
     // The pixels are not initialised. Empty unless both numbers are at least 1.
-    Q_INVOKABLE void clear(int width = 0, int height = 0, ImageFormat format = ImageFormatARGB32);
+    Q_INVOKABLE void clear(int width = 0, int height = 0,
+                           ImageObject::ImageFormat format = ImageFormatARGB32);
     // A new object; its pixels are not initialised.
     Q_INVOKABLE ImageObject *create(int width, int height,
-                                    ImageFormat format = ImageFormatARGB32) const;
+                                    ImageObject::ImageFormat format = ImageFormatARGB32) const;
 
     // Signals imageChanged, imageContentChanged, textChanged whether it worked or not. An empty
     // format is found out from the file. A failure leaves the object empty.
@@ -137,7 +138,7 @@ public:
 
     // Without a signal: sync() makes views follow.
     Q_INVOKABLE void fill(const QColor &color);
-    Q_INVOKABLE void invertPixels(InvertMode invertMode = InvertRgb);
+    Q_INVOKABLE void invertPixels(ImageObject::InvertMode invertMode = InvertRgb);
     // Opaque in any case.
     Q_INVOKABLE QColor pixel(int x, int y) const;
     // Without a signal, as fill(); the colour's alpha is not used.
@@ -146,22 +147,27 @@ public:
     Q_INVOKABLE void setText(const QString &key, const QString &text);
     Q_INVOKABLE void sync();
 
-    Q_INVOKABLE void scale(int width, int height, AspectRatioMode aspectRatioMode = AspectRatioKeep,
-                           TransformationMode transformationMode = TransformationModeFast);
+    Q_INVOKABLE void
+    scale(int width, int height, ImageObject::AspectRatioMode aspectRatioMode = AspectRatioKeep,
+          ImageObject::TransformationMode transformationMode = TransformationModeFast);
     Q_INVOKABLE ImageObject *
-    scaled(int width, int height, AspectRatioMode aspectRatioMode = AspectRatioKeep,
-           TransformationMode transformationMode = TransformationModeFast) const;
-    Q_INVOKABLE void scaleToWidth(int width,
-                                  TransformationMode transformationMode = TransformationModeFast);
-    Q_INVOKABLE ImageObject *
-    scaledToWidth(int width, TransformationMode transformationMode = TransformationModeFast) const;
-    Q_INVOKABLE void scaleToHeight(int height,
-                                   TransformationMode transformationMode = TransformationModeFast);
-    Q_INVOKABLE ImageObject *
-    scaledToHeight(int height,
-                   TransformationMode transformationMode = TransformationModeFast) const;
-    Q_INVOKABLE void convertToFormat(ImageFormat format, int flags = 0);
-    Q_INVOKABLE ImageObject *convertedToFormat(ImageFormat format, int flags = 0) const;
+    scaled(int width, int height, ImageObject::AspectRatioMode aspectRatioMode = AspectRatioKeep,
+           ImageObject::TransformationMode transformationMode = TransformationModeFast) const;
+    Q_INVOKABLE void
+    scaleToWidth(int width,
+                 ImageObject::TransformationMode transformationMode = TransformationModeFast);
+    Q_INVOKABLE ImageObject *scaledToWidth(
+        int width,
+        ImageObject::TransformationMode transformationMode = TransformationModeFast) const;
+    Q_INVOKABLE void
+    scaleToHeight(int height,
+                  ImageObject::TransformationMode transformationMode = TransformationModeFast);
+    Q_INVOKABLE ImageObject *scaledToHeight(
+        int height,
+        ImageObject::TransformationMode transformationMode = TransformationModeFast) const;
+    Q_INVOKABLE void convertToFormat(ImageObject::ImageFormat format, int flags = 0);
+    Q_INVOKABLE ImageObject *convertedToFormat(ImageObject::ImageFormat format,
+                                               int flags = 0) const;
     Q_INVOKABLE void mirror(bool horizontal, bool vertical);
     Q_INVOKABLE ImageObject *mirrored(bool horizontal, bool vertical) const;
     // What lies outside the image is transparent or black.
@@ -171,11 +177,12 @@ public:
     Q_INVOKABLE ImageObject *copy(const QRect &rect) const;
     // Degrees clockwise. The result is as large as the turned picture needs, wherever the point is
     // about which it turns.
-    Q_INVOKABLE void rotate(double angle, int x = -1, int y = -1,
-                            TransformationMode transformationMode = TransformationModeFast);
+    Q_INVOKABLE void
+    rotate(double angle, int x = -1, int y = -1,
+           ImageObject::TransformationMode transformationMode = TransformationModeFast);
     Q_INVOKABLE ImageObject *
     rotated(double angle, int x = -1, int y = -1,
-            TransformationMode transformationMode = TransformationModeFast) const;
+            ImageObject::TransformationMode transformationMode = TransformationModeFast) const;
 
 signals:
     void imageChanged();

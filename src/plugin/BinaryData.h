@@ -62,9 +62,10 @@ public:
     // A size of -1 keeps the present one.
     Q_INVOKABLE void fill(int byteValue, int size = -1);
     // Independent of textEncoding.
-    Q_INVOKABLE QString stringData(TextEncoding encoding = TextEncodingUtf8) const;
+    Q_INVOKABLE QString stringData(BinaryData::TextEncoding encoding = TextEncodingUtf8) const;
     // TextEncodingUnknown stands for textEncoding. A null string clears; only that emits signals.
-    Q_INVOKABLE void setStringData(const QString &string, TextEncoding encoding = TextEncodingUtf8);
+    Q_INVOKABLE void setStringData(const QString &string,
+                                   BinaryData::TextEncoding encoding = TextEncodingUtf8);
 
 signals:
     void sizeChanged();

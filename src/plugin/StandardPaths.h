@@ -45,20 +45,20 @@ public:
 
     explicit StandardPaths(QObject *parent = nullptr);
 
-    Q_INVOKABLE QString displayName(StandardLocation type) const;
+    Q_INVOKABLE QString displayName(StandardPaths::StandardLocation type) const;
     // The first file or folder of that name in the location's folders.
-    Q_INVOKABLE QString locate(StandardLocation type, const QString &fileName,
-                               LocateOptions options = LocateFile) const;
-    Q_INVOKABLE QStringList locateAll(StandardLocation type, const QString &fileName,
-                                      LocateOptions options = LocateFile) const;
+    Q_INVOKABLE QString locate(StandardPaths::StandardLocation type, const QString &fileName,
+                               StandardPaths::LocateOptions options = LocateFile) const;
+    Q_INVOKABLE QStringList locateAll(StandardPaths::StandardLocation type, const QString &fileName,
+                                      StandardPaths::LocateOptions options = LocateFile) const;
     // The folder need not exist.
-    Q_INVOKABLE QString writableLocation(StandardLocation type) const;
+    Q_INVOKABLE QString writableLocation(StandardPaths::StandardLocation type) const;
     // The writable one first, as far as there is one.
-    Q_INVOKABLE QStringList standardLocations(StandardLocation type) const;
+    Q_INVOKABLE QStringList standardLocations(StandardPaths::StandardLocation type) const;
     // writableLocation() and the first of standardLocations() as new objects that belong to the
     // script engine.
-    Q_INVOKABLE FileFolder *writableFolder(StandardLocation type) const;
-    Q_INVOKABLE FileFolder *defaultFolder(StandardLocation type) const;
+    Q_INVOKABLE FileFolder *writableFolder(StandardPaths::StandardLocation type) const;
+    Q_INVOKABLE FileFolder *defaultFolder(StandardPaths::StandardLocation type) const;
 };
 
 Q_DECLARE_OPERATORS_FOR_FLAGS(StandardPaths::LocateOptions)
