@@ -9,11 +9,11 @@
 
     Objects come from \l{ZipReader::fileInfo()}; one made in QML is empty.
 
-    \qml
+    \badcode
     var info = zip.fileInfo("data/points.csv");
     if (info)
         console.log(info.fileName, info.size, info.lastModified);
-    \endqml
+    \endcode
 */
 
 /*!

@@ -15,7 +15,7 @@
     \inqmlmodule Zemrik.Tessaline
     \brief Reads one ZIP file: listing, single files, extraction with progress.
 
-    \qml
+    \badcode
     ZipReader {
         id: zip
         path: "~/Downloads/data.zip"
@@ -27,7 +27,7 @@
         text: "Extract " + zip.fileNames.length + " files"
         onClicked: zip.extractAll(Tessaline.resolvedPath("~/data"))
     }
-    \endqml
+    \endcode
 
     The archive opens by itself at the first call that needs it, and stays open until \l close(),
     \l refresh() or a new \l path. Calls block until they are done; \l progress arrives during the

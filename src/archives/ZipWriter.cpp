@@ -16,7 +16,7 @@
     \inqmlmodule Zemrik.Tessaline
     \brief Adds files to a ZIP archive.
 
-    \qml
+    \badcode
     ZipWriter {
         id: zip
         path: "~/backup.zip"
@@ -26,7 +26,7 @@
         text: "Back up"
         onClicked: zip.addFile(folder.filePath("notes.txt"), "notes/notes.txt")
     }
-    \endqml
+    \endcode
 
     Each call is complete: the archive is valid on disk after it. Adding under a name that is there
     already stores a second entry of that name.
@@ -46,8 +46,8 @@
 */
 
 /*!
-    \qmlmethod bool ZipWriter::addFile(string filePath, string archivedFilePath, string comment,
-   bool append) Adds a file. \a archivedFilePath is its name in the archive, its own file name when
+    \qmlmethod bool ZipWriter::addFile(string filePath, string archivedFilePath, string comment, bool append)
+    Adds a file. \a archivedFilePath is its name in the archive, its own file name when
    left out or empty. With \a append false (default true) the archive is replaced by one that holds
    only this file. \a filePath is taken as it is: resolve variables with
    \c{Tessaline.resolvedPath()}. False if the file can't be read or the archive not written; the log

@@ -94,9 +94,9 @@
     This doesn't read the metadata by itself. A binding, which is evaluated before the item is
     complete, has to read \l dependencies or \l info first:
 
-    \qml
+    \badcode
     readonly property AppDependency basemap: dependencies.length > 0 ? dependency("basemap") : null
-    \endqml
+    \endcode
 */
 
 /*!
@@ -104,9 +104,9 @@
     The first dependency with that \a value in the property \a propertyName, without regard to
     case; null if there is none.
 
-    \qml
+    \badcode
     dependency("itemId", "4d3c2b1a")
-    \endqml
+    \endcode
 */
 
 /*!

@@ -17,7 +17,7 @@
     declares about itself), \c iteminfo.json (what the portal said about it) and \c .info.json
     (what the user marked on this machine).
 
-    \qml
+    \badcode
     AppInfo {
         id: app
         path: "~/Zemrik/Halvora/Apps/hello"
@@ -27,7 +27,7 @@
         text: app.isLocal ? qsTr("%1, version %2").arg(app.title).arg(app.version)
                           : qsTr("Not installed")
     }
-    \endqml
+    \endcode
 
     The running applet finds its own in App::info.
 */
@@ -290,10 +290,10 @@
     The value of a key of \c appinfo.json, or of the item's information if \a key begins with
     "itemInfo/". \a defaultValue is returned where there is no such key.
 
-    \qml
+    \badcode
     app.value("display", {}).frameless
     app.value("itemInfo/culture", "")
-    \endqml
+    \endcode
 */
 
 /*!

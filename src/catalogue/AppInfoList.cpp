@@ -19,7 +19,7 @@
     \inqmlmodule Zemrik.Tessaline
     \brief The catalogue of apps and its folders below the user's home.
 
-    \qml
+    \badcode
     AppInfoList {
         id: catalogue
         searchPaths: ["/srv/apps", Tessaline.resolvedPath("~/apps")]
@@ -28,7 +28,7 @@
     Text {
         text: qsTr("Data lies in %1").arg(catalogue.folderPath(AppInfoList.Data))
     }
-    \endqml
+    \endcode
 
     \table
     \header \li Folder \li Default \li Key in the application's settings

@@ -12,7 +12,7 @@
     \inqmlmodule Zemrik.Tessaline
     \brief Downloads one app with all that it depends on.
 
-    \qml
+    \badcode
     AppPackage {
         id: appPackage
         portal: portal
@@ -30,7 +30,7 @@
         text: "Download"
         onClicked: appPackage.download()
     }
-    \endqml
+    \endcode
 
     \l download() fetches the app and then, one at a time and in their order, the dependencies that
     aren't on this machine. A failure other than a portal's own error leaves \l status at

@@ -24,7 +24,7 @@ TessalineError *folderError(const QString &message, const QString &details)
     \inqmlmodule Zemrik.Tessaline
     \brief Downloads one portal item that isn't an app.
 
-    \qml
+    \badcode
     ItemPackage {
         id: item
         portal: portal
@@ -37,7 +37,7 @@ TessalineError *folderError(const QString &message, const QString &details)
         enabled: item.status !== ItemPackage.Downloading
         onClicked: item.download("0123456789abcdef0123456789abcdef")
     }
-    \endqml
+    \endcode
 
     A tile package becomes the file \e{Data/id/name}. Any other item is unpacked in the cache, where
     \l exists() doesn't find it. Failures other than a portal's own error leave \l status at

@@ -10,7 +10,7 @@
     \inherits TessalineObject
     \brief A stream on one file: lines, bytes and texts, with a position.
 
-    \qml
+    \badcode
     File {
         id: journal
         path: "~/journal.txt"
@@ -22,7 +22,7 @@
         journal.writeLine(line);
         journal.close();
     }
-    \endqml
+    \endcode
 
     The writing calls report nothing themselves, since what they write may wait in a buffer. flush()
     tells whether the disk took it; so does \l error after close().

@@ -23,7 +23,7 @@
     \inherits TessalineObject
     \brief A folder: its files and folders by name.
 
-    \qml
+    \badcode
     FileFolder {
         id: notes
         path: "~/Notes"
@@ -34,7 +34,7 @@
         model: notes.fileNames("*.txt")
         delegate: Text { text: notes.readTextFile(modelData) }
     }
-    \endqml
+    \endcode
 
     File names are relative to the folder. Only \l path and \l url, and the target of copyFile(),
    may begin with a path variable. What fails gives false or an empty value; why is in the log.

@@ -13,7 +13,7 @@
     \inherits TessalineObject
     \brief What the disk knows about a file or folder.
 
-    \qml
+    \badcode
     FileInfo {
         id: photo
         filePath: "~/Pictures/photo.jpg"
@@ -22,7 +22,7 @@
     Text {
         text: photo.exists ? photo.fileName + ", " + photo.size + " bytes" : "no photo"
     }
-    \endqml
+    \endcode
 
     The answers are of the moment when \l filePath was set; refresh() asks again.
 

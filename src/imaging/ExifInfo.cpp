@@ -12,7 +12,7 @@
     \inherits FileInfo
     \brief What a camera wrote into a JPEG picture.
 
-    \qml
+    \badcode
     ExifInfo {
         id: exif
         filePath: "~/Pictures/photo.jpg"
@@ -27,7 +27,7 @@
         visible: exif.isExifValid
         text: exif.make + ", " + exif.gpsLatitude + " / " + exif.gpsLongitude
     }
-    \endqml
+    \endcode
 
     Tags are numbers of the EXIF standard, such as 271 for the camera's make among the image tags,
     33434 for the exposure time among the extended tags and 29 for the date among the GPS tags.

@@ -185,16 +185,14 @@
 */
 
 /*!
-    \qmlmethod void ImageObject::clear(int width = 0, int height = 0, enumeration format =
-   ImageObject.ImageFormatARGB32)
+    \qmlmethod void ImageObject::clear(int width = 0, int height = 0, enumeration format = ImageObject.ImageFormatARGB32)
     Replaces the image by a new one of \a width by \a height pixels in that \a format, which hold
     anything: fill() it. Without arguments, or with a size below 1, the object is \l empty
    afterwards.
 */
 
 /*!
-    \qmlmethod ImageObject ImageObject::create(int width, int height, enumeration format =
-   ImageObject.ImageFormatARGB32)
+    \qmlmethod ImageObject ImageObject::create(int width, int height, enumeration format = ImageObject.ImageFormatARGB32)
     Returns a new object with an image of \a width by \a height pixels in that \a format, which hold
     anything: fill() it.
 */
@@ -272,9 +270,7 @@
 */
 
 /*!
-    \qmlmethod void ImageObject::scale(int width, int height, enumeration aspectRatioMode =
-   ImageObject.AspectRatioKeep, enumeration transformationMode =
-   ImageObject.TransformationModeFast)
+    \qmlmethod void ImageObject::scale(int width, int height, enumeration aspectRatioMode = ImageObject.AspectRatioKeep, enumeration transformationMode = ImageObject.TransformationModeFast)
 
     Scales to a size by \a width and \a height, in pixels, as \a aspectRatioMode says:
 
@@ -289,33 +285,27 @@
 */
 
 /*!
-    \qmlmethod ImageObject ImageObject::scaled(int width, int height, enumeration aspectRatioMode =
-   ImageObject.AspectRatioKeep, enumeration transformationMode =
-   ImageObject.TransformationModeFast)
+    \qmlmethod ImageObject ImageObject::scaled(int width, int height, enumeration aspectRatioMode = ImageObject.AspectRatioKeep, enumeration transformationMode = ImageObject.TransformationModeFast)
     Returns a new object; see scale().
 */
 
 /*!
-    \qmlmethod void ImageObject::scaleToWidth(int width, enumeration transformationMode =
-   ImageObject.TransformationModeFast)
+    \qmlmethod void ImageObject::scaleToWidth(int width, enumeration transformationMode = ImageObject.TransformationModeFast)
     Scales, keeping the aspect ratio.
 */
 
 /*!
-    \qmlmethod ImageObject ImageObject::scaledToWidth(int width, enumeration transformationMode =
-   ImageObject.TransformationModeFast)
+    \qmlmethod ImageObject ImageObject::scaledToWidth(int width, enumeration transformationMode = ImageObject.TransformationModeFast)
     Returns a new object; see scaleToWidth().
 */
 
 /*!
-    \qmlmethod void ImageObject::scaleToHeight(int height, enumeration transformationMode =
-   ImageObject.TransformationModeFast)
+    \qmlmethod void ImageObject::scaleToHeight(int height, enumeration transformationMode = ImageObject.TransformationModeFast)
     Scales, keeping the aspect ratio.
 */
 
 /*!
-    \qmlmethod ImageObject ImageObject::scaledToHeight(int height, enumeration transformationMode =
-   ImageObject.TransformationModeFast)
+    \qmlmethod ImageObject ImageObject::scaledToHeight(int height, enumeration transformationMode = ImageObject.TransformationModeFast)
     Returns a new object; see scaleToHeight().
 */
 
@@ -362,8 +352,7 @@
 */
 
 /*!
-    \qmlmethod void ImageObject::rotate(real angle, int x = -1, int y = -1, enumeration
-   transformationMode = ImageObject.TransformationModeFast)
+    \qmlmethod void ImageObject::rotate(real angle, int x = -1, int y = -1, enumeration transformationMode = ImageObject.TransformationModeFast)
     Turns the image by \a angle degrees, clockwise. The image becomes as large as it needs, with
     transparent or black corners.
 
@@ -372,8 +361,7 @@
 */
 
 /*!
-    \qmlmethod ImageObject ImageObject::rotated(real angle, int x = -1, int y = -1, enumeration
-   transformationMode = ImageObject.TransformationModeFast)
+    \qmlmethod ImageObject ImageObject::rotated(real angle, int x = -1, int y = -1, enumeration transformationMode = ImageObject.TransformationModeFast)
     Returns a new object; see rotate().
 */
 

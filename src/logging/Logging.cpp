@@ -21,7 +21,7 @@
     \l enabled, every message of the process (from \c{console.log} and friends, from the library,
     from Qt) is written as a syslog record, and then goes where it went before.
 
-    \qml
+    \badcode
     Component.onCompleted: {
         Tessaline.logging.outputLocation = "syslog://logs.example.com:514";
         Tessaline.logging.name = "Field survey";
@@ -29,7 +29,7 @@
         if (!Tessaline.logging.enabled)
             console.warn("No logging:", Tessaline.logging.outputLocation);
     }
-    \endqml
+    \endcode
 */
 
 /*!

@@ -170,8 +170,8 @@ QString BinaryData::stringData(TextEncoding encoding) const
 }
 
 /*!
-    \qmlmethod void BinaryData::setStringData(string string, enumeration encoding =
-   BinaryData.TextEncodingUtf8) Replaces the bytes by the text \a string in the given \a encoding;
+    \qmlmethod void BinaryData::setStringData(string string, enumeration encoding = BinaryData.TextEncodingUtf8)
+    Replaces the bytes by the text \a string in the given \a encoding;
     \c BinaryData.TextEncodingUnknown stands for \l textEncoding. With \c null as \a string the
     bytes are cleared; the engine makes a null text of the literal \c{""} too.
 

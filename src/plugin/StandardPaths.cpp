@@ -75,8 +75,7 @@ FileFolder *newFolder(const QString &path)
 */
 
 /*!
-    \qmlmethod list<string> StandardPaths::locateAll(enumeration type, string fileName, enumeration
-    options)
+    \qmlmethod list<string> StandardPaths::locateAll(enumeration type, string fileName, enumeration options)
     The same for all of them, in the order of standardLocations().
 */
 

@@ -729,10 +729,10 @@ QString Tessaline::typeOf(const QJSValue &value, bool displayName) const
     Whether \a value is of a type or, if it is an object, derives from it. \a type is the type's
    name as typeOf gives it, or any value of that type.
 
-    \qml
+    \badcode
     Tessaline.instanceOf(item, "QQuickItem")
     Tessaline.instanceOf(1, "int")
-    \endqml
+    \endcode
 */
 bool Tessaline::instanceOf(const QJSValue &value, const QJSValue &type) const
 {
@@ -861,9 +861,9 @@ QString Tessaline::objectToString(QObject *object) const
     A new object with the bytes of \a value: a text, in UTF-8, or a byte array. Other values, and
    none at all, give an empty one.
 
-    \qml
+    \badcode
     Tessaline.binaryData("bridge").size   // 6
-    \endqml
+    \endcode
 */
 BinaryData *Tessaline::binaryData(const QJSValue &value) const
 {

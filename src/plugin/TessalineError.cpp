@@ -8,9 +8,9 @@
     Objects of this type come with signals such as \c{AppPackage.error}; QML can't create them.
     The object belongs to its sender: read what you need inside the handler.
 
-    \qml
+    \badcode
     onError: console.warn(error.code, error.message, error.details)
-    \endqml
+    \endcode
 */
 
 /*!

@@ -10,9 +10,9 @@
     It can't be created in QML and has no properties of its own. Use it as the type of a property
     that may hold any of the module's objects:
 
-    \qml
+    \badcode
     property TessalineObject source
-    \endqml
+    \endcode
 */
 
 TessalineObject::TessalineObject(QObject *parent)
