@@ -57,6 +57,7 @@ private slots:
     void progressRisesFromOneHalf();
     void answerWithoutLengthShowsNoProgressUntilItsEnd();
     void answerOfTwoBytesHasProgress();
+    void lastBytesSetTheProgressBehindItsEnd();
     void hugeLengthIsTakenAsItIsTold();
     void plainBodyShowsNoProgressOfItsUpload();
 
@@ -618,6 +619,22 @@ void tst_NetworkRequestAnswer::answerOfTwoBytesHasProgress()
     QCOMPARE(request.progress(), 1.0);
 }
 
+void tst_NetworkRequestAnswer::lastBytesSetTheProgressBehindItsEnd()
+{
+    // The body of a redirect is read at the end only, and this one ends too early.
+    RawServer server;
+    server.answer("HTTP/1.1 301 Moved Permanently\r\nContent-Length: 8\r\n\r\nab",
+                  RawServer::Close);
+    NetworkRequest request;
+    request.setUrl(server.url());
+    request.send();
+    QList<double> values;
+    connect(&request, &NetworkRequest::progressChanged, [&] { values.append(request.progress()); });
+    QVERIFY(finish(request));
+    QCOMPARE(values, QList<double>({1.0, 0.625}));
+    QCOMPARE(request.response(), QVariant("ab"));
+}
+
 void tst_NetworkRequestAnswer::hugeLengthIsTakenAsItIsTold()
 {
     // The estimate multiplies it by the time that went by.
@@ -745,11 +762,18 @@ void tst_NetworkRequestAnswer::redirectWithoutATargetEndsNormally()
 {
     HttpServer server;
     NetworkRequest request;
+    QList<int> states;
+    connect(&request, &NetworkRequest::readyStateChanged,
+            [&] { states.append(request.readyState()); });
     for (const int status : {301, 302, 303}) {
+        states.clear();
         request.setUrl(server.url("/redirect/" + QString::number(status)));
         request.send();
         QVERIFY(finish(request));
+        QCOMPARE(states, QList<int>({1, 2, 4})); // its data don't count on the way
         QCOMPARE(request.status(), status);
+        QCOMPARE(request.statusText(), QString());
+        QCOMPARE(request.responseHeaders(), QVariantMap());
         QCOMPARE(request.errorCode(), 0);
         QCOMPARE(request.response(), QVariant("moved"));
     }

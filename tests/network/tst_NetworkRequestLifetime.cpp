@@ -31,6 +31,7 @@ private slots:
     void requestDestroyedFromItsHandlers();
     void managerDestroyedDuringATransfer();
     void managerReplacedDuringATransfer();
+    void replyThatIsStillThereIsDeletedAtOnce();
 
 private:
     QString makeFile(const QString &name, int size) const;
@@ -224,6 +225,24 @@ void tst_NetworkRequestLifetime::managerReplacedDuringATransfer()
         QTRY_COMPARE(request.responseText(), QString("hello")); // the reply itself is still heard
     }
     QTRY_COMPARE(replyCount(manager), 0);
+}
+
+void tst_NetworkRequestLifetime::replyThatIsStillThereIsDeletedAtOnce()
+{
+    RawServer server;
+    QNetworkAccessManager manager;
+    NetworkRequest request;
+    request.setNetworkAccessManager(&manager);
+    request.setUrl(server.url());
+    request.send();
+    const QPointer<QNetworkReply> reply = manager.findChild<QNetworkReply *>();
+    QVERIFY(reply);
+    QTRY_COMPARE(server.requests().size(), 1);
+    request.reset();
+    QVERIFY(reply);
+    request.send();
+    QVERIFY(reply.isNull());
+    QCOMPARE(replyCount(manager), 1);
 }
 
 TESSALINE_TEST_MAIN(tst_NetworkRequestLifetime)
