@@ -1,3 +1,4 @@
+#include "network/NetworkFilePart.h"
 #include "network/NetworkFormData.h"
 #include "support/HttpServer.h"
 #include "support/IsolatedHome.h"
@@ -26,6 +27,8 @@ private slots:
     void fileIsReadWhole();
     void pieceOfAFileIsRead_data();
     void pieceOfAFileIsRead();
+    void fileItselfIsReadUnlessAPieceIsAskedFor_data();
+    void fileItselfIsReadUnlessAPieceIsAskedFor();
     void whatIsNoReadableFileIsRefused_data();
     void whatIsNoReadableFileIsRefused();
     void pathIsTakenAsGiven();
@@ -181,6 +184,34 @@ void tst_NetworkFormData::pieceOfAFileIsRead()
     QCOMPARE(form.readAll(), '<' + expected + '>');
 }
 
+void tst_NetworkFormData::fileItselfIsReadUnlessAPieceIsAskedFor_data()
+{
+    QTest::addColumn<qint64>("offset");
+    QTest::addColumn<qint64>("size");
+    QTest::addColumn<int>("parts");
+    QTest::newRow("whole") << qint64(0) << qint64(-1) << 0;
+    QTest::newRow("first ten") << qint64(0) << qint64(10) << 1;
+    QTest::newRow("as many as there are") << qint64(0) << qint64(16) << 1;
+    QTest::newRow("from an offset") << qint64(6) << qint64(-1) << 1;
+}
+
+void tst_NetworkFormData::fileItselfIsReadUnlessAPieceIsAskedFor()
+{
+    QFETCH(qint64, offset);
+    QFETCH(qint64, size);
+    QFETCH(int, parts);
+    NetworkFormData form;
+    QVERIFY(form.appendPath(makeFile("file", "0123456789abcdef"), offset, size));
+    QCOMPARE(form.findChildren<QFile *>().size(), 1);
+    QCOMPARE(form.findChildren<NetworkFilePart *>().size(), parts);
+
+    const QPointer<NetworkFilePart> part = form.findChild<NetworkFilePart *>();
+    form.clear();
+    QVERIFY(!part || !part->isOpen());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(part.isNull());
+}
+
 void tst_NetworkFormData::whatIsNoReadableFileIsRefused_data()
 {
     QTest::addColumn<QString>("path");
@@ -216,6 +247,13 @@ void tst_NetworkFormData::pathIsTakenAsGiven()
     QVERIFY(form.appendPath(file.fileName(), 0, -1));
     QVERIFY(!form.appendPath("~/in-home", 0, -1));
     QVERIFY(!form.appendPath("$HOME/in-home", 0, -1));
+    QVERIFY(!form.appendPath(QUrl::fromLocalFile(file.fileName()).toString(), 0, -1));
+
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(QDir::homePath()));
+    const bool relative = form.appendPath("in-home", 0, -1);
+    QVERIFY(QDir::setCurrent(before));
+    QVERIFY(relative);
 }
 
 void tst_NetworkFormData::progressIsThePartReadSoFar()
