@@ -249,8 +249,16 @@ void tst_NetworkProxy::systemIsNotFollowedAfterwards()
     NetworkProxy proxy;
     qputenv("http_proxy", "http://second.example:2");
     QCOMPARE(proxy.url().host(), QString("first.example"));
+    SignalRecorder recorder(&proxy);
     proxy.setSystemProxy();
     QCOMPARE(proxy.url().host(), QString("second.example"));
+    QCOMPARE(recorder.take(), QStringList({"typeChanged", "urlChanged"}));
+
+    // Without one the application is left with none, and nothing is set.
+    qunsetenv("http_proxy");
+    proxy.setSystemProxy();
+    QCOMPARE(proxy.url().host(), QString());
+    QCOMPARE(recorder.names(), QStringList());
 }
 
 void tst_NetworkProxy::networkTakesItOverAtTheFirstRead()
