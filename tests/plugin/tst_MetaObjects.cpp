@@ -22,6 +22,8 @@ private slots:
     void metaObjectIsAsTheTableSays();
     void pointerAndListAreMetaTypes_data() { metaObjectIsAsTheTableSays_data(); }
     void pointerAndListAreMetaTypes();
+    void enumsOfParametersNameTheirClass_data() { metaObjectIsAsTheTableSays_data(); }
+    void enumsOfParametersNameTheirClass();
     void everyRegisteredClassHasATable();
 };
 
@@ -216,6 +218,21 @@ void tst_MetaObjects::pointerAndListAreMetaTypes()
     const QByteArray name = QTest::currentDataTag();
     QVERIFY(QMetaType::type(name + '*') != QMetaType::UnknownType);
     QVERIFY(QMetaType::type("QQmlListProperty<" + name + '>') != QMetaType::UnknownType);
+}
+
+// Without the class in front nobody but the class itself finds the type.
+void tst_MetaObjects::enumsOfParametersNameTheirClass()
+{
+    const QByteArray pointer = QByteArray(QTest::currentDataTag()) + '*';
+    const QMetaObject *metaObject = QMetaType::metaObjectForType(QMetaType::type(pointer));
+    QVERIFY(metaObject);
+    for (int i = metaObject->methodOffset(); i < metaObject->methodCount(); ++i) {
+        const QMetaMethod method = metaObject->method(i);
+        const QList<QByteArray> types = method.parameterTypes() << QByteArray(method.typeName());
+        for (const QByteArray &type : types)
+            QVERIFY2(metaObject->indexOfEnumerator(type.constData()) < 0,
+                     method.methodSignature().constData());
+    }
 }
 
 void tst_MetaObjects::everyRegisteredClassHasATable()
