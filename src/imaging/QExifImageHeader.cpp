@@ -799,7 +799,6 @@ qint64 QExifImageHeader::write(QIODevice *device) const
 
 bool QExifImageHeader::loadFromJpeg(const QString &path)
 {
-    clear();
     QFile file(path);
     return file.open(QIODevice::ReadOnly) && loadFromJpeg(&file);
 }

@@ -63,6 +63,7 @@ public:
         ExposureProgram = 34850,
         SpectralSensitivity = 34852,
         PhotographicSensitivity = 34855,
+        ISOSpeedRatings = PhotographicSensitivity, // its name in the standard up to version 2.21
         OECF = 34856,
         SensitivityType = 34864,
         StandardOutputSensitivity = 34865,
@@ -136,6 +137,13 @@ public:
         LensMake = 42035,
         LensModel = 42036,
         LensSerialNumber = 42037,
+        ImageTitle = 42038,
+        Photographer = 42039,
+        ImageEditor = 42040,
+        CameraFirmware = 42041,
+        RAWDevelopingSoftware = 42042,
+        ImageEditingSoftware = 42043,
+        MetadataEditingSoftware = 42044,
         CompositeImage = 42080,
         SourceImageNumberOfCompositeImage = 42081,
         SourceExposureTimesOfCompositeImage = 42082,
@@ -224,7 +232,8 @@ public:
     // tag GpsInfoIfdPointer among the image tags.
     qint64 write(QIODevice *device) const;
 
-    // The block in a JPEG file's first application segment 1. False without one.
+    // The block in a JPEG file's first application segment 1. False without one. A file that can't
+    // be opened leaves the header as it is.
     bool loadFromJpeg(const QString &path);
     bool loadFromJpeg(QIODevice *device);
     // Puts the block into a JPEG file in place. False, with the file unchanged, for what isn't

@@ -27,7 +27,9 @@ class tst_QExifImageHeader : public QObject
 private slots:
     void newHeaderIsEmptyAndLittleEndian();
     void clearKeepsTheByteOrder();
+    void clearForgetsTheThumbnailsValues();
     void valuesAreSetFoundAndRemoved();
+    void enumsCarryTheNumbersOfTheStandard_data();
     void enumsCarryTheNumbersOfTheStandard();
 
     void readsEachType_data();
@@ -48,11 +50,15 @@ private slots:
 
     void writesAnEmptyHeader();
     void writesTheImageTable();
+    void writesEachType_data();
+    void writesEachType();
+    void devicePositionIsNotTakenIntoAccount();
     void offsetsOfTheExtendedTableAreTwoBytesEarly();
     void outOfLineValuesComeBackShiftedByTwoBytes();
     void offsetsOfTheGpsTableAreTwoBytesEarly();
     void secondWriteWithGpsHoldsThePointerTwice();
     void writesTheThumbnailTable();
+    void writesWhatAThumbnailCameWith();
     void countZeroWritesAZeroField();
     void smallValuesArePadded_data();
     void smallValuesArePadded();
@@ -61,6 +67,7 @@ private slots:
     void fullDeviceIsNoticed();
 
     void thumbnailComesBack();
+    void newThumbnailKeepsTheOldOnesValues();
     void thumbnailIsTurnedUpright_data();
     void thumbnailIsTurnedUpright();
     void thumbnailThatClaimsMillionsOfPixelsIsNull();
@@ -70,12 +77,14 @@ private slots:
     void savesIntoEachLayout_data();
     void savesIntoEachLayout();
     void shorterBlockIsPadded();
+    void shorterBlockBehindJfifIsPadded();
     void longerBlockReplacesAShorterOne();
     void blockOver65533BytesWrapsItsLength();
     void refusedFilesStayAsTheyAre_data();
     void refusedFilesStayAsTheyAre();
     void savesToAPath();
     void readOnlyAndMissingFilesAreNotSaved();
+    void fileThatCannotBeOpenedLeavesTheHeader();
     void fileWithoutPermissionStaysAsItIs();
     void fullDiskIsNoticed();
 
@@ -226,6 +235,17 @@ void tst_QExifImageHeader::clearKeepsTheByteOrder()
     QCOMPARE(header.size(), 28);
 }
 
+void tst_QExifImageHeader::clearForgetsTheThumbnailsValues()
+{
+    Header header;
+    QVERIFY(readBytes(&header, richBlock()));
+    header.setThumbnail(corners());
+    QCOMPARE(header.thumbnail().size(), QSize(8, 16)); // orientation 6
+    header.clear();
+    header.setThumbnail(corners());
+    QCOMPARE(header.thumbnail().size(), QSize(16, 8));
+}
+
 void tst_QExifImageHeader::valuesAreSetFoundAndRemoved()
 {
     Header header;
@@ -250,20 +270,101 @@ void tst_QExifImageHeader::valuesAreSetFoundAndRemoved()
     QVERIFY(!header.contains(Header::GPSLatitude));
 }
 
+void tst_QExifImageHeader::enumsCarryTheNumbersOfTheStandard_data()
+{
+    QTest::addColumn<int>("first"); // of a run without a gap, as the standard prints it
+    QTest::addColumn<QVector<int>>("tags");
+    const auto run = [](int first, const QVector<int> &tags) {
+        QTest::addRow("%x", first) << first << tags;
+    };
+    run(0x100,
+        {Header::ImageWidth, Header::ImageLength, Header::BitsPerSample, Header::Compression});
+    run(0x106, {Header::PhotometricInterpretation});
+    run(0x10e, {Header::ImageDescription, Header::Make, Header::Model, Header::StripOffsets,
+                Header::Orientation});
+    run(0x115, {Header::SamplesPerPixel, Header::RowsPerStrip, Header::StripByteCounts});
+    run(0x11a, {Header::XResolution, Header::YResolution, Header::PlanarConfiguration});
+    run(0x128, {Header::ResolutionUnit});
+    run(0x12d, {Header::TransferFunction});
+    run(0x131, {Header::Software, Header::DateTime});
+    run(0x13b, {Header::Artist});
+    run(0x13e, {Header::WhitePoint, Header::PrimaryChromaticities});
+    run(0x201, {Header::JPEGInterchangeFormat, Header::JPEGInterchangeFormatLength});
+    run(0x211, {Header::YCbCrCoefficients, Header::YCbCrSubSampling, Header::YCbCrPositioning,
+                Header::ReferenceBlackWhite});
+    run(0x8298, {Header::Copyright});
+    run(0x8769, {Header::ExifIfdPointer});
+    run(0x8825, {Header::GpsInfoIfdPointer});
+
+    run(0x829a, {Header::ExposureTime});
+    run(0x829d, {Header::FNumber});
+    run(0x8822, {Header::ExposureProgram});
+    run(0x8824, {Header::SpectralSensitivity});
+    run(0x8827, {Header::PhotographicSensitivity, Header::OECF});
+    run(0x8830, {Header::SensitivityType, Header::StandardOutputSensitivity,
+                 Header::RecommendedExposureIndex, Header::ISOSpeed, Header::ISOSpeedLatitudeyyy,
+                 Header::ISOSpeedLatitudezzz});
+    run(0x9000, {Header::ExifVersion});
+    run(0x9003, {Header::DateTimeOriginal, Header::DateTimeDigitized});
+    run(0x9010, {Header::OffsetTime, Header::OffsetTimeOriginal, Header::OffsetTimeDigitized});
+    run(0x9101, {Header::ComponentsConfiguration, Header::CompressedBitsPerPixel});
+    run(0x9201, {Header::ShutterSpeedValue, Header::ApertureValue, Header::BrightnessValue,
+                 Header::ExposureBiasValue, Header::MaxApertureValue, Header::SubjectDistance,
+                 Header::MeteringMode, Header::LightSource, Header::Flash, Header::FocalLength});
+    run(0x9214, {Header::SubjectArea});
+    run(0x927c, {Header::MakerNote});
+    run(0x9286, {Header::UserComment});
+    run(0x9290, {Header::SubSecTime, Header::SubSecTimeOriginal, Header::SubSecTimeDigitized});
+    run(0x9400, {Header::Temperature, Header::Humidity, Header::Pressure, Header::WaterDepth,
+                 Header::Acceleration, Header::CameraElevationAngle});
+    run(0xa000,
+        {Header::FlashpixVersion, Header::ColorSpace, Header::PixelXDimension,
+         Header::PixelYDimension, Header::RelatedSoundFile, Header::InteroperabilityIfdPointer});
+    run(0xa20b, {Header::FlashEnergy, Header::SpatialFrequencyResponse});
+    run(0xa20e, {Header::FocalPlaneXResolution, Header::FocalPlaneYResolution,
+                 Header::FocalPlaneResolutionUnit});
+    run(0xa214, {Header::SubjectLocation, Header::ExposureIndex});
+    run(0xa217, {Header::SensingMethod});
+    run(0xa300, {Header::FileSource, Header::SceneType, Header::CFAPattern});
+    run(0xa401, {Header::CustomRendered, Header::ExposureMode, Header::WhiteBalance,
+                 Header::DigitalZoomRatio, Header::FocalLengthIn35mmFilm, Header::SceneCaptureType,
+                 Header::GainControl, Header::Contrast, Header::Saturation, Header::Sharpness,
+                 Header::DeviceSettingDescription, Header::SubjectDistanceRange});
+    run(0xa420, {Header::ImageUniqueID});
+    run(0xa430, {Header::CameraOwnerName, Header::BodySerialNumber, Header::LensSpecification,
+                 Header::LensMake, Header::LensModel, Header::LensSerialNumber, Header::ImageTitle,
+                 Header::Photographer, Header::ImageEditor, Header::CameraFirmware,
+                 Header::RAWDevelopingSoftware, Header::ImageEditingSoftware,
+                 Header::MetadataEditingSoftware});
+    run(0xa460, {Header::CompositeImage, Header::SourceImageNumberOfCompositeImage,
+                 Header::SourceExposureTimesOfCompositeImage});
+    run(0xa500, {Header::Gamma});
+
+    run(0, {Header::GPSVersionID,       Header::GPSLatitudeRef,
+            Header::GPSLatitude,        Header::GPSLongitudeRef,
+            Header::GPSLongitude,       Header::GPSAltitudeRef,
+            Header::GPSAltitude,        Header::GPSTimeStamp,
+            Header::GPSSatellites,      Header::GPSStatus,
+            Header::GPSMeasureMode,     Header::GPSDOP,
+            Header::GPSSpeedRef,        Header::GPSSpeed,
+            Header::GPSTrackRef,        Header::GPSTrack,
+            Header::GPSImgDirectionRef, Header::GPSImgDirection,
+            Header::GPSMapDatum,        Header::GPSDestLatitudeRef,
+            Header::GPSDestLatitude,    Header::GPSDestLongitudeRef,
+            Header::GPSDestLongitude,   Header::GPSDestBearingRef,
+            Header::GPSDestBearing,     Header::GPSDestDistanceRef,
+            Header::GPSDestDistance,    Header::GPSProcessingMethod,
+            Header::GPSAreaInformation, Header::GPSDateStamp,
+            Header::GPSDifferential,    Header::GPSHPositioningError});
+}
+
 void tst_QExifImageHeader::enumsCarryTheNumbersOfTheStandard()
 {
-    QCOMPARE(int(Header::Compression), 259);
-    QCOMPARE(int(Header::Orientation), 274);
-    QCOMPARE(int(Header::XResolution), 282);
-    QCOMPARE(int(Header::YResolution), 283);
-    QCOMPARE(int(Header::ResolutionUnit), 296);
-    QCOMPARE(int(Header::JPEGInterchangeFormat), 513);
-    QCOMPARE(int(Header::JPEGInterchangeFormatLength), 514);
-    QCOMPARE(int(Header::ExifIfdPointer), 0x8769);
-    QCOMPARE(int(Header::GpsInfoIfdPointer), 0x8825);
-    QCOMPARE(int(Header::InteroperabilityIfdPointer), 0xA005);
-    QCOMPARE(int(Header::GPSAltitude), 6);
-    QCOMPARE(int(Header::GPSHPositioningError), 31);
+    QFETCH(int, first);
+    QFETCH(QVector<int>, tags);
+    for (const int tag : tags)
+        QCOMPARE(tag, first++);
+    QCOMPARE(int(Header::ISOSpeedRatings), int(Header::PhotographicSensitivity));
 }
 
 void tst_QExifImageHeader::readsEachType_data()
@@ -286,6 +387,28 @@ void tst_QExifImageHeader::readsEachType_data()
         row("bytes outside", oneEntry(big, 1, 5, {}, hex("0102030405")), [](const QExifValue &v) {
             return v.toByteVector() == QVector<quint8>{1, 2, 3, 4, 5};
         });
+        row("four bytes inside", oneEntry(big, 1, 4, hex("01020304")), [](const QExifValue &v) {
+            return v.toByteVector() == QVector<quint8>{1, 2, 3, 4};
+        });
+        row("text of no byte", oneEntry(big, 2, 0, hex("61626300")),
+            [](const QExifValue &v) { return v.type() == 2 && v.toString().isEmpty(); });
+        row("no short", oneEntry(big, 3, 0, hex("01020304")),
+            [](const QExifValue &v) { return v.type() == 3 && v.count() == 0; });
+        row("signed longs outside",
+            oneEntry(big, 9, 2, {}, bytes("fffffffe00000001", "feffffff01000000")),
+            [](const QExifValue &v) {
+                return v.toSignedLongVector() == QVector<qint32>{-2, 1};
+            });
+        row("no rational", oneEntry(big, 5, 0, hex("01020304")),
+            [](const QExifValue &v) { return v.type() == 5 && v.count() == 0; });
+        row("rationals",
+            oneEntry(big, 5, 2, {},
+                     bytes("00000001000000020000000300000004", "01000000020000000300000004000000")),
+            [](const QExifValue &v) {
+                return v.toRationalVector() == QVector<QExifURational>{{1, 2}, {3, 4}};
+            });
+        row("no undefined byte", oneEntry(big, 7, 0, hex("01020304")),
+            [](const QExifValue &v) { return v.type() == 7 && v.count() == 0; });
         row("text inside", oneEntry(big, 2, 4, hex("61626300")),
             [](const QExifValue &v) { return v.toString() == "abc" && v.count() == 4; });
         row("empty text", oneEntry(big, 2, 1, hex("61626300")), [](const QExifValue &v) {
@@ -524,6 +647,106 @@ void tst_QExifImageHeader::writesTheImageTable()
                                   "0000"));          // at 4c
 }
 
+void tst_QExifImageHeader::writesEachType_data()
+{
+    QTest::addColumn<bool>("bigEndian");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("II") << false
+                        << hex("49492a0008000000"
+                               "0f00"
+                               "010001000200000001020000"
+                               "0200010005000000c2000000"
+                               "030002000300000061620000"
+                               "0400020005000000c7000000"
+                               "050003000100000002010000"
+                               "0600030003000000cc000000"
+                               "070004000100000004030201"
+                               "0800040002000000d2000000"
+                               "0900050001000000da000000"
+                               "0a0007000200000061620000"
+                               "0b00070005000000e2000000"
+                               "0c00090001000000feffffff"
+                               "0d00090002000000e7000000"
+                               "0e000a0001000000ef000000"
+                               "6987040001000000f7000000"
+                               "00000000"
+                               "0102030405"       // at c2
+                               "6162636400"       // at c7
+                               "010002000300"     // at cc
+                               "0100000002000000" // at d2
+                               "0100000002000000" // at da
+                               "6162636465"       // at e2
+                               "ffffffff02000000" // at e7
+                               "ffffffff02000000" // at ef
+                               "0000");
+    QTest::newRow("MM") << true
+                        << hex("4d4d002a00000008"
+                               "000f"
+                               "000100010000000201020000"
+                               "0002000100000005000000c2"
+                               "000300020000000361620000"
+                               "0004000200000005000000c7"
+                               "000500030000000101020000"
+                               "0006000300000003000000cc"
+                               "000700040000000101020304"
+                               "0008000400000002000000d2"
+                               "0009000500000001000000da"
+                               "000a00070000000261620000"
+                               "000b000700000005000000e2"
+                               "000c000900000001fffffffe"
+                               "000d000900000002000000e7"
+                               "000e000a00000001000000ef"
+                               "8769000400000001000000f7"
+                               "00000000"
+                               "0102030405"
+                               "6162636400"
+                               "000100020003"
+                               "0000000100000002"
+                               "0000000100000002"
+                               "6162636465"
+                               "ffffffff00000002"
+                               "ffffffff00000002"
+                               "0000");
+}
+
+void tst_QExifImageHeader::writesEachType()
+{
+    QFETCH(bool, bigEndian);
+    Header header;
+    QVERIFY(readBytes(&header, ExifBlock(bigEndian).u32(8).u16(0).u32(0)));
+    int tag = 0;
+    for (const QExifValue &value : {
+             QExifValue(QVector<quint8>{1, 2}),
+             QExifValue(QVector<quint8>{1, 2, 3, 4, 5}),
+             QExifValue(QString("ab")),
+             QExifValue(QString("abcd")),
+             QExifValue(quint16(0x102)),
+             QExifValue(QVector<quint16>{1, 2, 3}),
+             QExifValue(quint32(0x1020304)),
+             QExifValue(QVector<quint32>{1, 2}),
+             QExifValue(QExifURational(1, 2)),
+             QExifValue(QByteArray("ab")),
+             QExifValue(QByteArray("abcde")),
+             QExifValue(qint32(-2)),
+             QExifValue(QVector<qint32>{-1, 2}),
+             QExifValue(QExifSRational(-1, 2)),
+         })
+        header.setValue(static_cast<Header::ImageTag>(++tag), value);
+    QTEST(written(header), "bytes");
+}
+
+void tst_QExifImageHeader::devicePositionIsNotTakenIntoAccount()
+{
+    Header header;
+    header.setValue(Header::Make, QString("Maker"));
+    QByteArray bytes("12345");
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::ReadWrite);
+    buffer.seek(5);
+    QCOMPARE(header.write(&buffer), qint64(46));
+    QCOMPARE(bytes, "12345" + written(header));
+}
+
 void tst_QExifImageHeader::offsetsOfTheExtendedTableAreTwoBytesEarly()
 {
     Header header;
@@ -624,6 +847,50 @@ void tst_QExifImageHeader::writesTheThumbnailTable()
                                   "6a7065677321")); // at 82
 }
 
+void tst_QExifImageHeader::writesWhatAThumbnailCameWith()
+{
+    Header header;
+    QVERIFY(readBytes(&header, ExifBlock(true)
+                                   .u32(8)
+                                   .u16(0)
+                                   .u32(14)
+                                   .u16(7)
+                                   .rawEntry(271, 2, 2, QByteArray("x\0\0\0", 4)) // is dropped
+                                   .rawEntry(274, 3, 1, QByteArray("\0\6\0\0", 4))
+                                   .entry(282, 5, 1, 104)
+                                   .entry(283, 5, 1, 112)
+                                   .rawEntry(296, 3, 1, QByteArray("\0\3\0\0", 4))
+                                   .entry(513, 4, 1, 120)
+                                   .entry(514, 4, 1, 6)
+                                   .u32(0)
+                                   .u32(300)
+                                   .u32(1)
+                                   .u32(200)
+                                   .u32(1)
+                                   .raw("jpegs!")));
+    header.setValue(Header::GPSLatitudeRef, QString("N"));
+    QCOMPARE(written(header), hex("4d4d002a00000008"
+                                  "0002"
+                                  "876900040000000100000026"
+                                  "882500040000000100000028"
+                                  "00000036"
+                                  "0000"             // at 26
+                                  "0001"             // at 28
+                                  "0001000200000002" // GPSLatitudeRef
+                                  "4e000000"
+                                  "0007"                     // at 36
+                                  "010300030000000100060000" // Compression
+                                  "011a0005000000010000008c" // XResolution
+                                  "011b00050000000100000094" // YResolution
+                                  "012800030000000100030000" // ResolutionUnit
+                                  "011200030000000100060000" // Orientation
+                                  "02010004000000010000009c"
+                                  "020200040000000100000006"
+                                  "0000012c00000001" // at 8c
+                                  "000000c800000001" // at 94
+                                  "6a7065677321"));  // at 9c
+}
+
 void tst_QExifImageHeader::countZeroWritesAZeroField()
 {
     Header header;
@@ -701,6 +968,23 @@ void tst_QExifImageHeader::thumbnailComesBack()
     header.setThumbnail(QImage());
     QVERIFY(header.thumbnail().isNull());
     QCOMPARE(header.size(), 28);
+}
+
+void tst_QExifImageHeader::newThumbnailKeepsTheOldOnesValues()
+{
+    Header header;
+    QVERIFY(readBytes(&header, richBlock()));
+    const qint64 before = header.size();
+    header.setThumbnail(corners());
+    QByteArray jpeg;
+    QBuffer buffer(&jpeg);
+    buffer.open(QIODevice::WriteOnly);
+    QVERIFY(corners().save(&buffer, "JPG"));
+    QCOMPARE(header.size(), before - qstrlen("jpegs") + jpeg.size());
+    QCOMPARE(header.thumbnail().size(), QSize(8, 16)); // turned as the old one was
+    QVERIFY(written(header).endsWith(jpeg));
+    header.setThumbnail(QImage());
+    QCOMPARE(header.size(), before - qstrlen("jpegs") - 90 + 12); // the pointer has stayed
 }
 
 void tst_QExifImageHeader::thumbnailIsTurnedUpright_data()
@@ -855,6 +1139,17 @@ void tst_QExifImageHeader::shorterBlockIsPadded()
     QCOMPARE(jpeg.right(8), jpegRest());
 }
 
+void tst_QExifImageHeader::shorterBlockBehindJfifIsPadded()
+{
+    const QByteArray start = "\xFF\xD8" + jfifSegment();
+    const QByteArray prefix("Exif\0\0", 6);
+    QByteArray jpeg = start + jpegSegment("\xFF\xE1", prefix + QByteArray(94, 'x')) + jpegRest();
+    QVERIFY(save(Header(), &jpeg));
+    QCOMPARE(jpeg, start
+                       + jpegSegment("\xFF\xE1", prefix + written(Header()) + QByteArray(66, '\0'))
+                       + jpegRest());
+}
+
 void tst_QExifImageHeader::longerBlockReplacesAShorterOne()
 {
     QByteArray jpeg = jpegWithExif("old");
@@ -917,6 +1212,19 @@ void tst_QExifImageHeader::readOnlyAndMissingFilesAreNotSaved()
     QVERIFY(!Header().loadFromJpeg(folder.path()));
     QVERIFY(!Header().loadFromJpeg(folder.filePath("none.jpg")));
     QVERIFY(!Header().saveToJpeg(":/none.jpg"));
+}
+
+void tst_QExifImageHeader::fileThatCannotBeOpenedLeavesTheHeader()
+{
+    QTemporaryDir folder;
+    Header header;
+    header.setValue(Header::Make, QString("Maker"));
+    QVERIFY(!header.loadFromJpeg(folder.filePath("none.jpg")));
+    QVERIFY(header.contains(Header::Make));
+    QFile empty(folder.filePath("empty.jpg"));
+    QVERIFY(empty.open(QIODevice::WriteOnly));
+    QVERIFY(!header.loadFromJpeg(empty.fileName()));
+    QVERIFY(!header.contains(Header::Make));
 }
 
 void tst_QExifImageHeader::fileWithoutPermissionStaysAsItIs()

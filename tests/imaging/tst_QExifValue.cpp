@@ -117,6 +117,18 @@ void tst_QExifValue::conversionsThatDoNotFitGiveNothing()
              QExifURational(0, 0));
     QCOMPARE(QExifValue(QExifURational(1, 2)).toSignedRational(), QExifSRational(0, 0));
     QVERIFY(QExifValue(QExifURational(1, 2)).toSignedRationalVector().isEmpty());
+    QCOMPARE(QExifValue(QVector<quint8>{1, 2}).toByte(), quint8(0));
+    QCOMPARE(QExifValue(QVector<quint16>{1, 2}).toShort(), quint16(0));
+    QCOMPARE(QExifValue(QExifURational(1, 2)).toLong(), 0u);
+    QVERIFY(QExifValue(QByteArray("ab")).toByteVector().isEmpty());
+    QVERIFY(QExifValue(quint8('a')).toByteArray().isEmpty());
+    QVERIFY(QExifValue(quint8('a')).toString().isEmpty());
+    QVERIFY(QExifValue(QByteArray("no prefix, no text")).toString().isEmpty());
+    QVERIFY(!QExifValue(QString("nineteen characters")).toDateTime().isValid());
+    QVERIFY(QExifValue().toString().isEmpty());
+    QCOMPARE(QExifValue().toByte(), quint8(0));
+    QCOMPARE(QExifValue(QString("x")).encoding(), QExifValue::NoEncoding);
+    QCOMPARE(QExifValue(QString::fromLatin1("ASCII\0\0\0x", 9)).encoding(), QExifValue::NoEncoding);
 }
 
 void tst_QExifValue::vectorsComeBack()
