@@ -23,6 +23,12 @@ private slots:
 
     void thePublicPortalIsTheDefault();
     void signInAndOut();
+    void whatGoesToThePortal();
+    void signOutLeavesTheRest();
+    void errorOfTheServiceComesBeforeItsToken();
+    void errorsAboutThePortalAndTheUserAreKeptAsTheyAre();
+    void theSamePortalUrlKeepsTheSignIn();
+    void secondSignInDuringTheFirst();
     void wrongPasswordRaisesTheServicesError();
     void unreachableServiceRaisesAnError();
     void passwordThatBeginsWithAt();
@@ -42,6 +48,9 @@ private slots:
     void infoWithoutTokenServiceStopsTheSignIn();
 
 private:
+    void useServer(HttpServer &server, const QByteArray &tokenAnswer,
+                   const QByteArray &otherAnswers = "{}");
+
     QQmlEngine m_engine;
     DevelopmentPortal m_server;
     std::unique_ptr<QObject> m_portal;
@@ -65,6 +74,26 @@ void tst_Portal::init()
 void tst_Portal::cleanup()
 {
     m_portal.reset();
+}
+
+// A portal that answers as it is told and keeps the requests.
+void tst_Portal::useServer(HttpServer &server, const QByteArray &tokenAnswer,
+                           const QByteArray &otherAnswers)
+{
+    const auto answer = [](const QByteArray &body) {
+        return [body](const HttpServer::Request &) {
+            return HttpServer::Answer{body, 200, "application/json"};
+        };
+    };
+    const QByteArray url = server.url("").toString().toUtf8();
+    server.on(
+        "/sharing/rest/info",
+        answer("{\"owningSystemUrl\": \"http://owner\", \"authInfo\": {\"tokenServicesUrl\": \""
+               + url + "/token\"}}"));
+    server.on("/token", answer(tokenAnswer));
+    server.on("/sharing/rest/portals/self", answer(otherAnswers));
+    server.on("/sharing/rest/community/users/jo", answer(otherAnswers));
+    m_portal->setProperty("portalUrl", server.url(""));
 }
 
 void tst_Portal::thePublicPortalIsTheDefault()
@@ -99,6 +128,109 @@ void tst_Portal::signInAndOut()
     QCOMPARE(m_portal->property("userThumbnailUrl").toUrl(), QUrl());
     QCOMPARE(m_portal->property("username").toString(), QString("jo"));
     QCOMPARE(m_portal->property("password").toString(), QString("pw"));
+}
+
+void tst_Portal::whatGoesToThePortal()
+{
+    HttpServer server;
+    const qint64 expires = QDateTime::currentMSecsSinceEpoch() + 600000;
+    useServer(server, "{\"token\": \"t\", \"expires\": " + QByteArray::number(expires)
+                          + ", \"ssl\": true}");
+    QVERIFY(signIn(m_portal.get(), "jo", "pw"));
+    QTRY_COMPARE(server.requestCount(), 4);
+
+    QStringList seen;
+    for (const HttpServer::Request &request : server.requests())
+        seen.append(QString("%1 %2 %3").arg(request.method, request.target, request.body));
+    QCOMPARE(seen.at(0), QString("GET /sharing/rest/info?f=json "));
+    const QString referer = QUrl::toPercentEncoding(server.url("").toString(), ":/");
+    QCOMPARE(seen.at(1),
+             "POST /token expiration=120&f=json&password=pw&referer=" + referer + "&username=jo");
+    QStringList last = seen.mid(2); // both are under way at once
+    last.sort();
+    QCOMPARE(last, QStringList({"POST /sharing/rest/community/users/jo f=pjson&token=t",
+                                "POST /sharing/rest/portals/self f=pjson&token=t"}));
+    QCOMPARE(m_portal->property("owningSystemUrl").toUrl(), QUrl("http://owner"));
+    QCOMPARE(m_portal->property("expires").toDateTime().toMSecsSinceEpoch(), expires);
+    QVERIFY(m_portal->property("ssl").toBool());
+
+    // Without a token none is sent.
+    QMetaObject::invokeMethod(m_portal.get(), "signOut");
+    server.clearRequests();
+    QObject *self = m_portal->findChildren<NetworkRequest *>().value(2);
+    QVERIFY(self);
+    QTRY_COMPARE(self->property("readyState").toInt(), 4);
+    QVERIFY(QMetaObject::invokeMethod(self, "sendRequest"));
+    QTRY_COMPARE(server.requestCount(), 1);
+    QCOMPARE(server.lastRequest().body, QByteArray("f=pjson"));
+}
+
+void tst_Portal::signOutLeavesTheRest()
+{
+    QVERIFY(signIn(m_portal.get(), "jo", "pw"));
+    QTRY_VERIFY(m_portal->property("info").value<QJSValue>().isObject());
+    QTRY_VERIFY(m_portal->property("user").value<QJSValue>().isObject());
+    const QVariant expires = m_portal->property("expires");
+    const QVariant service = m_portal->property("tokenServicesUrl");
+    QSignalSpy token(m_portal.get(), SIGNAL(tokenChanged()));
+    QMetaObject::invokeMethod(m_portal.get(), "signOut");
+    QCOMPARE(token.count(), 1);
+    QVERIFY(m_portal->property("info").value<QJSValue>().isObject());
+    QVERIFY(m_portal->property("user").isNull());
+    QCOMPARE(m_portal->property("expires"), expires);
+    QCOMPARE(m_portal->property("tokenServicesUrl"), service);
+    QMetaObject::invokeMethod(m_portal.get(), "signOut"); // once more changes nothing
+    QCOMPARE(token.count(), 1);
+}
+
+void tst_Portal::errorOfTheServiceComesBeforeItsToken()
+{
+    QVERIFY(signIn(m_portal.get(), "jo", "pw"));
+    const QVariant token = m_portal->property("token");
+    HttpServer server;
+    server.on("/token", [](const HttpServer::Request &) {
+        return HttpServer::Answer{"{\"error\": \"no\", \"token\": \"other\"}"};
+    });
+    m_portal->setProperty("tokenServicesUrl", server.url("/token"));
+    QSignalSpy error(m_portal.get(), SIGNAL(error(QVariant)));
+    startSignIn(m_portal.get(), "jo", "pw");
+    QVERIFY(error.wait());
+    QCOMPARE(error.first().first().toString(), QString("no")); // unchanged, whatever it is
+    QCOMPARE(m_portal->property("token"), token);
+}
+
+void tst_Portal::errorsAboutThePortalAndTheUserAreKeptAsTheyAre()
+{
+    HttpServer server;
+    useServer(server, "{\"token\": \"t\", \"expires\": 1, \"ssl\": false}",
+              "{\"error\": {\"code\": 498}}");
+    m_portal->setProperty("expiryMode", m_portal->property("expiryModeSignal"));
+    QSignalSpy error(m_portal.get(), SIGNAL(error(QVariant)));
+    QVERIFY(signIn(m_portal.get(), "jo", "pw"));
+    for (const char *name : {"info", "user"})
+        QTRY_COMPARE(
+            m_portal->property(name).value<QJSValue>().property("error").property("code").toInt(),
+            498);
+    QVERIFY(m_portal->property("signedIn").toBool());
+    QCOMPARE(error.count(), 0);
+}
+
+void tst_Portal::theSamePortalUrlKeepsTheSignIn()
+{
+    QVERIFY(signIn(m_portal.get(), "jo", "pw"));
+    m_portal->setProperty("portalUrl", m_portal->property("portalUrl"));
+    QVERIFY(m_portal->property("signedIn").toBool());
+    QVERIFY(!m_portal->property("tokenServicesUrl").toUrl().isEmpty());
+}
+
+// It simply sends again, which a request that is under way refuses.
+void tst_Portal::secondSignInDuringTheFirst()
+{
+    LogCapture log;
+    startSignIn(m_portal.get(), "jo", "pw");
+    startSignIn(m_portal.get(), "jo", "pw");
+    QCOMPARE(log.count(QtDebugMsg, "qml", "infoRequest error UNEXPECTED"), 1);
+    QTRY_VERIFY(m_portal->property("signedIn").toBool());
 }
 
 void tst_Portal::wrongPasswordRaisesTheServicesError()

@@ -39,6 +39,33 @@ public:
     }
 };
 
+// A class that inherits from it.
+class OtherQmlPortal : public QmlPortal
+{
+    Q_OBJECT
+};
+
+// Names as the engine gives them, and names that are nearly so.
+class Portal_Other : public QObject
+{
+    Q_OBJECT
+};
+
+class portal_lower : public QObject
+{
+    Q_OBJECT
+};
+
+class PortalElement : public QObject
+{
+    Q_OBJECT
+};
+
+class My_Portal_Other : public QObject
+{
+    Q_OBJECT
+};
+
 class tst_PortalObject : public QObject
 {
     Q_OBJECT
@@ -49,7 +76,10 @@ private slots:
     void anInlinePortalIsAccepted();
     void theBareDocumentHasNoUrl();
     void aDocumentOfAnotherNameIsNoPortal();
+    void classNamesDecide_data();
+    void classNamesDecide();
     void aForeignObjectIsKeptButIsNoPortal();
+    void anotherObjectIsLookedAtAnew();
     void aNativePortalHandsOutItsToken();
     void aNativePortalWithoutCredentialsHasNoToken();
     void valuesAreReadAtEachCall();
@@ -86,7 +116,9 @@ void tst_PortalObject::withoutAPortalTheDefaultIsUsed()
     QVERIFY(!portal.isPortal());
     QCOMPARE(portal.url(), QString("http://portal.zemrik.example"));
     QCOMPARE(portal.restUrl(), QString("http://portal.zemrik.example/sharing/rest"));
-    QCOMPARE(log.count(QtWarningMsg, category, "Using default url:"), 2);
+    QCOMPARE(
+        log.count(QtWarningMsg, category, "Using default url: \"http://portal.zemrik.example\""),
+        2);
     QVERIFY(portal.token().isEmpty());
     QVERIFY(!portal.isSignedIn());
 }
@@ -121,6 +153,33 @@ void tst_PortalObject::aDocumentOfAnotherNameIsNoPortal()
     QCOMPARE(portal.token(), QString("t")); // read without a look at the kind
 }
 
+void tst_PortalObject::classNamesDecide_data()
+{
+    QTest::addColumn<QObject *>("object");
+    QTest::addColumn<bool>("accepted");
+    QTest::newRow("Portal_") << static_cast<QObject *>(new Portal_Other) << true;
+    QTest::newRow("lower case") << static_cast<QObject *>(new portal_lower) << false;
+    QTest::newRow("no underscore") << static_cast<QObject *>(new PortalElement) << false;
+    QTest::newRow("later in the name") << static_cast<QObject *>(new My_Portal_Other) << false;
+    QTest::newRow("QmlPortal") << static_cast<QObject *>(new QmlPortal) << true;
+    QTest::newRow("inherits QmlPortal") << static_cast<QObject *>(new OtherQmlPortal) << true;
+}
+
+void tst_PortalObject::classNamesDecide()
+{
+    QFETCH(QObject *, object);
+    QFETCH(bool, accepted);
+    const std::unique_ptr<QObject> owned(object);
+    LogCapture log;
+    const PortalObject portal(object);
+    QCOMPARE(portal.isPortal(), accepted);
+    QCOMPARE(log.count(QtWarningMsg, category,
+                       QString("Not a portal object \"%1\" instance %1(0x")
+                           .arg(object->metaObject()->className())),
+             accepted ? 0 : 1);
+    QCOMPARE(log.count(QtWarningMsg), accepted ? 0 : 1);
+}
+
 void tst_PortalObject::aForeignObjectIsKeptButIsNoPortal()
 {
     QObject object;
@@ -131,6 +190,24 @@ void tst_PortalObject::aForeignObjectIsKeptButIsNoPortal()
     portal.setPortal(nullptr);
     QVERIFY(!portal.portal());
     QCOMPARE(log.count(QtWarningMsg), 1);
+}
+
+void tst_PortalObject::anotherObjectIsLookedAtAnew()
+{
+    const auto element = make("Portal { property url url: portalUrl; token: 'element' }");
+    QmlPortal native;
+    QObject foreign;
+    foreign.setProperty("token", "dynamic"); // no property that can be read by name
+    PortalObject portal(&native);
+    QCOMPARE(portal.token(), QString("native token"));
+    portal.setPortal(element.get());
+    QCOMPARE(portal.token(), QString("element")); // which has no credentials
+    QVERIFY(portal.isPortal() && portal.isSignedIn());
+    portal.setPortal(&foreign);
+    QVERIFY(!portal.isPortal() && !portal.isSignedIn());
+    QCOMPARE(portal.token(), QString());
+    portal.setPortal(nullptr);
+    QVERIFY(!portal.isPortal() && !portal.portal());
 }
 
 void tst_PortalObject::aNativePortalHandsOutItsToken()

@@ -3,6 +3,7 @@
 #include "plugin/TessalineError.h"
 #include "portal/PortalObject.h"
 #include "support/DevelopmentPortal.h"
+#include "support/HttpServer.h"
 #include "support/IsolatedHome.h"
 #include "support/LogCapture.h"
 #include "support/PortalElement.h"
@@ -29,8 +30,11 @@ private slots:
     void completeRun();
     void thumbnails_data();
     void thumbnails();
+    void whatGoesToThePortal();
     void infoOnlyStopsAfterTheInformation();
     void withoutUnpackingTheDownloadStays();
+    void withoutUnpackingAnExistingFolderIsFilled();
+    void withoutAPictureTheEndComesInTheSameCall();
     void errorOfThePortal();
     void damagedArchiveStopsInSilence();
     void missingDataStopInSilence();
@@ -221,6 +225,41 @@ void tst_PortalPackageRequest::thumbnails()
         QCOMPARE(log.count(QtCriticalMsg, package, critical), 1);
 }
 
+void tst_PortalPackageRequest::whatGoesToThePortal()
+{
+    HttpServer server;
+    const auto answer = [](const QByteArray &body) {
+        return [body](const HttpServer::Request &) { return HttpServer::Answer{body}; };
+    };
+    const QByteArray item = "/sharing/rest/content/items/abc";
+    server.on(item, answer("{\"id\": \"abc\", \"thumbnail\": \"pictures/a b.png\"}"));
+    server.on(item + "/data", answer("bytes"));
+    server.on(item + "/info/pictures/a b.png", answer("picture"));
+    const auto element = makePortalElement(m_engine, server.url("").toString());
+    element->setProperty("token", "tok&en");
+    PortalObject portal(element.get());
+    m_request->setPortal(&portal);
+    QVERIFY(QDir(m_work->path()).mkpath("output/abc"));
+    QSignalSpy info(m_request.get(), &PortalPackageRequest::itemInfoReady);
+    QSignalSpy ready(m_request.get(), &PortalPackageRequest::ready);
+    m_request->request("abc", true);
+    QVERIFY(info.wait());
+    m_request->requestData(false);
+    QVERIFY(ready.wait());
+
+    QStringList seen;
+    for (const HttpServer::Request &request : server.requests())
+        seen.append(QString("%1 %2 %3").arg(request.method, request.target, request.body));
+    QCOMPARE(seen, QStringList({"POST " + item + " f=pjson&token=tok%26en",
+                                "POST " + item + "/data token=tok%26en",
+                                "POST " + item + "/info/pictures/a%20b.png token=tok%26en"}));
+    // The picture lies at the top of the folder, and the item keeps the portal's form of its path.
+    QVERIFY(QFile::exists(output("abc/thumbnail.png")));
+    QCOMPARE(savedInfo("abc")["thumbnail"].toString(), QString("thumbnail/thumbnail.png"));
+    // Without a date the file's time is the start of the epoch.
+    QCOMPARE(QFileInfo(output("abc/iteminfo.json")).lastModified().toMSecsSinceEpoch(), 0);
+}
+
 void tst_PortalPackageRequest::infoOnlyStopsAfterTheInformation()
 {
     SignalRecorder recorder(m_request.get());
@@ -247,6 +286,44 @@ void tst_PortalPackageRequest::withoutUnpackingTheDownloadStays()
     QVERIFY(QFile::exists(m_work->filePath("packages/file.bin")));
     QVERIFY(!QFile::exists(output("none"))); // nobody made the folder
     QCOMPARE(log.count(QtWarningMsg, package, "Error setting date/time"), 1);
+}
+
+void tst_PortalPackageRequest::withoutUnpackingAnExistingFolderIsFilled()
+{
+    LogCapture log;
+    QVERIFY(QDir(m_work->path()).mkpath("output/jpg"));
+    QSignalSpy info(m_request.get(), &PortalPackageRequest::itemInfoReady);
+    QSignalSpy ready(m_request.get(), &PortalPackageRequest::ready);
+    m_request->request("jpg", true);
+    QVERIFY(info.wait());
+    m_request->requestData(false);
+    QVERIFY(ready.wait());
+    QVERIFY(QFile::exists(m_work->filePath("packages/jpg.zip")));
+    QCOMPARE(QDir(output("jpg")).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList({"iteminfo.json", "thumbnail.png"}));
+    QCOMPARE(log.count(QtDebugMsg, package, "Unpackaging to:"), 0);
+    QCOMPARE(log.count(QtWarningMsg) + log.count(QtCriticalMsg), 0);
+}
+
+void tst_PortalPackageRequest::withoutAPictureTheEndComesInTheSameCall()
+{
+    bool within = false;
+    QStringList late;
+    SignalRecorder recorder(m_request.get());
+    connect(m_request.get(), &PortalPackageRequest::dataReady, this, [&] {
+        within = true;
+        QMetaObject::invokeMethod(
+            this, [&within] { within = false; }, Qt::QueuedConnection);
+    });
+    connect(m_request.get(), &PortalPackageRequest::ready, this, [&] {
+        if (!within)
+            late.append("ready");
+    });
+    m_request->request("none", false);
+    QTRY_VERIFY(recorder.names().contains("ready"));
+    QCOMPARE(withoutProgress(recorder.names()),
+             QStringList({"itemInfoReady", "dataReady", "thumbnailReady", "ready"}));
+    QCOMPARE(late, QStringList());
 }
 
 void tst_PortalPackageRequest::errorOfThePortal()
