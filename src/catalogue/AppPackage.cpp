@@ -216,8 +216,10 @@ void AppPackage::onPackageError(TessalineError *error)
 // Goes on until a download has started or nothing is left.
 void AppPackage::checkDependencies()
 {
-    while (!downloadCompleted()) {
-        const QVariantMap dependency = m_appInfo.dependencies().at(m_dependencyIndex).toMap();
+    // Asked for once: each answer is a list that is built anew.
+    const QVariantList dependencies = m_appInfo.dependencies();
+    while (m_dependencyIndex < dependencies.size()) {
+        const QVariantMap dependency = dependencies.at(m_dependencyIndex).toMap();
         ++m_dependencyIndex;
         const QString id = dependency.value(QStringLiteral("itemId")).toString();
         if (id.isEmpty()) {
@@ -230,14 +232,7 @@ void AppPackage::checkDependencies()
         m_itemPackage.download(id);
         return;
     }
-}
-
-bool AppPackage::downloadCompleted()
-{
-    if (m_dependencyIndex < m_appInfo.dependencies().size())
-        return false;
     setStatus(ItemPackage::Ready);
-    return true;
 }
 
 void AppPackage::onItemDownloadStarted()

@@ -66,7 +66,6 @@ private:
     void setStatus(ItemPackage::Status status);
     void setStatusMessage(const QString &message);
     void checkDependencies();
-    bool downloadCompleted();
     void fail(const TessalineError &error);
 
     ItemPackage::Status m_status = ItemPackage::Null;
