@@ -8,6 +8,7 @@
 #include "support/RawServer.h"
 #include "support/SignalRecorder.h"
 
+#include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QSignalSpy>
 
@@ -26,6 +27,7 @@ private slots:
     void refreshSignalsInTheirOrder();
     void refreshWithoutSearch();
     void listsAreFilledWhenTheyAreRead();
+    void filteredListIsOfTheAppsThatWereRead();
     void filteredListFollowsTheFilter();
     void hiddenFolders_data();
     void hiddenFolders();
@@ -53,7 +55,13 @@ private slots:
     void refreshDuringASearch();
     void signOutDuringASearch();
     void twoPortalsInOneProcess();
+    void signInAndOutSignalInTheirOrder();
     void signInWithoutAutoRefresh();
+    void objectThatIsNoPortal();
+    void portalThatGoesAway();
+    void itemThatComesTwiceIsOneApp();
+    void itemsWithoutAnId();
+    void searchGoesThroughTheEnginesManager();
     void anotherPortalIsNoLongerHeard();
     void itemDownloadedUpdatesItsApp();
     void onlineStateReadsTheListAgain();
@@ -202,6 +210,17 @@ void tst_AppCatalogue::listsAreFilledWhenTheyAreRead()
     QCOMPARE(ids(), QStringList({"a"}));
     list()->refresh();
     QCOMPARE(ids(), QStringList({"a", "b"}));
+}
+
+void tst_AppCatalogue::filteredListIsOfTheAppsThatWereRead()
+{
+    writeApp("Apps/a", "{\"id\": \"a\"}");
+    QCOMPARE(ids(true), QStringList()); // nothing has been read from the disk
+    QCOMPARE(ids(), QStringList({"a"}));
+    QCOMPARE(ids(true), QStringList({"a"}));
+    list()->refresh();
+    QCOMPARE(ids(true), QStringList({"a"}));
+    QCOMPARE(ids(true), QStringList({"a"}));
 }
 
 void tst_AppCatalogue::filteredListFollowsTheFilter()
@@ -642,6 +661,102 @@ void tst_AppCatalogue::twoPortalsInOneProcess()
     QVERIFY(!lists[1].findById("app1")->isLocal()); // that list has not been read again
     lists[1].refresh();
     QVERIFY(lists[1].findById("app0") && lists[1].findById("app1")->isLocal());
+}
+
+void tst_AppCatalogue::signInAndOutSignalInTheirOrder()
+{
+    const QStringList read{"tagsChanged", "ownersChanged",       "accessChanged", "countsChanged",
+                           "appsChanged", "filteredAppsChanged", "countsChanged"};
+    usePortal("{\"results\": [{\"id\": \"x\"}]}");
+    list()->setSigninRequired(true);
+    LogCapture log;
+    SignalRecorder recorder(list());
+    m_portal->setProperty("token", "t");
+    QCOMPARE(recorder.take(), QStringList("isRefreshingChanged") + read);
+    QCOMPARE(log.count(QtDebugMsg, core, "onSignedInChanged() true"), 1);
+    QTRY_COMPARE(recorder.names(), QStringList({"isRefreshingChanged", "refreshComplete"}) + read);
+    recorder.take();
+    m_portal->setProperty("token", "other"); // still signed in
+    QCOMPARE(recorder.take(), QStringList());
+    m_portal->setProperty("token", "");
+    QCOMPARE(recorder.take(), read);
+    QCOMPARE(log.count(QtDebugMsg, core, "onSignedInChanged() false"), 1);
+    QCOMPARE(m_server.requestCount(), 1);
+}
+
+// Signed in by its properties, but of another kind: it is kept and neither heard nor searched.
+void tst_AppCatalogue::objectThatIsNoPortal()
+{
+    QQmlComponent component(&m_engine);
+    component.setData("import QtQml 2.15\nQtObject { property bool signedIn: true }", QUrl());
+    const std::unique_ptr<QObject> object(component.create());
+    SignalRecorder recorder(list());
+    LogCapture log;
+    list()->setPortal(object.get());
+    QCOMPARE(log.count(QtWarningMsg, manager, "Not a portal object"), 1);
+    QCOMPARE(recorder.take(), QStringList("portalChanged"));
+    QCOMPARE(list()->portal(), object.get());
+    object->setProperty("signedIn", false);
+    object->setProperty("signedIn", true);
+    QCOMPARE(recorder.take(), QStringList());
+    list()->refresh(true);
+    QCOMPARE(recorder.names().last(), QString("refreshComplete"));
+    QVERIFY(!list()->isRefreshing());
+}
+
+void tst_AppCatalogue::portalThatGoesAway()
+{
+    usePortal("{\"results\": [{\"id\": \"x\"}]}");
+    list()->setSigninRequired(true);
+    m_portal->setProperty("token", "t");
+    QTRY_COMPARE(ids(), QStringList("x"));
+    m_portal.reset();
+    QVERIFY(!list()->portal());
+    list()->refresh(true); // nobody is signed in any more
+    QVERIFY(!list()->isRefreshing());
+    QCOMPARE(ids(), QStringList());
+}
+
+void tst_AppCatalogue::itemThatComesTwiceIsOneApp()
+{
+    usePortal("{\"results\": [{\"id\": \"x\", \"title\": \"first\", \"modified\": 1},"
+              " {\"id\": \"x\", \"title\": \"second\", \"modified\": 2}, {\"id\": \"X\"}]}");
+    search();
+    QStringList found = ids();
+    found.sort();
+    QCOMPARE(found, QStringList({"X", "x"}));
+    QCOMPARE(list()->findById("x")->title(), QString("first"));
+    QVERIFY(list()->findById("x")->isUpdateAvailable());
+    QCOMPARE(list()->onlineUpdatesCount(), 1);
+    found = ids(true);
+    found.sort();
+    QCOMPARE(found, QStringList({"X", "x"}));
+}
+
+// The first app without an id is the one that they meet.
+void tst_AppCatalogue::itemsWithoutAnId()
+{
+    usePortal("{\"results\": [{\"title\": \"a\"}, {\"title\": \"b\"}, 7]}");
+    search();
+    QCOMPARE(ids(), QStringList(""));
+    QCOMPARE(list()->findById("")->title(), QString("a"));
+}
+
+void tst_AppCatalogue::searchGoesThroughTheEnginesManager()
+{
+    usePortal("{}");
+    QQmlComponent component(&m_engine);
+    component.setData("import Zemrik.Tessaline 1.0\nAppInfoList { signinRequired: false }", QUrl());
+    const std::unique_ptr<QObject> object(component.create());
+    auto *made = qobject_cast<AppInfoList *>(object.get());
+    QVERIFY2(made, qPrintable(component.errorString()));
+    made->setPortal(m_portal.get());
+    QSignalSpy finished(m_engine.networkAccessManager(), &QNetworkAccessManager::finished);
+    made->refresh(true);
+    QTRY_VERIFY(!made->isRefreshing());
+    QCOMPARE(finished.count(), 1);
+    search(); // a list that no engine made has a manager of its own
+    QCOMPARE(finished.count(), 1);
 }
 
 void tst_AppCatalogue::signInWithoutAutoRefresh()

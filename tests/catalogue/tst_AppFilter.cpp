@@ -1,6 +1,7 @@
 #include "catalogue/AppFilter.h"
 #include "catalogue/AppInfo.h"
 #include "support/IsolatedHome.h"
+#include "support/SignalRecorder.h"
 
 #include <QDir>
 #include <QFile>
@@ -18,15 +19,20 @@ private slots:
     void changesEmitTheirOwnSignalAndThenFilterChanged();
     void equalValuesEmitNothing();
     void clearEmitsOncePerChangedValue();
+    void clearGoesThroughTheValuesInItsOrder();
     void types_data();
     void types();
     void text_data();
     void text();
+    void textWithAPrefixInTheTitle();
     void tags_data();
     void tags();
     void lists_data();
     void lists();
     void flags();
+    void hiddenAndOwnerAreNotMatched();
+    void matchesType();
+    void matchesList();
     void updateFlags();
     void extractTags_data();
     void extractTags();
@@ -107,6 +113,34 @@ void tst_AppFilter::clearEmitsOncePerChangedValue()
     QVERIFY(filter.hidden() && filter.text().isEmpty() && !filter.local());
 }
 
+void tst_AppFilter::clearGoesThroughTheValuesInItsOrder()
+{
+    AppFilter filter;
+    filter.setOnlineOnly(true);
+    filter.setLocal(true);
+    filter.setUpdatedLocally(true);
+    filter.setUpdateAvailable(true);
+    filter.setPublished(true);
+    filter.setOwner("x");
+    filter.setText("x");
+    filter.setTypes(AppInfo::Tool);
+    filter.setHidden(false);
+    filter.setAccess({"x"});
+    filter.setOwners({"x"});
+    filter.setTags({"x"});
+    SignalRecorder recorder(&filter);
+    filter.clear();
+    QStringList expected;
+    for (const char *name :
+         {"tags", "owners", "access", "hidden", "types", "text", "owner", "published",
+          "updateAvailable", "updatedLocally", "local", "onlineOnly"})
+        expected << QString(name) + "Changed"
+                 << "filterChanged";
+    QCOMPARE(recorder.take(), expected);
+    filter.clear();
+    QCOMPARE(recorder.names(), QStringList());
+}
+
 void tst_AppFilter::types_data()
 {
     QTest::addColumn<int>("types");
@@ -119,6 +153,10 @@ void tst_AppFilter::types_data()
     QTest::newRow("0, unknown") << 0 << "foo" << true;
     QTest::newRow("0, app") << 0 << "App" << false;
     QTest::newRow("7, tool") << 7 << "Tool" << true;
+    QTest::newRow("6, app") << 6 << "App" << false;
+    QTest::newRow("6, template") << 6 << "template" << true;
+    QTest::newRow("7, app") << 7 << "APP" << true;
+    QTest::newRow("7, template") << 7 << "Template" << true;
     QTest::newRow("7, unknown") << 7 << "foo" << false;
 }
 
@@ -146,7 +184,12 @@ void tst_AppFilter::text_data()
     QTest::newRow("other tag") << "#none" << false;
     QTest::newRow("owner") << "@jo" << true;
     QTest::newRow("part of an owner") << "@j" << false;
+    QTest::newRow("owner of more letters") << "@john" << false;
+    QTest::newRow("owner beside other words") << "x @none @Jo" << true;
+    QTest::newRow("tag as an owner") << "@streets" << false;
     QTest::newRow("prefix alone") << "#" << false;
+    QTest::newRow("prefix in the middle") << "x#streets" << false;
+    QTest::newRow("blanks") << " " << true; // the title has one
     QTest::newRow("word beside a tag") << "anything #streets" << true;
 }
 
@@ -158,6 +201,19 @@ void tst_AppFilter::text()
     const auto info =
         app({{"title", "City Map"}, {"tags", QStringList({"streets"})}, {"owner", "JO"}});
     QTEST(filter.matches(info.get()), "passes");
+}
+
+// The text as a whole is looked for in the title first, its prefix included.
+void tst_AppFilter::textWithAPrefixInTheTitle()
+{
+    const auto info = app({{"title", "C# and @home #Map"}});
+    AppFilter filter;
+    for (const char *text : {"#", "@", "#map", "@HOME #m"}) {
+        filter.setText(text);
+        QVERIFY2(filter.matches(info.get()), text);
+    }
+    filter.setText("#map @home");
+    QVERIFY(!filter.matches(info.get()));
 }
 
 void tst_AppFilter::tags_data()
@@ -222,6 +278,37 @@ void tst_AppFilter::flags()
     QVERIFY(!filter.matches(online.get()) && !filter.matches(local.get()));
 }
 
+void tst_AppFilter::hiddenAndOwnerAreNotMatched()
+{
+    const auto info = app({{"id", "1"}, {"owner", "jo"}});
+    AppFilter filter;
+    filter.setOwner("al");
+    filter.setHidden(false);
+    QVERIFY(filter.matches(info.get()));
+}
+
+void tst_AppFilter::matchesType()
+{
+    const auto tool = app({{"typeKeywords", QStringList{"TOOL"}}});
+    QVERIFY(AppFilter::matchesType(tool.get(), AppInfo::Tool));
+    QVERIFY(!AppFilter::matchesType(tool.get(), AppInfo::App));
+    QVERIFY(!AppFilter::matchesType(tool.get(), AppInfo::Unknown));
+    const AppFilter::AppTypes types(AppInfo::Template | AppInfo::Tool);
+    QVERIFY(AppFilter::matchesTypes(tool.get(), types));
+    QVERIFY(!AppFilter::matchesTypes(tool.get(), AppInfo::Template));
+    QVERIFY(!AppFilter::matchesTypes(tool.get(), AppFilter::AppTypes()));
+}
+
+void tst_AppFilter::matchesList()
+{
+    QVERIFY(AppFilter::matchesList("x", {}));
+    QVERIFY(AppFilter::matchesList("", {}));
+    QVERIFY(AppFilter::matchesList("Jo", {"al", "JO"}));
+    QVERIFY(!AppFilter::matchesList("j", {"jo"}));
+    QVERIFY(!AppFilter::matchesList("", {"jo"}));
+    QVERIFY(AppFilter::matchesList("", {""}));
+}
+
 void tst_AppFilter::updateFlags()
 {
     const auto current = localApp(R"({"id": "3"})");
@@ -255,6 +342,8 @@ void tst_AppFilter::extractTags()
 {
     QFETCH(QString, text);
     QTEST(AppFilter::extractTags(text, "#"), "tags");
+    QCOMPARE(AppFilter::extractTags("TAG:One tag:two tag: tags", "Tag:"),
+             QStringList({"One", "two"}));
 }
 
 TESSALINE_TEST_MAIN(tst_AppFilter)

@@ -13,7 +13,9 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QImageReader>
+#include <QNetworkAccessManager>
 #include <QSettings>
+#include <QSignalSpy>
 
 // One app with its dependencies, downloaded from the development portal.
 class tst_AppPackage : public QObject
@@ -40,6 +42,11 @@ private slots:
     void writingTheAppInfoClearsTheError();
     void secondDownloadStartsAnew();
     void emptyIdIsAskedFor();
+    void nullAppInfoLeavesTheId();
+    void writingTheAppInfoSignalsInItsOrder();
+    void ownAppInfoIsNoSource();
+    void dependenciesGoThroughAManagerOfTheirOwn();
+    void manyDependenciesThatAreThere();
     void downloadIsLogged();
 
 private:
@@ -90,6 +97,10 @@ void tst_AppPackage::initTestCase()
                       {"data/main.qml", "Item {}"},
                       {"photo.jpg", picture.data()}});
     addApp("hostile", appInfo({"../escaped"}));
+    QStringList many;
+    for (int i = 0; i < 20000; ++i)
+        many.append("here");
+    addApp("many", appInfo(many));
     addApp("hostilename", appInfo({"badname"}));
     const QVariantMap tiles{{"title", "Tiles"}, {"type", "tile package"}, {"name", "t.tpk"}};
     m_server.addItem("tiles", tiles, {{"t.tpk", "tiles"}});
@@ -365,6 +376,78 @@ void tst_AppPackage::emptyIdIsAskedFor()
 {
     download(QString()); // no check is made; there is nothing at that address
     QTRY_COMPARE(m_package->status(), ItemPackage::Error);
+}
+
+void tst_AppPackage::nullAppInfoLeavesTheId()
+{
+    download("simple");
+    QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    m_package->_setAppInfo(nullptr);
+    QCOMPARE(m_package->appInfo()->itemId(), QString());
+    QVERIFY(!m_package->appInfo()->isLocal());
+    m_package->download();
+    QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    QCOMPARE(m_package->appInfo()->itemId(), QString("simple"));
+}
+
+void tst_AppPackage::writingTheAppInfoSignalsInItsOrder()
+{
+    download("nowhere");
+    QTRY_COMPARE(m_package->status(), ItemPackage::Error);
+    QStringList seen;
+    const auto note = [this, &seen](const char *signal) {
+        return [this, &seen, signal] {
+            seen.append(QString("%1 %2 %3")
+                            .arg(signal)
+                            .arg(m_package->status())
+                            .arg(m_package->error()->message().isEmpty() ? "cleared" : "set"));
+        };
+    };
+    connect(m_package.get(), &AppPackage::appInfoChanged, this, note("appInfo"));
+    connect(m_package.get(), &AppPackage::statusChanged, this, note("status"));
+    connect(m_package.get(), &AppPackage::errorChanged, this, note("error"));
+    connect(m_package->error(), &TessalineError::objectChanged, this, note("object"));
+    const QStringList expected{"appInfo 3 set", "status 0 set", "object 0 cleared"};
+    AppInfo other(QVariantMap{{"id", "simple"}}, nullptr);
+    m_package->_setAppInfo(&other);
+    QCOMPARE(seen, expected);
+}
+
+// The member is emptied before the object that is written is looked at.
+void tst_AppPackage::ownAppInfoIsNoSource()
+{
+    download("simple");
+    QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    m_package->_setAppInfo(m_package->appInfo());
+    QCOMPARE(m_package->status(), ItemPackage::Null);
+    QCOMPARE(m_package->appInfo()->itemId(), QString());
+}
+
+void tst_AppPackage::dependenciesGoThroughAManagerOfTheirOwn()
+{
+    QSignalSpy finished(m_engine.networkAccessManager(), &QNetworkAccessManager::finished);
+    QQmlComponent component(&m_engine);
+    component.setData("import Zemrik.Tessaline 1.0\nAppPackage {}", QUrl());
+    const std::unique_ptr<QObject> made(component.create());
+    auto *package = qobject_cast<AppPackage *>(made.get());
+    QVERIFY2(package, qPrintable(component.errorString()));
+    package->_setPortal(m_portal.get());
+    AppInfo found(QVariantMap{{"id", "depends"}}, nullptr);
+    package->_setAppInfo(&found);
+    package->download();
+    QTRY_COMPARE(package->status(), ItemPackage::Ready);
+    QVERIFY(QFile::exists(home("Data/tiles/t.tpk")));
+    QCOMPARE(finished.count(), 2); // the app's information and its data
+}
+
+// A hostile package names more than anybody needs.
+void tst_AppPackage::manyDependenciesThatAreThere()
+{
+    QVERIFY(QDir().mkpath(home("Data/here")));
+    download("many");
+    QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    QCOMPARE(m_package->appInfo()->dependencies().size(), 20000);
+    QCOMPARE(m_package->statusMessage(), QString());
 }
 
 void tst_AppPackage::downloadIsLogged()

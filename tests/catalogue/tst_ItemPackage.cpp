@@ -8,6 +8,7 @@
 #include "support/SignalRecorder.h"
 
 #include <QFileInfo>
+#include <QNetworkAccessManager>
 #include <QSignalSpy>
 
 // One item that isn't an app, downloaded from the development portal.
@@ -39,6 +40,7 @@ private slots:
     void idsThatLeadElsewhere_data();
     void idsThatLeadElsewhere();
     void classBeginAndComponentCompleteAreLogged();
+    void downloadGoesThroughTheEnginesManager();
 
 private:
     QStringList download(const QString &id);
@@ -367,6 +369,26 @@ void tst_ItemPackage::classBeginAndComponentCompleteAreLogged()
     m_package->componentComplete();
     QCOMPARE(log.count(QtDebugMsg, category, "classBegin"), 1);
     QCOMPARE(log.count(QtDebugMsg, category, "componentComplete"), 1);
+}
+
+void tst_ItemPackage::downloadGoesThroughTheEnginesManager()
+{
+    QSignalSpy finished(m_engine.networkAccessManager(), &QNetworkAccessManager::finished);
+    QQmlComponent component(&m_engine);
+    component.setData("import Zemrik.Tessaline 1.0\nItemPackage {}", QUrl());
+    const std::unique_ptr<QObject> made(component.create());
+    auto *package = qobject_cast<ItemPackage *>(made.get());
+    QVERIFY2(package, qPrintable(component.errorString()));
+    package->_setPortal(m_portal.get());
+    package->download("data");
+    QTRY_COMPARE(package->status(), ItemPackage::Ready);
+    QCOMPARE(finished.count(), 2);
+
+    ItemPackage own; // that no engine made, and no owner gave a manager
+    own._setPortal(m_portal.get());
+    own.download("data");
+    QTRY_COMPARE(own.status(), ItemPackage::Ready);
+    QCOMPARE(finished.count(), 2);
 }
 
 TESSALINE_TEST_MAIN(tst_ItemPackage)
