@@ -23,6 +23,7 @@ private slots:
     void altitudeOfOtherTypes();
     void valuesBecomeWhatScriptsUse_data();
     void valuesBecomeWhatScriptsUse();
+    void quotientOfNothingIsNaN();
     void absentTagsAreInvalid();
     void filesWithoutExifAreAllTheSame_data();
     void filesWithoutExifAreAllTheSame();
@@ -214,6 +215,13 @@ void tst_ExifInfo::valuesBecomeWhatScriptsUse_data()
         << makeBlock(7, 1, hex("61000000")) << QVariant(QByteArray("a"));
     QTest::newRow("undefined bytes are a list")
         << makeBlock(7, 4, "0230") << list({QByteArray("0230")});
+    QTest::newRow("no short") << makeBlock(3, 0, hex("feff0000")) << QVariant(0);
+    QTest::newRow("no long") << makeBlock(4, 0, hex("feffffff")) << QVariant(0u);
+    QTest::newRow("no signed long") << makeBlock(9, 0, hex("feffffff")) << QVariant(0);
+    QTest::newRow("no undefined byte")
+        << makeBlock(7, 0, hex("61000000")) << QVariant(QByteArray(""));
+    QTest::newRow("quotient by zero is infinite")
+        << makeBlock(5, 1, {}, hex("0100000000000000")) << QVariant(qInf());
     QTest::newRow("type outside the table") << makeBlock(6, 1, "0230") << QVariant(0);
 }
 
@@ -229,6 +237,18 @@ void tst_ExifInfo::valuesBecomeWhatScriptsUse()
     const QVariantList elements = info.imageValue(271).toList();
     for (int i = 0; i < elements.size(); ++i)
         QCOMPARE(elements.at(i).type(), value.toList().at(i).type());
+}
+
+void tst_ExifInfo::quotientOfNothingIsNaN()
+{
+    for (const int type : {5, 10}) {
+        const ExifInfo none(picture(makeBlock(type, 0, "abcd")));
+        QCOMPARE(none.imageValue(271).type(), QVariant::Double);
+        QVERIFY(std::isnan(none.imageValue(271).toDouble()));
+        const ExifInfo zeros(picture(makeBlock(type, 1, {}, QByteArray(8, '\0'))));
+        QCOMPARE(zeros.imageValue(271).type(), QVariant::Double);
+        QVERIFY(std::isnan(zeros.imageValue(271).toDouble()));
+    }
 }
 
 void tst_ExifInfo::absentTagsAreInvalid()
@@ -315,6 +335,16 @@ void tst_ExifInfo::signalsComeInOrderWithoutPermissions()
     connect(&info, &FileInfo::permissionsChanged, &info, [&] { calls.append("permissions"); });
     QVERIFY(info.setProperty("filePath", picture(makeBlock(3, 1, "ab"))));
     QCOMPARE(calls, QStringList({"path, loaded", "exif"}));
+
+    calls.clear();
+    const QString other = picture(makeBlock(3, 1, "ab"), "other.jpg");
+    QVERIFY(info.setProperty("url", QUrl::fromLocalFile(other)));
+    QCOMPARE(calls, QStringList({"path, loaded", "exif"}));
+    QCOMPARE(info.filePath(), other);
+
+    calls.clear();
+    info.setFilePath(m_folder.filePath("missing.jpg"));
+    QCOMPARE(calls, QStringList({"path", "exif"}));
 }
 
 void tst_ExifInfo::constructorWithAPathLoads()
@@ -342,6 +372,9 @@ void tst_ExifInfo::changedFileIsNotNoticed()
 void tst_ExifInfo::logPrintsAllTags()
 {
     const ExifInfo image(picture(makeBlock(3, 1, QByteArray("\7\0\0\0", 4)), "image.jpg"));
+    const ExifInfo extended(picture(
+        ExifBlock().u32(8).u16(1).entry(34665, 4, 1, 26).u32(0).u16(1).entry(34855, 3, 1, 400),
+        "extended.jpg"));
     const ExifInfo gps(picture(gpsBlock(1, "S", {10, 1, 30, 1, 0, 1}), "gps.jpg"));
     LogCapture log;
     image.log();
@@ -352,6 +385,15 @@ void tst_ExifInfo::logPrintsAllTags()
     }
     QCOMPARE(lines, QStringList({"Image tags", "imageTag 271 type 3 count 1 = QVariant(int, 7)",
                                  "Extended tags", "GPS tags"}));
+    log.clear();
+    extended.log();
+    lines.clear();
+    for (const LogCapture::Message &message : log.messages())
+        lines.append(message.text);
+    QCOMPARE(lines,
+             QStringList({"Image tags", "Extended tags",
+                          "extendedTag 34855 type 3 count 1 = QVariant(int, 400)", "GPS tags"}));
+    QCOMPARE(extended.extendedValue(34855), QVariant(400));
     gps.log();
     QCOMPARE(log.count(QtDebugMsg, "default", "gpsTag 1 type 2 count 2 = "), 1);
     QCOMPARE(log.count(QtDebugMsg, "default", "gpsTag 2 type 5 count 3 = "), 1);
