@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QImageReader>
 #include <QImageWriter>
+#include <QPixelFormat>
 #include <qqml.h>
 #include <QQmlEngine>
 #include <QQuickImageProvider>
@@ -397,7 +398,7 @@ ImageObject *newObject(const QImage &image)
 }
 
 // Scripts can pass any number, and QImage looks a format up in tables without a check.
-QImage::Format imageFormat(ImageObject::ImageFormat format)
+QImage::Format imageFormat(int format)
 {
     return format >= 0 && format < int(QImage::NImageFormats) ? static_cast<QImage::Format>(format)
                                                               : QImage::Format_Invalid;
@@ -443,14 +444,28 @@ QImage toRotated(const QImage &image, double angle, int x, int y,
     return image.transformed(transform, transformation(transformationMode));
 }
 
-// As QImage::load(), but a small file can't claim a huge picture: below 64 megapixels (256 MB) any
-// header is believed.
+// Bits in memory for each pixel of what is about to be read, at most 32: that too if the reader
+// doesn't tell. Some readers tell anything where they found no picture.
+int depthOf(const QImageReader &reader)
+{
+    constexpr int usualDepth = 32;
+    const QImage::Format format = imageFormat(reader.imageFormat());
+    return format == QImage::Format_Invalid
+               ? usualDepth
+               : qMin(int(QImage::toPixelFormat(format).bitsPerPixel()), usualDepth);
+}
+
+// As QImage::load(), but a small file can't claim a huge picture. Up to 256 MB in memory any header
+// is believed: a scanned page of one bit a pixel takes few bytes in a file, and not many here.
 QImage loadedImage(const QString &path, const QByteArray &format)
 {
-    constexpr qint64 freePixels = 64 * 1024 * 1024;
+    constexpr qint64 freeBits = qint64(256) * 1024 * 1024 * 8;
     QImageReader reader(path, format);
     const QSize size = reader.size(); // opens the file
-    return isPlausibleSize(size, reader.device()->size(), freePixels) ? reader.read() : QImage();
+    if (size.isValid()
+        && !isPlausibleSize(size, reader.device()->size(), freeBits / depthOf(reader)))
+        return QImage();
+    return reader.read();
 }
 
 } // namespace

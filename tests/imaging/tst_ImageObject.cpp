@@ -64,6 +64,7 @@ private slots:
     void hugeHeaderIsRefused_data();
     void hugeHeaderIsRefused();
     void hugePictureWithItsBytesIsLoaded();
+    void hugePageOfFewBytesIsLoaded();
 
     void loadFromAProvider();
     void loadFromAProviderIgnoresCaseAndFormat();
@@ -632,6 +633,19 @@ void tst_ImageObject::hugePictureWithItsBytesIsLoaded()
     ImageObject object;
     QVERIFY(object.load(path("large.bmp")));
     QCOMPARE(object.size(), QSize(9000, 9000));
+}
+
+// A scanned page: a hundred million pixels of one bit, in a small file and in 12 megabytes of memory.
+void tst_ImageObject::hugePageOfFewBytesIsLoaded()
+{
+    QImage image(10000, 10000, QImage::Format_Mono);
+    image.fill(1);
+    QVERIFY(image.save(path("page.png")));
+    QVERIFY(QFileInfo(path("page.png")).size() < 100000);
+    ImageObject object;
+    QVERIFY(object.load(path("page.png")));
+    QCOMPARE(object.size(), QSize(10000, 10000));
+    QCOMPARE(object.depth(), 1);
 }
 
 void tst_ImageObject::loadFromAProvider()
