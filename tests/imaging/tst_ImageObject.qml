@@ -331,6 +331,30 @@ Item {
             verify(Qt.colorEqual(target.pixel(0, 0), "red"))
         }
 
+        // Qt.resolvedUrl() gives a string too.
+        function test_stringOfAUrlIsAPath() {
+            const source = makeObject(4, 4)
+            const object = makeObject(2, 2)
+            verify(!object.load(source.url.toString()))
+            verify(object.empty)
+            compareSignals(1, 1, 1)
+            compare(TestSupport.logCount("debug", "Zemrik.Tessaline.Image", "loadImageProvider"), 0)
+            verify(!object.load(Qt.resolvedUrl("data/quadrant.jpg")))
+            location.value = Qt.resolvedUrl("data/quadrant.jpg")
+            verify(object.load(location.value))
+            compare(object.summary, "16 x 8")
+        }
+
+        function test_onlyImagesAreAssigned() {
+            const object = makeObject(4, 4)
+            for (const value of [null, undefined, "picture.png", 1, {}])
+                verify(TestSupport.throws(() => object.image = value))
+            compareSignals(0, 0, 0)
+            compare(object.summary, "4 x 4")
+            object.image = makeObject().image
+            verify(object.empty)
+        }
+
         function test_loadFromProvidersFails() {
             const object = makeObject(4, 4)
             location.value = "image://nobody/x"
