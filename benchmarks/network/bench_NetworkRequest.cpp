@@ -1,5 +1,6 @@
 #include "LoopbackServer.h"
 #include "network/NetworkRequest.h"
+#include "support/PeakMemory.h"
 #include "support/Ratio.h"
 
 #include <QCoreApplication>
@@ -134,37 +135,6 @@ bool readText(const LoopbackServer &server, bool atEachChunk)
         return false;
     label = request.responseText();
     return true;
-}
-
-// In KiB, from the process's status.
-double memoryValue(const char *name)
-{
-    QFile file(QStringLiteral("/proc/self/status"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    const QList<QByteArray> lines = file.readAll().split('\n');
-    for (const QByteArray &line : lines) {
-        if (line.startsWith(name))
-            return line.mid(static_cast<int>(qstrlen(name)))
-                .trimmed()
-                .split(' ')
-                .first()
-                .toDouble();
-    }
-    return 0;
-}
-
-// How far the process's memory rises above what it had before, in KiB, at the highest.
-template <typename Transfer>
-double peakGrowth(Transfer transfer)
-{
-    QFile file(QStringLiteral("/proc/self/clear_refs"));
-    if (!file.open(QIODevice::WriteOnly) || file.write("5") != 1 || !file.flush())
-        return -1; // the peak can't be reset
-    const double before = memoryValue("VmRSS:");
-    if (!transfer())
-        return -1;
-    return qMax(0.0, memoryValue("VmHWM:") - before);
 }
 
 } // namespace

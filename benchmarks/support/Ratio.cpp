@@ -113,9 +113,22 @@ RatioTable::Row &RatioTable::Row::realTime()
     return *this;
 }
 
+RatioTable::Row &RatioTable::Row::manualTime()
+{
+    wall = true; // Google Benchmark reports it as the time on the wall
+    manual = true;
+    return *this;
+}
+
 RatioTable::Row &RatioTable::Row::iterations(int count)
 {
     fixedIterations = count;
+    return *this;
+}
+
+RatioTable::Row &RatioTable::Row::repetitions(int count)
+{
+    fixedRepetitions = count;
     return *this;
 }
 
@@ -156,7 +169,11 @@ int RatioTable::run(int argc, char **argv)
         auto *entry = benchmark::RegisterBenchmark(name.c_str(), function);
         if (row.fixedIterations > 0)
             entry->Iterations(row.fixedIterations);
-        if (row.wall)
+        if (row.fixedRepetitions > 0)
+            entry->Repetitions(row.fixedRepetitions);
+        if (row.manual)
+            entry->UseManualTime();
+        else if (row.wall)
             entry->UseRealTime();
     };
     for (const Row &row : m_rows) {

@@ -33,8 +33,12 @@ public:
         // Compare the time on the wall rather than this process's: for child processes, networks
         // and disks.
         Row &realTime();
+        // Compare what the functions give to State::SetIterationTime().
+        Row &manualTime();
         // Run each side this often, not as often as its speed suggests: for slow cases.
         Row &iterations(int count);
+        // Of how many such runs the fastest counts: 9 unless said otherwise.
+        Row &repetitions(int count);
 
     private:
         friend class RatioTable;
@@ -46,8 +50,10 @@ public:
         double peerValue = 0;
         double maximum = 0; // 0: none
         bool wall = false;
+        bool manual = false;
         bool isTime = true;
         int fixedIterations = 0;
+        int fixedRepetitions = 0;
     };
 
     // References to rows hold until the next row is added.

@@ -6,7 +6,9 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
+#include <unistd.h>
 
 namespace {
 
@@ -15,12 +17,29 @@ const int inflateBlockSize = 64 * 1024; // one call of the inflater; chunks are 
 // Deflate packs at most 1,032 bytes into one.
 const quint64 maxDeflateRatio = 1032;
 
-// QFile::write counts what is only buffered; the flush tells whether the disk took it.
+// Past QFile, which copies everything into a buffer first and asks what kind of file it is.
+bool writeAll(QFile &file, const char *data, qint64 size)
+{
+    const int handle = file.handle();
+    if (handle < 0)
+        return file.write(data, size) == size;
+    while (size > 0) {
+        const ssize_t count = ::write(handle, data, static_cast<std::size_t>(size));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return false;
+        data += count;
+        size -= count;
+    }
+    return true;
+}
+
+// What a network's file system has put off may fail when the file is closed.
 bool finish(QFile &file)
 {
-    const bool flushed = file.flush();
     file.close();
-    return flushed && file.error() == QFileDevice::NoError;
+    return file.error() == QFileDevice::NoError;
 }
 
 bool hasDriveLetter(const QString &name)
@@ -28,10 +47,10 @@ bool hasDriveLetter(const QString &name)
     return name.length() >= 2 && name.at(1) == QLatin1Char(':') && name.at(0).isLetter();
 }
 
-// Whether a part of the path below the folder is a symbolic link on disk.
-bool passesSymbolicLink(const QDir &folder, const QString &cleanName)
+// Whether a part of the path below the folder is a symbolic link on disk, of those behind `start`.
+bool passesSymbolicLink(const QDir &folder, const QString &cleanName, int start = 0)
 {
-    int end = 0;
+    int end = start;
     do {
         end = cleanName.indexOf(QLatin1Char('/'), end + 1);
         if (QFileInfo(folder.filePath(cleanName.left(end))).isSymLink())
@@ -49,12 +68,14 @@ void ArchiveReader::Closer::operator()(void *file) const
 
 bool ArchiveReader::open(const QString &path)
 {
+    m_entry.reset();
     m_file.reset(unzOpen64(path.toLocal8Bit().constData()));
     return isOpen();
 }
 
 void ArchiveReader::close()
 {
+    m_entry.reset();
     m_file.reset();
 }
 
@@ -68,28 +89,38 @@ int ArchiveReader::entryCount(quint64 &count) const
 
 int ArchiveReader::first()
 {
+    m_entry.reset();
     return unzGoToFirstFile(m_file.get());
 }
 
 int ArchiveReader::next()
 {
+    m_entry.reset();
     return unzGoToNextFile(m_file.get());
 }
 
 int ArchiveReader::locate(const QString &name, int caseSensitive)
 {
+    m_entry.reset();
     return unzLocateFile(m_file.get(), name.toLocal8Bit().constData(), caseSensitive);
 }
 
 int ArchiveReader::currentInfo(unz_file_info64 &info, QString *name) const
 {
-    // minizip leaves out the terminating zero where a name fills the buffer: the last byte is ours.
-    char buffer[nameBufferSize + 1] = {};
-    const int code = unzGetCurrentFileInfo64(m_file.get(), &info, name ? buffer : nullptr,
-                                             name ? nameBufferSize : 0, nullptr, 0, nullptr, 0);
-    if (code == UNZ_OK && name)
-        *name = QString::fromUtf8(buffer);
-    return code;
+    if (!m_entry) {
+        // minizip leaves out the terminating zero where a name fills the buffer: the last byte is
+        // ours.
+        char buffer[nameBufferSize + 1] = {};
+        const int code = unzGetCurrentFileInfo64(m_file.get(), &info, buffer, nameBufferSize,
+                                                 nullptr, 0, nullptr, 0);
+        if (code != UNZ_OK)
+            return code;
+        m_entry = Entry{info, QString::fromUtf8(buffer)};
+    }
+    info = m_entry->info;
+    if (name)
+        *name = m_entry->name;
+    return UNZ_OK;
 }
 
 ArchiveReader::Extraction ArchiveReader::extract(const QString &outputPath, int chunkSize,
@@ -103,7 +134,7 @@ ArchiveReader::Extraction ArchiveReader::extract(const QString &outputPath, int 
         return {Extraction::EntryInfo, code};
     }
     QFile output(outputPath);
-    if (!output.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+    if (!output.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
         unzCloseCurrentFile(m_file.get());
         return {Extraction::OpenOutput, UNZ_OK};
     }
@@ -121,7 +152,7 @@ ArchiveReader::Extraction ArchiveReader::extract(const QString &outputPath, int 
     return result;
 }
 
-ArchiveReader::Extraction ArchiveReader::copyData(QIODevice &output, quint64 size, int chunkSize,
+ArchiveReader::Extraction ArchiveReader::copyData(QFile &output, quint64 size, int chunkSize,
                                                   const ChunkCallback &onChunk)
 {
     QByteArray block(inflateBlockSize, Qt::Uninitialized);
@@ -133,14 +164,12 @@ ArchiveReader::Extraction ArchiveReader::copyData(QIODevice &output, quint64 siz
         const qint64 available = code >= 0 ? code
                                            : (static_cast<qint64>(unztell64(m_file.get())) - before)
                                                  / chunkSize * chunkSize;
-        for (qint64 offset = 0; offset < available; offset += chunkSize) {
-            const qint64 chunk = std::min<qint64>(chunkSize, available - offset);
-            if (onChunk)
-                onChunk(written, size);
-            if (output.write(block.constData() + offset, chunk) != chunk)
-                return {Extraction::Write, UNZ_OK};
-            written += chunk;
-        }
+        // The chunks reach the disk together.
+        for (qint64 offset = 0; onChunk && offset < available; offset += chunkSize)
+            onChunk(written + offset, size);
+        if (!writeAll(output, block.constData(), available))
+            return {Extraction::Write, UNZ_OK};
+        written += available;
         if (code < 0)
             return {Extraction::Read, code};
         if (code == 0) {
@@ -188,7 +217,7 @@ QDateTime ArchiveReader::date(const tm_unz &time)
     return day.isValid() && clock.isValid() ? QDateTime(day, clock) : QDateTime();
 }
 
-QString ArchiveReader::refusal(const QDir &folder, const QString &name)
+QString ArchiveReader::refusal(const QDir &folder, const QString &name, QString *linkFree)
 {
     const QString clean = QDir::cleanPath(name);
     // isAbsolutePath knows a resource path such as ":x" too.
@@ -196,9 +225,15 @@ QString ArchiveReader::refusal(const QDir &folder, const QString &name)
         return QStringLiteral("absolute path");
     if (clean == QLatin1String("..") || clean.startsWith(QLatin1String("../")))
         return QStringLiteral("path outside the output folder");
+
+    const int parentLength = qMax(0, clean.lastIndexOf(QLatin1Char('/')));
+    const bool known = linkFree && parentLength > 0 && *linkFree == clean.leftRef(parentLength);
     // A ".." behind a link leads above the link's target, so the steps that cleaning drops count
     // too.
-    if (passesSymbolicLink(folder, clean) || passesSymbolicLink(folder, name))
+    if (passesSymbolicLink(folder, clean, known ? parentLength : 0)
+        || (name != clean && passesSymbolicLink(folder, name)))
         return QStringLiteral("symbolic link in the output folder");
+    if (linkFree)
+        *linkFree = clean.left(parentLength);
     return QString();
 }

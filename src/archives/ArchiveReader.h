@@ -10,6 +10,9 @@
 #include <functional>
 #include <memory>
 #include <minizip/unzip.h>
+#include <optional>
+
+class QFile;
 
 // Owner of a minizip handle for reading, with its cursor. All results are minizip's codes; logging
 // is the caller's. What ZipReader and UnZipFile do alike stands here.
@@ -26,7 +29,8 @@ public:
     int next();
     int locate(const QString &name, int caseSensitive);
 
-    // What the cursor is on. Names are UTF-8 up to the first NUL, at most 1,024 bytes.
+    // What the cursor is on, read once per entry. Names are UTF-8 up to the first NUL, at most
+    // 1,024 bytes.
     int currentInfo(unz_file_info64 &info, QString *name = nullptr) const;
 
     // How an extraction ended. `code` is minizip's for OpenEntry, EntryInfo and Read.
@@ -37,7 +41,7 @@ public:
         int code = UNZ_OK;
     };
     // Called before each chunk is written, and once more at the end of the data, with the bytes
-    // written so far and the entry's size.
+    // before it and the entry's size.
     using ChunkCallback = std::function<void(qint64 written, quint64 size)>;
 
     // Writes the current entry to the file `outputPath`, replacing it, in chunks of `chunkSize`,
@@ -53,8 +57,10 @@ public:
     static QDateTime date(const tm_unz &time);
 
     // Why an entry must not be written to `folder` under `name`: it would leave the folder, by its
-    // name or through a symbolic link that lies below it. Empty if it may.
-    static QString refusal(const QDir &folder, const QString &name);
+    // name or through a symbolic link that lies below it. Empty if it may. Where one entry after
+    // the other is asked about, `linkFree` remembers the last entry's folder, in which no link was
+    // found.
+    static QString refusal(const QDir &folder, const QString &name, QString *linkFree = nullptr);
 
 private:
     struct TESSALINE_EXPORT Closer
@@ -62,8 +68,14 @@ private:
         void operator()(void *file) const;
     };
 
-    Extraction copyData(QIODevice &output, quint64 size, int chunkSize,
-                        const ChunkCallback &onChunk);
+    Extraction copyData(QFile &output, quint64 size, int chunkSize, const ChunkCallback &onChunk);
 
     std::unique_ptr<void, Closer> m_file;
+    // minizip goes back to the directory and parses the record whenever it is asked.
+    struct Entry
+    {
+        unz_file_info64 info;
+        QString name;
+    };
+    mutable std::optional<Entry> m_entry;
 };

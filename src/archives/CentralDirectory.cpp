@@ -23,6 +23,7 @@ const int localHeaderSize = 30;
 const int maxCommentSize = 0xffff;
 const quint16 zip64ExtraId = 0x0001;
 const quint32 inZip64Extra = 0xffffffff;
+const quint64 uncountable = 0xffff;
 
 struct Extent
 {
@@ -63,7 +64,9 @@ Directory zip64Directory(QIODevice &device)
 {
     const qint64 locatorPosition = findFromEnd(device, locator64Signature);
     const QByteArray locator = readAt(device, locatorPosition, locator64Size);
-    if (locator.size() < locator64Size)
+    // minizip turns to the plain record where the locator speaks of several disks.
+    if (locator.size() < locator64Size || number<quint32>(locator.constData() + 4) != 0
+        || number<quint32>(locator.constData() + 16) != 1)
         return {};
     const qint64 endPosition = number<qint64>(locator.constData() + 8);
     const QByteArray end = readAt(device, endPosition, end64Size);
@@ -113,13 +116,20 @@ void applyZip64(const QByteArray &extra, quint32 size, quint64 &compressedSize, 
     }
 }
 
+// With a count of 0, and with the highest one of the plain record, minizip goes on to the first
+// record that is none.
+bool isCounted(const Directory &directory)
+{
+    return directory.entries != 0 && directory.entries != uncountable;
+}
+
 std::vector<Extent> readExtents(QIODevice &device, const Directory &directory)
 {
     std::vector<Extent> extents;
     qint64 position = directory.start;
     if (position < 0 || !device.seek(position))
         return extents;
-    for (quint64 i = 0; i < directory.entries; ++i) {
+    for (quint64 i = 0; i < directory.entries || !isCounted(directory); ++i) {
         const QByteArray record = device.read(entrySize);
         if (record.size() < entrySize || number<quint32>(record.constData()) != entrySignature)
             break; // minizip stops here too

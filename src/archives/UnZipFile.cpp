@@ -106,9 +106,11 @@ bool UnZipFile::extractAll(QDir &dir)
         qCritical() << Q_FUNC_INFO << "Overlapping entries:" << m_path;
         return false;
     }
+    QString linkFree;
     for (bool more = gotoFirstFile(); more; more = gotoNextFile()) {
         const QString name = currentFileName();
-        if (const QString reason = ArchiveReader::refusal(dir, name); !reason.isEmpty()) {
+        if (const QString reason = ArchiveReader::refusal(dir, name, &linkFree);
+            !reason.isEmpty()) {
             qCritical() << Q_FUNC_INFO << "Entry refused:" << reason << name;
             continue;
         }

@@ -354,7 +354,7 @@ QByteArray ZipReader::readFile()
 
 bool ZipReader::extractCurrentFile(QString outputPath)
 {
-    const QString name = currentFileName(); // once: looking it up walks the directory
+    const QString name = currentFileName();
     const auto onChunk = [&](qint64 written, quint64 size) {
         emit progress(name, outputPath,
                       100.0 * static_cast<double>(written) / static_cast<double>(size));
@@ -397,14 +397,14 @@ bool ZipReader::extractAll(QDir &dir, const QString &basePath)
         return true;
     }
     const QString base = QDir::cleanPath(basePath);
-    QString preparedFolder;
+    Extraction extraction;
     for (bool more = gotoFirstFile(); more; more = gotoNextFile())
-        extractEntry(dir, base, preparedFolder);
+        extractEntry(dir, base, extraction);
     emit completed();
     return true;
 }
 
-void ZipReader::extractEntry(const QDir &dir, const QString &base, QString &preparedFolder)
+void ZipReader::extractEntry(const QDir &dir, const QString &base, Extraction &extraction)
 {
     // Cleaning drops the "/" at the end of a folder's entry: it becomes an empty file of that name.
     const QString entry = currentFileName();
@@ -416,18 +416,19 @@ void ZipReader::extractEntry(const QDir &dir, const QString &base, QString &prep
     }
     if (name.isEmpty())
         return;
-    if (const QString reason = ArchiveReader::refusal(dir, name); !reason.isEmpty()) {
+    if (const QString reason = ArchiveReader::refusal(dir, name, &extraction.linkFree);
+        !reason.isEmpty()) {
         qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "Entry refused:" << reason << entry;
         return;
     }
     const QString target = dir.filePath(name);
     const QString folder = QFileInfo(target).path();
-    if (folder != preparedFolder && !folder.isEmpty() && folder != QLatin1String(".")) {
+    if (folder != extraction.preparedFolder && !folder.isEmpty() && folder != QLatin1String(".")) {
         if (!dir.mkpath(folder)) {
             qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "Unable to create path:" << folder;
             return;
         }
-        preparedFolder = folder;
+        extraction.preparedFolder = folder;
     }
     extractCurrentFile(target);
 }

@@ -85,7 +85,13 @@ private:
     QByteArray readFile();
     bool extractCurrentFile(QString outputPath);
     bool extractAll(QDir &dir, const QString &basePath);
-    void extractEntry(const QDir &dir, const QString &base, QString &preparedFolder);
+    // What the entries before have found out.
+    struct Extraction
+    {
+        QString linkFree;
+        QString preparedFolder;
+    };
+    void extractEntry(const QDir &dir, const QString &base, Extraction &extraction);
 
     QString m_path;
     ArchiveReader m_reader;

@@ -8,7 +8,11 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
+#include <ctime>
 #include <minizip/zip.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <zlib.h>
 
 /*!
@@ -56,18 +60,70 @@
 
 namespace {
 
-const int bufferSize = 4096;
+// Most files in one go. When a block of this size has been freed once, the C library also stops to
+// give the memory of each file's deflate stream back to the system, which took longer than to pack
+// the file.
+const int bufferSize = 512 * 1024;
+
+zip_fileinfo entryInfo(int year, int month, int day, int hour, int minute, int second)
+{
+    zip_fileinfo info = {};
+    info.tmz_date.tm_sec = static_cast<uInt>(second);
+    info.tmz_date.tm_min = static_cast<uInt>(minute);
+    info.tmz_date.tm_hour = static_cast<uInt>(hour);
+    info.tmz_date.tm_mday = static_cast<uInt>(day - 1); // ZipReader adds it back
+    info.tmz_date.tm_mon = static_cast<uInt>(month - 1);
+    info.tmz_date.tm_year = static_cast<uInt>(year);
+    return info;
+}
 
 zip_fileinfo entryInfo(const QDateTime &time)
 {
+    return entryInfo(time.date().year(), time.date().month(), time.date().day(), time.time().hour(),
+                     time.time().minute(), time.time().second());
+}
+
+zip_fileinfo entryInfo(std::time_t time)
+{
+    tm local = {};
+    localtime_r(&time, &local);
+    return entryInfo(local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
+                     local.tm_min, local.tm_sec);
+}
+
+// What is asked about a file before it is added. One call tells it all of the system's own files;
+// QFileInfo takes several, and looks at the time zone's file for each conversion of a date.
+struct Source
+{
+    bool exists = false;
+    bool isArchive = false; // by any name, a link's too
     zip_fileinfo info = {};
-    info.tmz_date.tm_sec = static_cast<uInt>(time.time().second());
-    info.tmz_date.tm_min = static_cast<uInt>(time.time().minute());
-    info.tmz_date.tm_hour = static_cast<uInt>(time.time().hour());
-    info.tmz_date.tm_mday = static_cast<uInt>(time.date().day() - 1); // ZipReader adds it back
-    info.tmz_date.tm_mon = static_cast<uInt>(time.date().month() - 1);
-    info.tmz_date.tm_year = static_cast<uInt>(time.date().year());
-    return info;
+};
+
+Source sourceOf(const QString &filePath, const QString &archivePath)
+{
+    struct stat file;
+    if (stat(QFile::encodeName(filePath).constData(), &file) != 0) {
+        const QFileInfo other(filePath); // a resource, perhaps
+        return {other.exists(), false, entryInfo(other.lastModified())};
+    }
+    struct stat archive;
+    const bool isArchive = stat(QFile::encodeName(archivePath).constData(), &archive) == 0
+                           && file.st_dev == archive.st_dev && file.st_ino == archive.st_ino;
+    return {true, isArchive, entryInfo(file.st_mtime)};
+}
+
+// Past QIODevice, which asks each time what kind of file it is. 0 at the end, -1 on failure.
+qint64 readSome(QFile &file, QByteArray &buffer)
+{
+    const int handle = file.handle();
+    if (handle < 0)
+        return file.read(buffer.data(), buffer.size());
+    ssize_t count = -1;
+    do {
+        count = ::read(handle, buffer.data(), static_cast<std::size_t>(buffer.size()));
+    } while (count < 0 && errno == EINTR);
+    return count;
 }
 
 } // namespace
@@ -161,6 +217,7 @@ bool ZipWriter::zwOpen()
 bool ZipWriter::zwOpen(const QString &path, bool append)
 {
     close();
+    tzset(); // localtime_r() does so by itself but once
     const bool adds = append && QFileInfo::exists(path);
     qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << (adds ? "Appending to" : "Creating") << path;
     m_file.reset(zipOpen64(path.toLocal8Bit().constData(),
@@ -179,29 +236,28 @@ bool ZipWriter::zwClose(const QString &comment)
 bool ZipWriter::zwAddFile(const QString &filePath, const QString &archivedFilePath,
                           const QString &comment, bool clean)
 {
-    const QFileInfo source(filePath);
-    if (!source.exists()) {
+    const Source source = sourceOf(filePath, m_path);
+    if (!source.exists) {
         qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "File not found:" << filePath;
         return false;
     }
     // The archive would grow by what is read from it, until the disk is full.
-    if (source.canonicalFilePath() == QFileInfo(m_path).canonicalFilePath()) {
+    if (source.isArchive) {
         qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "Archive added to itself:" << filePath;
         return false;
     }
     QFile input(filePath);
-    if (!input.open(QIODevice::ReadOnly)) {
+    if (!input.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "Error opening:" << filePath;
         return false;
     }
-    QString name = archivedFilePath.isEmpty() ? source.fileName() : archivedFilePath;
+    QString name = archivedFilePath.isEmpty() ? QFileInfo(filePath).fileName() : archivedFilePath;
     if (clean)
         name = QDir::cleanPath(name);
     qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << "Adding as:" << name;
 
-    const zip_fileinfo info = entryInfo(source.lastModified());
-    if (zipOpenNewFileInZip64(m_file.get(), name.toLocal8Bit().constData(), &info, nullptr, 0,
-                              nullptr, 0, comment.toLocal8Bit().constData(), Z_DEFLATED,
+    if (zipOpenNewFileInZip64(m_file.get(), name.toLocal8Bit().constData(), &source.info, nullptr,
+                              0, nullptr, 0, comment.toLocal8Bit().constData(), Z_DEFLATED,
                               Z_DEFAULT_COMPRESSION, 0)
         != ZIP_OK) {
         qCDebug(FRAMEWORK_FILE) << "Error %d zipOpenNewFileInZip64\n" << Q_FUNC_INFO;
@@ -212,16 +268,17 @@ bool ZipWriter::zwAddFile(const QString &filePath, const QString &archivedFilePa
     return zipCloseFileInZip(m_file.get()) == ZIP_OK && copied;
 }
 
-bool ZipWriter::copyToEntry(QIODevice &input)
+bool ZipWriter::copyToEntry(QFile &input)
 {
-    char buffer[bufferSize];
+    QByteArray buffer(bufferSize, Qt::Uninitialized);
     for (;;) {
-        const qint64 count = input.read(buffer, bufferSize);
+        const qint64 count = readSome(input, buffer);
         if (count < 0)
             qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << "Error reading input file:%1";
         if (count <= 0)
             return count == 0;
-        if (zipWriteInFileInZip(m_file.get(), buffer, static_cast<unsigned>(count)) != ZIP_OK) {
+        if (zipWriteInFileInZip(m_file.get(), buffer.constData(), static_cast<unsigned>(count))
+            != ZIP_OK) {
             qCDebug(FRAMEWORK_FILE)
                 << Q_FUNC_INFO << "Error %d with zipfile in zipWriteInFileInZip\n";
             return false;

@@ -7,6 +7,8 @@
 
 #include <memory>
 
+class QFile;
+
 // Adds files to a ZIP archive, one call at a time: the archive is complete on disk after every
 // call. QML name: ZipWriter. Only the results and the log (FRAMEWORK_FILE) tell of failures. A file
 // over 4 GiB isn't supported.
@@ -56,7 +58,7 @@ private:
     bool zwClose(const QString &comment);
     bool zwAddFile(const QString &filePath, const QString &archivedFilePath, const QString &comment,
                    bool clean);
-    bool copyToEntry(QIODevice &input);
+    bool copyToEntry(QFile &input);
 
     QString m_path;
     std::unique_ptr<void, Closer> m_file;

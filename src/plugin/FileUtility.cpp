@@ -306,7 +306,9 @@ bool FileUtility::setDateTime(const QString &filePath, const QDateTime &lastRead
     // The deprecated conversion, for what it gives outside of 32 bits and for an invalid date.
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_DEPRECATED
-    const utimbuf times = {lastRead.toTime_t(), lastModified.toTime_t()};
+    // Once where both are the same: each conversion asks the disk for the time zone.
+    const uint modified = lastModified.toTime_t();
+    const utimbuf times = {lastRead == lastModified ? modified : lastRead.toTime_t(), modified};
     QT_WARNING_POP
     if (utime(filePath.toLocal8Bit().constData(), &times) == 0)
         return true;

@@ -140,6 +140,41 @@ def raw_overlapping_zip64():
     return body + directory + end_zip64(2, len(directory), len(body))
 
 
+def raw_overlapping_uncounted():
+    """The bomb with an end record that counts no entries; minizip walks them all the same."""
+    bomb = raw_overlapping()
+    size, offset = struct.unpack("<II", bomb[-10:-2])
+    return bomb[:-22] + end(0, size, offset)
+
+
+def raw_overlapping_behind_many():
+    """Behind 65,535 honest entries, where the plain record's count ends and minizip goes on."""
+    body, directory, offset = [], [], 0
+    for i in range(65535):
+        name = b"h%05d" % i
+        body.append(local(name, b""))
+        directory.append(stored(name, offset, b""))
+        offset += len(body[-1])
+    body.append(local(b"same", b"same bytes"))
+    directory += [stored(name, offset, b"same bytes") for name in (b"same", b"also")]
+    directory = b"".join(directory)
+    body = b"".join(body)
+    return body + directory + end(65535, len(directory), len(body))
+
+
+def raw_overlapping_two_directories():
+    """A zip64 record for an honest directory, which minizip doesn't take for its number of disks."""
+    data = b"same bytes"
+    body = local(b"a", data)
+    honest = stored(b"a", 0, data)
+    record = struct.pack("<IQHHIIQQQQ", 0x06064b50, 44, 45, 45, 0, 0, 1, 1, len(honest), len(body))
+    locator = struct.pack("<IIQI", 0x07064b50, 0, len(body) + len(honest), 2)
+    # A locator lies anywhere in the tail; the plain directory comes behind it.
+    before = body + honest + record + locator
+    directory = stored(b"a", 0, data) + stored(b"b", 0, data)
+    return before + directory + end(2, len(directory), len(before))
+
+
 def raw_nul_name():
     body = local(b"good\0.txt", b"nul")
     directory = stored(b"good\0.txt", 0, b"nul")
