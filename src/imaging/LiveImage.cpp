@@ -6,7 +6,7 @@ namespace {
 
 struct Table
 {
-    std::mutex mutex;
+    std::recursive_mutex mutex;
     quint64 lastNumber = 0; // numbers are never used twice: an old one finds nothing
     QHash<quint64, const QImage *> images;
     QHash<const QImage *, quint64> numbers;
@@ -24,7 +24,7 @@ Table &table()
 LiveImage::LiveImage(const QImage &image)
     : m_image(image)
 {
-    const std::lock_guard<std::mutex> lock(mutex());
+    const std::lock_guard<std::recursive_mutex> lock(mutex());
     m_number = ++table().lastNumber;
     table().images.insert(m_number, &m_image);
     table().numbers.insert(&m_image, m_number);
@@ -32,25 +32,25 @@ LiveImage::LiveImage(const QImage &image)
 
 LiveImage::~LiveImage()
 {
-    const std::lock_guard<std::mutex> lock(mutex());
+    const std::lock_guard<std::recursive_mutex> lock(mutex());
     table().images.remove(m_number);
     table().numbers.remove(&m_image);
 }
 
 quint64 LiveImage::numberOf(const QImage &image)
 {
-    const std::lock_guard<std::mutex> lock(mutex());
+    const std::lock_guard<std::recursive_mutex> lock(mutex());
     return table().numbers.value(&image);
 }
 
 QImage LiveImage::find(quint64 number)
 {
-    const std::lock_guard<std::mutex> lock(mutex());
+    const std::lock_guard<std::recursive_mutex> lock(mutex());
     const QImage *image = table().images.value(number);
     return image ? *image : QImage();
 }
 
-std::mutex &LiveImage::mutex()
+std::recursive_mutex &LiveImage::mutex()
 {
     return table().mutex;
 }

@@ -17,12 +17,12 @@ public:
 
     const QImage &image() const { return m_image; }
 
-    // Calls change(QImage &). No signal may be emitted in there: its handler could ask for the
-    // picture and wait for ever.
+    // Calls change(QImage &). No signal may be emitted in there: its handler would find the picture
+    // half changed. A warning of QImage may: the lock lets a message handler ask for pictures.
     template <typename Change>
     void change(Change change)
     {
-        const std::lock_guard<std::mutex> lock(mutex());
+        const std::lock_guard<std::recursive_mutex> lock(mutex());
         change(m_image);
     }
 
@@ -32,7 +32,7 @@ public:
     static QImage find(quint64 number);
 
 private:
-    static std::mutex &mutex();
+    static std::recursive_mutex &mutex();
 
     QImage m_image;
     quint64 m_number = 0;

@@ -88,6 +88,7 @@ private slots:
     void fillTakesTheBareNumber();
     void pixelIsOpaque();
     void pixelsOutsideAreHarmless();
+    void messageHandlerMayAskForThePicture();
     void invertPixelsSignalsContentOnly();
     void textsAreKept();
     void syncOnlySignals();
@@ -919,6 +920,30 @@ void tst_ImageObject::pixelsOutsideAreHarmless()
         QCOMPARE(object.pixel(point.x(), point.y()), QColor(QRgb(12345)));
     }
     QCOMPARE(object.image(), pattern(4, 4));
+}
+
+namespace {
+
+const ImageObject *asked = nullptr;
+QList<QUrl> answers;
+
+void askForTheUrl(QtMsgType, const QMessageLogContext &, const QString &)
+{
+    answers.append(asked->url());
+}
+
+} // namespace
+
+// QImage warns while the picture is locked.
+void tst_ImageObject::messageHandlerMayAskForThePicture()
+{
+    ImageObject object(pattern(4, 4));
+    asked = &object;
+    answers.clear();
+    const QtMessageHandler previous = qInstallMessageHandler(askForTheUrl);
+    object.setPixel(4, 4, Qt::red);
+    qInstallMessageHandler(previous);
+    QCOMPARE(answers, QList<QUrl>({object.url()}));
 }
 
 void tst_ImageObject::invertPixelsSignalsContentOnly()
