@@ -17,10 +17,12 @@
 #include <QtMath>
 #include <QTouchDevice>
 
+#include <functional>
 #include <memory>
 
-// Documents with a dialog in them, in real windows, and what a hand does to them. One engine serves
-// the whole process, and every line that it or Qt warns with is kept: a test ends with
+// Documents with a dialog in them, in real windows, and what a hand does to them; items are found by
+// what they show, or by the ids of the dialog's own document. One engine serves the whole process.
+// From beginLog() every line that it or Qt warns with is kept: a test then ends with
 // QVERIFY2(stage.isSilent(), stage.log()).
 class DialogStage
 {
@@ -35,6 +37,18 @@ public:
     QQmlEngine *engine() { return &m_engine; }
     QQuickWindow *window() const { return m_window; }
 
+    // A document whose property "subject" is the dialog; shows no window of its own accord.
+    bool load(const QByteArray &document, const QVariantMap &properties = {},
+              const QUrl &url = QUrl(QStringLiteral("file:///stage.qml")))
+    {
+        close();
+        QQmlComponent component(&m_engine);
+        component.setData(document, url);
+        m_root.reset(component.createWithInitialProperties(properties));
+        if (!m_root)
+            qWarning("%s", qPrintable(component.errorString()));
+        return m_root != nullptr;
+    }
     // Shows an item that was made elsewhere; it becomes the root.
     bool showRoot(QObject *object)
     {
@@ -49,15 +63,7 @@ public:
     // goes into the root; with an id "subject" it is what subject() gives.
     bool show(const QString &body, const QString &root = QStringLiteral("Item"))
     {
-        close();
-        QQmlComponent component(&m_engine);
-        component.setData(document(body, root).toUtf8(), QUrl(QStringLiteral("file:///stage.qml")));
-        QObject *object = component.create();
-        if (!object) {
-            qWarning("%s", qPrintable(component.errorString()));
-            return false;
-        }
-        return showRoot(object);
+        return load(document(body, root).toUtf8()) && showRoot(m_root.release());
     }
     void close()
     {
@@ -66,7 +72,9 @@ public:
         m_window = nullptr;
     }
     QObject *root() const { return m_root.get(); }
-    QObject *subject() const { return m_root->property("subject").value<QObject *>(); }
+    QObject *object(const char *name) const { return m_root->property(name).value<QObject *>(); }
+    QObject *subject() const { return object("subject"); }
+    bool isOpen() const { return subject()->property("visible").toBool(); }
 
     // The item that a dialog's document puts into Qt's dialog.
     static QQuickItem *contentOf(QObject *dialog)
@@ -98,6 +106,12 @@ public:
         return insideSubject(script).value<QQuickItem *>();
     }
     QQuickWindow *dialogWindow() const { return contentOf(subject())->window(); }
+    // Opens the dialog and waits until it is drawn.
+    bool open()
+    {
+        QMetaObject::invokeMethod(subject(), "open");
+        return dialogWindow() && QTest::qWaitForWindowExposed(dialogWindow());
+    }
     // Opens the dialog as a window manager would: drawn, and with the keyboard.
     bool openDialog()
     {
@@ -106,16 +120,80 @@ public:
         m_window->requestActivate();
         if (!QTest::qWaitForWindowActive(m_window))
             return false;
-        QMetaObject::invokeMethod(subject(), "open");
-        QQuickWindow *dialog = dialogWindow();
-        if (!dialog || !QTest::qWaitForWindowExposed(dialog))
+        if (!open())
             return false;
+        QQuickWindow *dialog = dialogWindow();
         dialog->requestActivate();
         return QTest::qWaitForWindowActive(dialog)
                && QTest::qWaitFor([dialog] { return dialog->activeFocusItem() != nullptr; });
     }
 
-    // Descendants, in the order in which they lie.
+    // All that is in the dialog's window, Qt's own buttons too.
+    QQuickItem *content() const { return subject()->property("contentItem").value<QQuickItem *>(); }
+    using Predicate = std::function<bool(QQuickItem *)>;
+    // The first item that the predicate takes, parents before children; only what can be seen.
+    QQuickItem *find(const Predicate &predicate) const { return find(content(), predicate); }
+    static QQuickItem *find(QQuickItem *item, const Predicate &predicate)
+    {
+        if (!item || !item->isVisible())
+            return nullptr;
+        if (predicate(item))
+            return item;
+        for (QQuickItem *child : item->childItems()) {
+            if (QQuickItem *found = find(child, predicate))
+                return found;
+        }
+        return nullptr;
+    }
+    QList<QQuickItem *> findAll(const Predicate &predicate) const
+    {
+        return findAll(content(), predicate);
+    }
+    static QList<QQuickItem *> findAll(QQuickItem *parent, const Predicate &predicate)
+    {
+        QList<QQuickItem *> list;
+        find(parent, [&](QQuickItem *item) {
+            if (predicate(item))
+                list.append(item);
+            return false;
+        });
+        return list;
+    }
+    // Of a document or class.
+    static bool isA(const QQuickItem *item, const QByteArray &type)
+    {
+        // "Button" is the class of Button_QMLTYPE_5, not of ButtonStyle_QMLTYPE_6.
+        const QByteArray name = item->metaObject()->className();
+        return name == type || name.startsWith(type + "_QML");
+    }
+    QQuickItem *withText(const QString &text, const char *type) const
+    {
+        return find([&](QQuickItem *item) {
+            return isA(item, type) && item->property("text").toString() == text;
+        });
+    }
+    QQuickItem *text(const QString &text) const { return withText(text, "QQuickText"); }
+    QQuickItem *button(const QString &text) const { return withText(text, "Button"); }
+    QQuickItem *checkBox(const QString &text) const { return withText(text, "CheckBox"); }
+    QQuickItem *imageButton(const QString &picture) const
+    {
+        return find([&](QQuickItem *item) {
+            return isA(item, "ImageButton")
+                   && item->property("source").toUrl().fileName() == picture;
+        });
+    }
+    QList<QQuickItem *> fields() const
+    {
+        return findAll([](QQuickItem *item) { return isA(item, "TextField"); });
+    }
+    // Until a page of a StackView has come in.
+    void waitForPage() const
+    {
+        QQuickItem *stack = find([](QQuickItem *item) { return isA(item, "StackView"); });
+        QTRY_VERIFY(!stack->property("busy").toBool());
+    }
+
+    // Descendants, in the order in which they lie, whether they can be seen or not.
     static QList<QQuickItem *> items(QQuickItem *parent)
     {
         QList<QQuickItem *> list;
@@ -125,13 +203,11 @@ public:
         }
         return list;
     }
-    // Items of a document or class, by the beginning of the class's name.
     static QList<QQuickItem *> itemsOf(QQuickItem *parent, const QByteArray &type)
     {
         QList<QQuickItem *> list;
         for (QQuickItem *item : items(parent)) {
-            const QByteArray name = item->metaObject()->className();
-            if (name == type || name.startsWith(type + "_QML"))
+            if (isA(item, type))
                 list.append(item);
         }
         return list;
@@ -163,6 +239,14 @@ public:
     static void doubleClick(QQuickItem *item)
     {
         QTest::mouseDClick(item->window(), Qt::LeftButton, Qt::NoModifier, center(item));
+    }
+    void key(int key) const { QTest::keyClick(dialogWindow(), static_cast<Qt::Key>(key)); }
+    static void type(QQuickItem *field, const QString &text)
+    {
+        click(field);
+        for (const QChar &character : text)
+            QTest::sendKeyEvent(QTest::Click, field->window(), Qt::Key_unknown, character,
+                                Qt::NoModifier);
     }
     static void tap(QQuickItem *item)
     {

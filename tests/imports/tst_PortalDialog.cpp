@@ -1,4 +1,4 @@
-#include "imports/PortalDialogScene.h"
+#include "imports/PortalDialogDocument.h"
 #include "support/DevelopmentPortal.h"
 #include "support/HttpServer.h"
 #include "support/IsolatedHome.h"
@@ -91,6 +91,7 @@ private slots:
     void initTestCase();
     void init();
     void cleanup();
+    void cleanupTestCase() { m_stage.reset(); }
 
     void propertiesHaveTheirTypesAndOrder();
     void defaults();
@@ -154,40 +155,41 @@ private slots:
     void picture();
 
 private:
-    DialogScene &make(const QString &properties = QString(),
+    DialogStage &make(const QString &properties = QString(),
                       const QString &rootType = QStringLiteral("Window"), bool isVisible = false)
     {
-        m_scene.reset();
+        m_stage->close();
         m_settings = makeStore(m_store);
-        m_scene.reset(new DialogScene(m_engine, document(properties, rootType, isVisible),
-                                      storeProperty(m_settings.get())));
-        return *m_scene;
+        if (!m_stage->load(document(properties, rootType, isVisible),
+                           storeProperty(m_settings.get())))
+            qFatal("The document doesn't load");
+        return *m_stage;
     }
     // With the development portal, opened.
-    DialogScene &makeOpen(const QString &properties = QString())
+    DialogStage &makeOpen(const QString &properties = QString())
     {
-        DialogScene &scene = make(properties);
-        scene.object("portal")->setProperty("portalUrl", QUrl(m_portal.url()));
-        if (!scene.open())
+        DialogStage &stage = make(properties);
+        stage.object("portal")->setProperty("portalUrl", QUrl(m_portal.url()));
+        if (!stage.open())
             qFatal("The dialog doesn't open");
-        return scene;
+        return stage;
     }
-    DialogScene &makeList(const QString &properties = QString())
+    DialogStage &makeList(const QString &properties = QString())
     {
-        DialogScene &scene = makeOpen(properties);
-        DialogScene::click(scene.imageButton("gear.png"));
+        DialogStage &stage = makeOpen(properties);
+        DialogStage::click(stage.imageButton("gear.png"));
         waitForPage();
-        return scene;
+        return stage;
     }
-    void waitForPage() { m_scene->waitForPage(); }
+    void waitForPage() { m_stage->waitForPage(); }
     void fill(const QString &user, const QString &password)
     {
-        m_scene->dialog()->setProperty("username", user);
-        m_scene->dialog()->setProperty("password", password);
+        m_stage->subject()->setProperty("username", user);
+        m_stage->subject()->setProperty("password", password);
     }
     QQuickItem *list() const
     {
-        return m_scene->find([](QQuickItem *item) { return item->inherits("QQuickListView"); });
+        return m_stage->find([](QQuickItem *item) { return item->inherits("QQuickListView"); });
     }
     QQuickItem *listRow(int index) const
     {
@@ -220,20 +222,19 @@ private:
     }
     QString messageText() const
     {
-        QQuickItem *item = m_scene->find([](QQuickItem *candidate) {
-            return DialogScene::isA(candidate, "QQuickText")
+        QQuickItem *item = m_stage->find([](QQuickItem *candidate) {
+            return DialogStage::isA(candidate, "QQuickText")
                    && candidate->property("color").value<QColor>() == QColor("red");
         });
         return item ? item->property("text").toString() : QString();
     }
-    QObject *portal() const { return m_scene->object("portal"); }
-    QQmlEngine m_engine;
+    QObject *portal() const { return m_stage->object("portal"); }
     DevelopmentPortal m_portal;
     QTemporaryDir m_folder;
     QString m_store; // empty: the dialog has no store
     std::unique_ptr<LogCapture> m_log;
     std::unique_ptr<Settings> m_settings;
-    std::unique_ptr<DialogScene> m_scene;
+    std::unique_ptr<DialogStage> m_stage;
     QStringList m_expected; // the warnings that a test causes
     QList<QUrl> m_openedUrls;
 };
@@ -241,8 +242,7 @@ private:
 void tst_PortalDialog::initTestCase()
 {
     QVERIFY2(m_portal.start(), qPrintable(m_portal.output()));
-    m_engine.addImportPath(qEnvironmentVariable("TESSALINE_QML_IMPORT_DIR"));
-    m_engine.addImportPath(":/imports");
+    m_stage = std::make_unique<DialogStage>();
 }
 
 void tst_PortalDialog::init()
@@ -259,7 +259,7 @@ void tst_PortalDialog::init()
 // Every test fails on a warning that it doesn't announce.
 void tst_PortalDialog::cleanup()
 {
-    m_scene.reset();
+    m_stage->close();
     QStringList problems;
     for (const LogCapture::Message &message : m_log->messages()) {
         if (message.type == QtDebugMsg || message.type == QtInfoMsg)
@@ -298,7 +298,7 @@ void tst_PortalDialog::propertiesHaveTheirTypesAndOrder()
                                "settingsGroup:QString",
                                "portalName:QString",
                                "prompt:QString"};
-    const QMetaObject *meta = make().dialog()->metaObject();
+    const QMetaObject *meta = make().subject()->metaObject();
     QStringList names;
     for (const QString &entry : expected) {
         const QStringList parts = entry.split(':');
@@ -313,9 +313,9 @@ void tst_PortalDialog::propertiesHaveTheirTypesAndOrder()
 void tst_PortalDialog::defaults()
 {
     m_store.clear();
-    DialogScene &scene = make();
-    const QObject *dialog = scene.dialog();
-    QCOMPARE(dialog->property("portal").value<QObject *>(), scene.object("portal"));
+    DialogStage &stage = make();
+    const QObject *dialog = stage.subject();
+    QCOMPARE(dialog->property("portal").value<QObject *>(), stage.object("portal"));
     QCOMPARE(dialog->property("usernameLabel").toString(), QString("Username"));
     QCOMPARE(dialog->property("username").toString(), QString());
     QCOMPARE(dialog->property("passwordLabel").toString(), QString("Password"));
@@ -336,37 +336,37 @@ void tst_PortalDialog::defaults()
     QCOMPARE(dialog->property("title").toString(), QString("Sign in to Zemrik Online"));
     QCOMPARE(dialog->property("standardButtons").toInt(), 0);
 
-    scene.object("portal")->setProperty("name", "Somewhere");
+    stage.object("portal")->setProperty("name", "Somewhere");
     QCOMPARE(dialog->property("portalName").toString(), QString("Somewhere"));
     QCOMPARE(dialog->property("title").toString(), QString("Sign in to Somewhere"));
-    scene.dialog()->setProperty("busy", true);
+    stage.subject()->setProperty("busy", true);
     QCOMPARE(dialog->property("title").toString(), QString("Signing in to Somewhere"));
     QCOMPARE(dialog->property("acceptLabel").toString(), QString("Signing In"));
     // An object without a portal has no portal's name.
-    scene.dialog()->setProperty("portal", QVariant::fromValue<QObject *>(nullptr));
+    stage.subject()->setProperty("portal", QVariant::fromValue<QObject *>(nullptr));
     QCOMPARE(dialog->property("portalName").toString(), QString());
 }
 
 void tst_PortalDialog::everyTextCanBeReplaced()
 {
-    DialogScene &scene =
+    DialogStage &stage =
         makeOpen("usernameLabel: 'U'; username: 'u'; passwordLabel: 'P'; password: 'p';"
                  "message: 'M'; saveUserLabel: 'S'; saveUserChecked: false;"
                  "acceptLabel: 'A'; rejectLabel: 'R'; portalName: 'N'");
-    QVERIFY(scene.text("U"));
-    QVERIFY(scene.text("P"));
-    QVERIFY(scene.text("M"));
-    QVERIFY(scene.checkBox("S"));
-    QVERIFY(scene.button("A"));
-    QVERIFY(scene.button("R"));
-    QVERIFY(scene.text("Sign in to N"));
-    QCOMPARE(scene.fields().at(1)->property("text").toString(), QString("p"));
-    QCOMPARE(scene.dialog()->property("password").toString(), QString("p"));
+    QVERIFY(stage.text("U"));
+    QVERIFY(stage.text("P"));
+    QVERIFY(stage.text("M"));
+    QVERIFY(stage.checkBox("S"));
+    QVERIFY(stage.button("A"));
+    QVERIFY(stage.button("R"));
+    QVERIFY(stage.text("Sign in to N"));
+    QCOMPARE(stage.fields().at(1)->property("text").toString(), QString("p"));
+    QCOMPARE(stage.subject()->property("password").toString(), QString("p"));
     // A store has the last word on these two.
-    QCOMPARE(scene.dialog()->property("username").toString(), QString());
-    QCOMPARE(scene.dialog()->property("saveUserChecked").toBool(), true);
-    scene.dialog()->setProperty("saveUserVisible", false);
-    QVERIFY(!scene.checkBox("S"));
+    QCOMPARE(stage.subject()->property("username").toString(), QString());
+    QCOMPARE(stage.subject()->property("saveUserChecked").toBool(), true);
+    stage.subject()->setProperty("saveUserVisible", false);
+    QVERIFY(!stage.checkBox("S"));
 }
 
 void tst_PortalDialog::isOfTheRightSizeInEveryRoot_data()
@@ -381,55 +381,56 @@ void tst_PortalDialog::isOfTheRightSizeInEveryRoot_data()
 void tst_PortalDialog::isOfTheRightSizeInEveryRoot()
 {
     QFETCH(QString, rootType);
-    DialogScene &scene = make(QString(), rootType, true);
+    DialogStage &stage = make(QString(), rootType, true);
     QQuickWindow view;
     if (QTest::currentDataTag() == QByteArray("Item in a view")) {
-        qobject_cast<QQuickItem *>(scene.root())->setParentItem(view.contentItem());
+        qobject_cast<QQuickItem *>(stage.root())->setParentItem(view.contentItem());
         view.resize(640, 560);
         view.show();
         QVERIFY(QTest::qWaitForWindowExposed(&view));
     }
-    const qreal scale = scene.object("framework")->property("displayScaleFactor").toReal();
+    const qreal scale = stage.object("framework")->property("displayScaleFactor").toReal();
     const QSize available = QGuiApplication::primaryScreen()->availableVirtualSize();
     const QSize expected(qRound(qMin(400 * scale, available.width() * 0.95)),
                          qRound(qMin(400 * scale, available.height() * 0.95)));
-    QCOMPARE(QSize(qRound(scene.dialog()->property("width").toReal()),
-                   qRound(scene.dialog()->property("height").toReal())),
+    QCOMPARE(QSize(qRound(stage.subject()->property("width").toReal()),
+                   qRound(stage.subject()->property("height").toReal())),
              expected);
-    QVERIFY(scene.open());
-    QTRY_COMPARE(scene.window()->size(), expected);
-    QCOMPARE(scene.window()->title(), QString("Sign in to Zemrik Online"));
+    QVERIFY(stage.open());
+    QTRY_COMPARE(stage.dialogWindow()->size(), expected);
+    QCOMPARE(stage.dialogWindow()->title(), QString("Sign in to Zemrik Online"));
     // The page fills the window to its edges.
-    const QImage picture = scene.window()->grabWindow();
-    QTRY_COMPARE(scene.window()->grabWindow().pixelColor(1, 1), QColor("#0079C1"));
-    QCOMPARE(scene.window()->grabWindow().pixelColor(picture.width() - 2, picture.height() - 2),
-             QColor("white"));
-    scene.root()->setProperty("visible", false);
+    const QImage picture = stage.dialogWindow()->grabWindow();
+    QTRY_COMPARE(stage.dialogWindow()->grabWindow().pixelColor(1, 1), QColor("#0079C1"));
+    QCOMPARE(
+        stage.dialogWindow()->grabWindow().pixelColor(picture.width() - 2, picture.height() - 2),
+        QColor("white"));
+    stage.root()->setProperty("visible", false);
 }
 
 void tst_PortalDialog::staysOnTheScreen()
 {
-    DialogScene &scene = make();
+    DialogStage &stage = make();
     const QSize available = QGuiApplication::primaryScreen()->availableVirtualSize();
-    scene.object("framework")->setProperty("displayScaleFactor", 10);
-    QCOMPARE(scene.dialog()->property("width").toInt(), int(available.width() * 0.95));
-    QCOMPARE(scene.dialog()->property("height").toInt(), int(available.height() * 0.95));
-    scene.object("framework")->setProperty("displayScaleFactor", 0.5);
-    QCOMPARE(scene.dialog()->property("width").toInt(), 200);
-    scene.object("framework")->setProperty("displayScaleFactor", 0);
+    stage.object("framework")->setProperty("displayScaleFactor", 10);
+    QCOMPARE(stage.subject()->property("width").toInt(), int(available.width() * 0.95));
+    QCOMPARE(stage.subject()->property("height").toInt(), int(available.height() * 0.95));
+    stage.object("framework")->setProperty("displayScaleFactor", 0.5);
+    QCOMPARE(stage.subject()->property("width").toInt(), 200);
+    stage.object("framework")->setProperty("displayScaleFactor", 0);
 }
 
 void tst_PortalDialog::bannerShowsImageColorsAndPadlock()
 {
-    DialogScene &scene = makeOpen("bannerColor: '#204020'; bannerTextColor: '#ffff80'");
+    DialogStage &stage = makeOpen("bannerColor: '#204020'; bannerTextColor: '#ffff80'");
     const auto pictures = [&](const QString &name) {
-        return scene.findAll([&](QQuickItem *item) {
-            return DialogScene::isA(item, "QQuickImage")
+        return stage.findAll([&](QQuickItem *item) {
+            return DialogStage::isA(item, "QQuickImage")
                    && item->property("source").toUrl().fileName() == name;
         });
     };
-    QTRY_COMPARE(scene.window()->grabWindow().pixelColor(2, 2), QColor("#204020"));
-    QQuickItem *title = scene.text("Sign in to Zemrik Online");
+    QTRY_COMPARE(stage.dialogWindow()->grabWindow().pixelColor(2, 2), QColor("#204020"));
+    QQuickItem *title = stage.text("Sign in to Zemrik Online");
     QVERIFY(title);
     QCOMPARE(title->property("color").value<QColor>(), QColor("#ffff80"));
     QCOMPARE(title->property("font").value<QFont>().pointSize(), 22);
@@ -439,23 +440,23 @@ void tst_PortalDialog::bannerShowsImageColorsAndPadlock()
     portal()->setProperty("ignoreSslErrors", true);
     QCOMPARE(pictures("security_unlock.png").size(), 1);
     // Above the gear, in one column.
-    const QPoint padlock = DialogScene::center(pictures("security_unlock.png").first());
-    const QPoint gear = DialogScene::center(scene.imageButton("gear.png"));
-    QTRY_VERIFY(DialogScene::center(pictures("security_unlock.png").first()).y()
-                < DialogScene::center(scene.imageButton("gear.png")).y());
+    const QPoint padlock = DialogStage::center(pictures("security_unlock.png").first());
+    const QPoint gear = DialogStage::center(stage.imageButton("gear.png"));
+    QTRY_VERIFY(DialogStage::center(pictures("security_unlock.png").first()).y()
+                < DialogStage::center(stage.imageButton("gear.png")).y());
     QVERIFY(qAbs(padlock.x() - gear.x()) <= 2);
 
     QVERIFY(pictures("back.png").isEmpty());
-    scene.dialog()->setProperty("bannerImage",
-                                QUrl("qrc:/imports/Zemrik/Tessaline/Portal/images/back.png"));
+    stage.subject()->setProperty("bannerImage",
+                                 QUrl("qrc:/imports/Zemrik/Tessaline/Portal/images/back.png"));
     QCOMPARE(pictures("back.png").size(), 1);
     QVERIFY(pictures("back.png").first()->width() > 20);
 
     // The icons are drawn in the text's colour.
     QTRY_VERIFY([&] {
-        const QImage picture = scene.window()->grabWindow();
-        const QRectF area = scene.imageButton("gear.png")
-                                ->mapRectToScene(scene.imageButton("gear.png")->boundingRect());
+        const QImage picture = stage.dialogWindow()->grabWindow();
+        const QRectF area = stage.imageButton("gear.png")
+                                ->mapRectToScene(stage.imageButton("gear.png")->boundingRect());
         int tinted = 0;
         for (int y = int(area.top()); y < area.bottom(); ++y) {
             for (int x = int(area.left()); x < area.right(); ++x) {
@@ -471,39 +472,39 @@ void tst_PortalDialog::bannerShowsImageColorsAndPadlock()
 
 void tst_PortalDialog::promptIsShownWhenGiven()
 {
-    DialogScene &scene = make();
-    callWith(scene.dialog(), "show", "Sign in to <b>download</b>");
-    QVERIFY(scene.isOpen());
-    QVERIFY(QTest::qWaitForWindowExposed(scene.window()));
-    QQuickItem *prompt = scene.text("Sign in to <b>download</b>");
+    DialogStage &stage = make();
+    callWith(stage.subject(), "show", "Sign in to <b>download</b>");
+    QVERIFY(stage.isOpen());
+    QVERIFY(QTest::qWaitForWindowExposed(stage.dialogWindow()));
+    QQuickItem *prompt = stage.text("Sign in to <b>download</b>");
     QVERIFY(prompt);
     QVERIFY(prompt->property("font").value<QFont>().bold());
-    QVERIFY(prompt->mapToScene({0, 0}).y() < scene.text("Username")->mapToScene({0, 0}).y());
+    QVERIFY(prompt->mapToScene({0, 0}).y() < stage.text("Username")->mapToScene({0, 0}).y());
     for (const QVariant &none : {QVariant(""), QVariant(), QVariant::fromValue(nullptr)}) {
-        callWith(scene.dialog(), "show", none);
-        QCOMPARE(scene.dialog()->property("prompt").toString(), QString());
+        callWith(stage.subject(), "show", none);
+        QCOMPARE(stage.subject()->property("prompt").toString(), QString());
         QVERIFY(!prompt->isVisible());
     }
 }
 
 void tst_PortalDialog::fieldsAreForNamesAndPasswords()
 {
-    DialogScene &scene = makeOpen();
-    const QList<QQuickItem *> fields = scene.fields();
+    DialogStage &stage = makeOpen();
+    const QList<QQuickItem *> fields = stage.fields();
     QCOMPARE(fields.size(), 2);
     const int hints = Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText | Qt::ImhSensitiveData;
     QCOMPARE(fields.at(0)->property("inputMethodHints").toInt(), hints);
     QCOMPARE(fields.at(0)->property("echoMode").toInt(), 0);
     QCOMPARE(fields.at(1)->property("echoMode").toInt(), 2);
-    scene.type(fields.at(0), "jo");
-    scene.type(fields.at(1), "pass word");
-    QCOMPARE(scene.dialog()->property("username").toString(), QString("jo"));
-    QCOMPARE(scene.dialog()->property("password").toString(), QString("pass word"));
+    stage.type(fields.at(0), "jo");
+    stage.type(fields.at(1), "pass word");
+    QCOMPARE(stage.subject()->property("username").toString(), QString("jo"));
+    QCOMPARE(stage.subject()->property("password").toString(), QString("pass word"));
     // From one to the next by the keyboard.
-    DialogScene::click(fields.at(0));
-    scene.key(Qt::Key_Tab);
-    scene.type(fields.at(1), "!");
-    QCOMPARE(scene.dialog()->property("password").toString().size(), 10);
+    DialogStage::click(fields.at(0));
+    stage.key(Qt::Key_Tab);
+    stage.type(fields.at(1), "!");
+    QCOMPARE(stage.subject()->property("password").toString().size(), 10);
 }
 
 void tst_PortalDialog::acceptNeedsBothFields()
@@ -514,15 +515,15 @@ void tst_PortalDialog::acceptNeedsBothFields()
         const char *password;
         bool enabled;
     };
-    DialogScene &scene = makeOpen();
+    DialogStage &stage = makeOpen();
     for (const Row &row :
          {Row{"u", "p", true}, Row{"", "", false}, Row{"u", "", false}, Row{"", "p", false},
           Row{"   ", "p", false}, Row{"u", " \t ", false}, Row{" u ", " p ", true}}) {
         fill(row.user, row.password);
-        QVERIFY2(scene.button("Sign In")->property("enabled").toBool() == row.enabled, row.user);
+        QVERIFY2(stage.button("Sign In")->property("enabled").toBool() == row.enabled, row.user);
     }
-    scene.dialog()->setProperty("busy", true);
-    QCOMPARE(scene.button("Signing In")->property("enabled").toBool(), false);
+    stage.subject()->setProperty("busy", true);
+    QCOMPARE(stage.button("Signing In")->property("enabled").toBool(), false);
 }
 
 void tst_PortalDialog::signInStoresAndCloses_data()
@@ -535,22 +536,22 @@ void tst_PortalDialog::signInStoresAndCloses_data()
 void tst_PortalDialog::signInStoresAndCloses()
 {
     QFETCH(bool, remember);
-    DialogScene &scene = makeOpen();
+    DialogStage &stage = makeOpen();
     m_settings->setValue("Portal/username", "somebody");
     QVariantMap expected = store();
-    QSignalSpy accepted(scene.dialog(), SIGNAL(accepted()));
-    QSignalSpy rejected(scene.dialog(), SIGNAL(rejected()));
+    QSignalSpy accepted(stage.subject(), SIGNAL(accepted()));
+    QSignalSpy rejected(stage.subject(), SIGNAL(rejected()));
 
-    scene.type(scene.fields().at(0), "demo");
-    scene.type(scene.fields().at(1), "demo");
+    stage.type(stage.fields().at(0), "demo");
+    stage.type(stage.fields().at(1), "demo");
     if (!remember)
-        DialogScene::click(scene.checkBox("Remember me"));
-    QCOMPARE(scene.dialog()->property("saveUserChecked").toBool(), remember);
-    DialogScene::click(scene.button("Sign In"));
+        DialogStage::click(stage.checkBox("Remember me"));
+    QCOMPARE(stage.subject()->property("saveUserChecked").toBool(), remember);
+    DialogStage::click(stage.button("Sign In"));
 
-    QTRY_VERIFY(!scene.isOpen());
+    QTRY_VERIFY(!stage.isOpen());
     QVERIFY(portal()->property("signedIn").toBool());
-    QCOMPARE(scene.dialog()->property("busy").toBool(), false);
+    QCOMPARE(stage.subject()->property("busy").toBool(), false);
     if (remember)
         expected.insert("Portal/username", "demo");
     else
@@ -568,11 +569,11 @@ void tst_PortalDialog::signInStoresAndCloses()
 void tst_PortalDialog::blanksAtTheEndsAreNotSent()
 {
     SlowPortal server;
-    DialogScene &scene = makeOpen();
+    DialogStage &stage = makeOpen();
     portal()->setProperty("portalUrl", QUrl(server.url()));
     fill("  jo ann ", " pass word  ");
-    DialogScene::click(scene.button("Sign In"));
-    QTRY_VERIFY(!scene.isOpen());
+    DialogStage::click(stage.button("Sign In"));
+    QTRY_VERIFY(!stage.isOpen());
     const auto requests = server.server().requests();
     const auto token =
         std::find_if(requests.begin(), requests.end(),
@@ -592,30 +593,30 @@ void tst_PortalDialog::blanksAtTheEndsAreNotSent()
 void tst_PortalDialog::busyWhileSigningIn()
 {
     SlowPortal server;
-    DialogScene &scene = makeOpen();
+    DialogStage &stage = makeOpen();
     portal()->setProperty("portalUrl", QUrl(server.url()));
     fill("jo", "pw");
     const auto indicator = [&] {
-        return scene.find([](QQuickItem *item) { return DialogScene::isA(item, "BusyIndicator"); });
+        return stage.find([](QQuickItem *item) { return DialogStage::isA(item, "BusyIndicator"); });
     };
     QVERIFY(!indicator());
     server.hold();
-    DialogScene::click(scene.button("Sign In"));
+    DialogStage::click(stage.button("Sign In"));
 
-    QVERIFY(scene.dialog()->property("busy").toBool());
-    QCOMPARE(scene.window()->title(), QString("Signing in to Zemrik Online"));
-    QVERIFY(scene.text("Signing in to Zemrik Online"));
-    QVERIFY(!scene.button("Signing In")->property("enabled").toBool());
-    QVERIFY(!scene.button("Cancel")->property("enabled").toBool());
-    QVERIFY(!scene.imageButton("gear.png")->property("enabled").toBool());
+    QVERIFY(stage.subject()->property("busy").toBool());
+    QCOMPARE(stage.dialogWindow()->title(), QString("Signing in to Zemrik Online"));
+    QVERIFY(stage.text("Signing in to Zemrik Online"));
+    QVERIFY(!stage.button("Signing In")->property("enabled").toBool());
+    QVERIFY(!stage.button("Cancel")->property("enabled").toBool());
+    QVERIFY(!stage.imageButton("gear.png")->property("enabled").toBool());
     QVERIFY(indicator());
     QVERIFY(indicator()->property("running").toBool());
-    const QPoint middle = DialogScene::center(indicator());
-    QVERIFY(qAbs(middle.x() - scene.window()->width() / 2) <= 2);
-    QVERIFY(qAbs(middle.y() - scene.window()->height() / 2) <= 2);
+    const QPoint middle = DialogStage::center(indicator());
+    QVERIFY(qAbs(middle.x() - stage.dialogWindow()->width() / 2) <= 2);
+    QVERIFY(qAbs(middle.y() - stage.dialogWindow()->height() / 2) <= 2);
     server.release();
-    QTRY_VERIFY(!scene.isOpen());
-    QVERIFY(!scene.dialog()->property("busy").toBool());
+    QTRY_VERIFY(!stage.isOpen());
+    QVERIFY(!stage.subject()->property("busy").toBool());
 }
 
 void tst_PortalDialog::returnInAFieldTriesTheSignIn_data()
@@ -635,52 +636,52 @@ void tst_PortalDialog::returnInAFieldTriesTheSignIn()
     QFETCH(int, field);
     QFETCH(int, key);
     QFETCH(bool, complete);
-    DialogScene &scene = makeOpen();
-    QSignalSpy accepted(scene.dialog(), SIGNAL(accepted()));
-    QSignalSpy rejected(scene.dialog(), SIGNAL(rejected()));
+    DialogStage &stage = makeOpen();
+    QSignalSpy accepted(stage.subject(), SIGNAL(accepted()));
+    QSignalSpy rejected(stage.subject(), SIGNAL(rejected()));
     fill(complete ? "demo" : "", "wrong");
-    DialogScene::click(scene.fields().at(field));
-    scene.key(key);
-    QCOMPARE(scene.dialog()->property("busy").toBool(), complete);
-    QVERIFY(scene.isOpen());
-    QTRY_VERIFY(!scene.dialog()->property("busy").toBool());
+    DialogStage::click(stage.fields().at(field));
+    stage.key(key);
+    QCOMPARE(stage.subject()->property("busy").toBool(), complete);
+    QVERIFY(stage.isOpen());
+    QTRY_VERIFY(!stage.subject()->property("busy").toBool());
     QCOMPARE(!messageText().isEmpty(), complete);
-    QVERIFY(scene.isOpen());
+    QVERIFY(stage.isOpen());
     QCOMPARE(accepted.count() + rejected.count(), 0);
 }
 
 void tst_PortalDialog::returnElsewhereDoesNothing()
 {
-    DialogScene &scene = makeOpen();
+    DialogStage &stage = makeOpen();
     fill("demo", "demo");
-    QSignalSpy accepted(scene.dialog(), SIGNAL(accepted()));
-    for (QQuickItem *item : {scene.checkBox("Remember me"), scene.content()}) {
+    QSignalSpy accepted(stage.subject(), SIGNAL(accepted()));
+    for (QQuickItem *item : {stage.checkBox("Remember me"), stage.content()}) {
         item->forceActiveFocus();
-        scene.key(Qt::Key_Return);
-        scene.key(Qt::Key_Enter);
+        stage.key(Qt::Key_Return);
+        stage.key(Qt::Key_Enter);
     }
-    QVERIFY(scene.isOpen());
-    QVERIFY(!scene.dialog()->property("busy").toBool());
+    QVERIFY(stage.isOpen());
+    QVERIFY(!stage.subject()->property("busy").toBool());
     QCOMPARE(accepted.count(), 0);
 }
 
 void tst_PortalDialog::escapeRejects()
 {
-    DialogScene &scene = makeOpen();
-    QSignalSpy rejected(scene.dialog(), SIGNAL(rejected()));
-    DialogScene::click(scene.fields().at(0));
-    scene.key(Qt::Key_Escape);
-    QTRY_VERIFY(!scene.isOpen());
+    DialogStage &stage = makeOpen();
+    QSignalSpy rejected(stage.subject(), SIGNAL(rejected()));
+    DialogStage::click(stage.fields().at(0));
+    stage.key(Qt::Key_Escape);
+    QTRY_VERIFY(!stage.isOpen());
     QCOMPARE(rejected.count(), 1);
 }
 
 void tst_PortalDialog::cancelRejects()
 {
-    DialogScene &scene = makeOpen();
-    QSignalSpy accepted(scene.dialog(), SIGNAL(accepted()));
-    QSignalSpy rejected(scene.dialog(), SIGNAL(rejected()));
-    DialogScene::click(scene.button("Cancel"));
-    QVERIFY(!scene.isOpen());
+    DialogStage &stage = makeOpen();
+    QSignalSpy accepted(stage.subject(), SIGNAL(accepted()));
+    QSignalSpy rejected(stage.subject(), SIGNAL(rejected()));
+    DialogStage::click(stage.button("Cancel"));
+    QVERIFY(!stage.isOpen());
     QCOMPARE(rejected.count(), 1);
     QCOMPARE(accepted.count(), 0);
 }
@@ -688,125 +689,125 @@ void tst_PortalDialog::cancelRejects()
 void tst_PortalDialog::noKeyClosesWhileBusy()
 {
     SlowPortal server;
-    DialogScene &scene = makeOpen();
+    DialogStage &stage = makeOpen();
     portal()->setProperty("portalUrl", QUrl(server.url()));
     fill("jo", "pw");
     server.hold();
-    DialogScene::click(scene.fields().at(1));
-    scene.key(Qt::Key_Return);
-    QVERIFY(scene.dialog()->property("busy").toBool());
-    QSignalSpy rejected(scene.dialog(), SIGNAL(rejected()));
+    DialogStage::click(stage.fields().at(1));
+    stage.key(Qt::Key_Return);
+    QVERIFY(stage.subject()->property("busy").toBool());
+    QSignalSpy rejected(stage.subject(), SIGNAL(rejected()));
     for (int key : {Qt::Key_Escape, Qt::Key_Back, Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
-        scene.key(key);
-        scene.content()->forceActiveFocus();
-        scene.key(key);
+        stage.key(key);
+        stage.content()->forceActiveFocus();
+        stage.key(key);
     }
-    DialogScene::click(scene.button("Cancel"));
-    QVERIFY(scene.isOpen());
+    DialogStage::click(stage.button("Cancel"));
+    QVERIFY(stage.isOpen());
     QCOMPARE(rejected.count(), 0);
     server.release();
-    QTRY_VERIFY(!scene.isOpen());
+    QTRY_VERIFY(!stage.isOpen());
 }
 
 void tst_PortalDialog::wrongPasswordShowsTheServicesWords()
 {
-    DialogScene &scene = makeOpen();
+    DialogStage &stage = makeOpen();
     QVERIFY(messageText().isEmpty());
     const QVariantMap before = store();
     fill("demo", "wrong");
-    DialogScene::click(scene.button("Sign In"));
+    DialogStage::click(stage.button("Sign In"));
     QTRY_COMPARE(messageText(),
                  QString("Unable to generate token.\r\nInvalid username or password."));
-    QVERIFY(scene.isOpen());
-    QVERIFY(!scene.dialog()->property("busy").toBool());
-    QCOMPARE(scene.dialog()->property("username").toString(), QString("demo"));
-    QVERIFY(scene.button("Sign In")->property("enabled").toBool());
+    QVERIFY(stage.isOpen());
+    QVERIFY(!stage.subject()->property("busy").toBool());
+    QCOMPARE(stage.subject()->property("username").toString(), QString("demo"));
+    QVERIFY(stage.button("Sign In")->property("enabled").toBool());
     QCOMPARE(store(), before); // nothing is stored for a failed attempt
 }
 
 void tst_PortalDialog::theLastErrorKeepsTheMessageLine()
 {
-    DialogScene &scene = makeOpen();
-    scene.dialog()->setProperty("message", "from the applet");
+    DialogStage &stage = makeOpen();
+    stage.subject()->setProperty("message", "from the applet");
     QCOMPARE(messageText(), QString("from the applet"));
     fill("demo", "wrong");
-    DialogScene::click(scene.button("Sign In"));
+    DialogStage::click(stage.button("Sign In"));
     QCOMPARE(messageText(), QString()); // cleared by the attempt
     QTRY_VERIFY(messageText().startsWith("Unable"));
 
     // From now on the line follows errors only.
-    scene.dialog()->setProperty("message", "not to be seen");
+    stage.subject()->setProperty("message", "not to be seen");
     QVERIFY(messageText().startsWith("Unable"));
-    DialogScene::click(scene.button("Sign In"));
-    QCOMPARE(scene.dialog()->property("message").toString(), QString());
+    DialogStage::click(stage.button("Sign In"));
+    QCOMPARE(stage.subject()->property("message").toString(), QString());
     QVERIFY(messageText().startsWith("Unable"));
-    QTRY_VERIFY(!scene.dialog()->property("busy").toBool());
+    QTRY_VERIFY(!stage.subject()->property("busy").toBool());
     portal()->setProperty("tokenServicesUrl", QUrl("http://127.0.0.1:1/token"));
-    DialogScene::click(scene.button("Sign In"));
+    DialogStage::click(stage.button("Sign In"));
     QTRY_VERIFY(!messageText().startsWith("Unable"));
     QVERIFY(!messageText().isEmpty());
 }
 
 void tst_PortalDialog::unreachableTokenService()
 {
-    DialogScene &scene = makeOpen();
+    DialogStage &stage = makeOpen();
     portal()->setProperty("tokenServicesUrl", QUrl("http://127.0.0.1:1/token"));
     fill("demo", "demo");
-    DialogScene::click(scene.button("Sign In"));
-    QTRY_VERIFY(!scene.dialog()->property("busy").toBool());
+    DialogStage::click(stage.button("Sign In"));
+    QTRY_VERIFY(!stage.subject()->property("busy").toBool());
     QVERIFY(messageText().endsWith("\r\n"));
     QVERIFY(messageText().size() > 4);
-    QVERIFY(scene.isOpen());
+    QVERIFY(stage.isOpen());
 }
 
 void tst_PortalDialog::unreachablePortalKeepsItBusy()
 {
-    DialogScene &scene = makeOpen();
+    DialogStage &stage = makeOpen();
     portal()->setProperty("portalUrl", QUrl("http://127.0.0.1:1"));
     fill("demo", "demo");
     m_log->clear();
-    DialogScene::click(scene.button("Sign In"));
+    DialogStage::click(stage.button("Sign In"));
     QTRY_VERIFY(m_log->count(QtDebugMsg, "qml", "infoRequest error") > 0);
     // The portal answers nothing, so only the log says so; the script stops at the missing answer.
-    QVERIFY(scene.dialog()->property("busy").toBool());
-    QVERIFY(!scene.button("Cancel")->property("enabled").toBool());
-    scene.key(Qt::Key_Escape);
-    QVERIFY(scene.isOpen());
+    QVERIFY(stage.subject()->property("busy").toBool());
+    QVERIFY(!stage.button("Cancel")->property("enabled").toBool());
+    stage.key(Qt::Key_Escape);
+    QVERIFY(stage.isOpen());
     QCOMPARE(messageText(), QString());
     m_expected << "TypeError";
     QTRY_VERIFY(m_log->count(QtWarningMsg) > 0);
-    scene.dialog()->setProperty("busy", false); // what an applet may do about it
-    DialogScene::click(scene.button("Cancel"));
-    QVERIFY(!scene.isOpen());
+    stage.subject()->setProperty("busy", false); // what an applet may do about it
+    DialogStage::click(stage.button("Cancel"));
+    QVERIFY(!stage.isOpen());
 }
 
 void tst_PortalDialog::signOutEndsBusy()
 {
-    DialogScene &scene = makeOpen();
+    DialogStage &stage = makeOpen();
     portal()->setProperty("token", "some");
-    QTRY_VERIFY(!scene.isOpen());
-    QVERIFY(scene.open());
+    QTRY_VERIFY(!stage.isOpen());
+    QVERIFY(stage.open());
     const QVariantMap before = store();
-    scene.dialog()->setProperty("busy", true);
+    stage.subject()->setProperty("busy", true);
     portal()->setProperty("token", "");
-    QVERIFY(!scene.dialog()->property("busy").toBool());
-    QVERIFY(scene.isOpen());
+    QVERIFY(!stage.subject()->property("busy").toBool());
+    QVERIFY(stage.isOpen());
     QCOMPARE(store(), before);
 }
 
 void tst_PortalDialog::opensAgainAfterSignOut()
 {
-    DialogScene &scene = makeOpen();
+    DialogStage &stage = makeOpen();
     fill("demo", "demo");
-    DialogScene::click(scene.button("Sign In"));
-    QTRY_VERIFY(!scene.isOpen());
+    DialogStage::click(stage.button("Sign In"));
+    QTRY_VERIFY(!stage.isOpen());
     QMetaObject::invokeMethod(portal(), "signOut");
-    callWith(scene.dialog(), "show", "Again");
-    QVERIFY(QTest::qWaitForWindowExposed(scene.window()));
-    QVERIFY(scene.text("Again"));
-    QVERIFY(scene.button("Sign In")->property("enabled").toBool());
-    DialogScene::click(scene.button("Sign In"));
-    QTRY_VERIFY(!scene.isOpen());
+    callWith(stage.subject(), "show", "Again");
+    QVERIFY(QTest::qWaitForWindowExposed(stage.dialogWindow()));
+    QVERIFY(stage.text("Again"));
+    QVERIFY(stage.button("Sign In")->property("enabled").toBool());
+    DialogStage::click(stage.button("Sign In"));
+    QTRY_VERIFY(!stage.isOpen());
     QVERIFY(portal()->property("signedIn").toBool());
 }
 
@@ -819,18 +820,18 @@ void tst_PortalDialog::settingsAreRead()
                 {"Portal/ignoreSslErrors", true},
                 {"Portal/isPortal", true},
                 {"Portal/portals", "[]"}});
-    DialogScene &scene = make();
-    QCOMPARE(scene.dialog()->property("saveUserChecked").toBool(), false);
-    QCOMPARE(scene.dialog()->property("username").toString(), QString("jo"));
+    DialogStage &stage = make();
+    QCOMPARE(stage.subject()->property("saveUserChecked").toBool(), false);
+    QCOMPARE(stage.subject()->property("username").toString(), QString("jo"));
     QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl("http://127.0.0.1:9"));
     QCOMPARE(portal()->property("name").toString(), QString("Nine"));
     QCOMPARE(portal()->property("ignoreSslErrors").toBool(), true);
     QCOMPARE(portal()->property("isPortal").toBool(), true);
 
     m_settings->clear();
-    QCOMPARE(call(scene.dialog(), "readSettings"), QVariant(true));
-    QCOMPARE(scene.dialog()->property("saveUserChecked").toBool(), true);
-    QCOMPARE(scene.dialog()->property("username").toString(), QString());
+    QCOMPARE(call(stage.subject(), "readSettings"), QVariant(true));
+    QCOMPARE(stage.subject()->property("saveUserChecked").toBool(), true);
+    QCOMPARE(stage.subject()->property("username").toString(), QString());
     QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl(publicPortal));
     QCOMPARE(portal()->property("name").toString(), QString("Zemrik Online"));
     QCOMPARE(portal()->property("ignoreSslErrors").toBool(), false);
@@ -842,12 +843,12 @@ void tst_PortalDialog::functionsTellWhetherThereIsAStore()
     const char *const functions[] = {"readSettings", "writeUserSettings", "clearUserSettings",
                                      "writePortalSettings"};
     for (const char *function : functions)
-        QCOMPARE(call(make().dialog(), function), QVariant(true));
+        QCOMPARE(call(make().subject(), function), QVariant(true));
     QCOMPARE(store().size(), 5);
     portal()->setProperty("username", "jo");
     portal()->setProperty("ignoreSslErrors", true);
-    call(m_scene->dialog(), "writeUserSettings");
-    call(m_scene->dialog(), "writePortalSettings");
+    call(m_stage->subject(), "writeUserSettings");
+    call(m_stage->subject(), "writePortalSettings");
     QVariantMap expected{{"Portal/portals", store().value("Portal/portals")},
                          {"Portal/username", "jo"},
                          {"Portal/url", publicPortal},
@@ -855,16 +856,16 @@ void tst_PortalDialog::functionsTellWhetherThereIsAStore()
                          {"Portal/ignoreSslErrors", true},
                          {"Portal/isPortal", false}};
     QCOMPARE(store(), expected);
-    call(m_scene->dialog(), "clearUserSettings");
+    call(m_stage->subject(), "clearUserSettings");
     expected.remove("Portal/username");
     QCOMPARE(store(), expected);
 
     m_store.clear();
     for (const char *function : functions)
-        QCOMPARE(call(make().dialog(), function), QVariant(false));
-    QVERIFY(!call(m_scene->dialog(), "readPortals").isValid());
-    QVERIFY(!call(m_scene->dialog(), "writePortals").isValid());
-    QCOMPARE(m_scene->dialog()->property("saveUserVisible").toBool(), false);
+        QCOMPARE(call(make().subject(), function), QVariant(false));
+    QVERIFY(!call(m_stage->subject(), "readPortals").isValid());
+    QVERIFY(!call(m_stage->subject(), "writePortals").isValid());
+    QCOMPARE(m_stage->subject()->property("saveUserVisible").toBool(), false);
 }
 
 void tst_PortalDialog::storedLists_data()
@@ -889,8 +890,8 @@ void tst_PortalDialog::storedLists()
     QFETCH(QString, text);
     QFETCH(QVariantList, rows);
     writeStore({{"Portal/portals", text}});
-    DialogScene &scene = make();
-    call(scene.dialog(), "writePortals");
+    DialogStage &stage = make();
+    call(stage.subject(), "writePortals");
     QCOMPARE(storedPortals(), rows);
 }
 
@@ -898,16 +899,16 @@ void tst_PortalDialog::firstRunKeepsTheFirstRow()
 {
     writeStore({});
     m_expected << firstRun;
-    DialogScene &scene = make();
+    DialogStage &stage = make();
     QVERIFY(!store().contains("Portal/portals"));
-    call(scene.dialog(), "writePortals");
+    call(stage.subject(), "writePortals");
     QCOMPARE(storedPortals(), (QVariantList{row(publicPortal, "Zemrik Online")}));
 }
 
 void tst_PortalDialog::listIsWrittenWithItsFourKeys()
 {
-    DialogScene &scene = make();
-    call(scene.dialog(), "writePortals");
+    DialogStage &stage = make();
+    call(stage.subject(), "writePortals");
     QCOMPARE(store().value("Portal/portals").toString(),
              QString("[{\"ignoreSslErrors\":false,\"isPortal\":false,\"name\":\"Zemrik Online\","
                      "\"url\":\"http://portal.zemrik.example\"}]"));
@@ -919,10 +920,10 @@ void tst_PortalDialog::groupsKeepPortalsApart()
                 {"Other/username", "two"},
                 {"Other/saveUsername", false},
                 {"Other/portals", "[]"}});
-    DialogScene &scene = make("settingsGroup: 'Other'");
-    QCOMPARE(scene.dialog()->property("username").toString(), QString("two"));
-    QCOMPARE(scene.dialog()->property("saveUserChecked").toBool(), false);
-    call(scene.dialog(), "clearUserSettings");
+    DialogStage &stage = make("settingsGroup: 'Other'");
+    QCOMPARE(stage.subject()->property("username").toString(), QString("two"));
+    QCOMPARE(stage.subject()->property("saveUserChecked").toBool(), false);
+    call(stage.subject(), "clearUserSettings");
     QCOMPARE(store().value("Portal/username").toString(), QString("one"));
     QVERIFY(!store().contains("Other/username"));
 }
@@ -944,18 +945,18 @@ void tst_PortalDialog::flagsAreRightInTheNextProcess()
     m_store = m_folder.filePath(QString::number(flag) + fileName);
     m_expected << firstRun;
     {
-        DialogScene &scene = makeOpen();
+        DialogStage &stage = makeOpen();
         portal()->setProperty("ignoreSslErrors", flag);
         portal()->setProperty("isPortal", flag);
         portal()->setProperty("name", "Next");
-        call(scene.dialog(), "writePortalSettings");
-        call(scene.dialog(), "writePortals");
-        scene.dialog()->setProperty("saveUserChecked", flag);
+        call(stage.subject(), "writePortalSettings");
+        call(stage.subject(), "writePortals");
+        stage.subject()->setProperty("saveUserChecked", flag);
         fill("demo", "demo");
-        DialogScene::click(scene.button("Sign In"));
-        QTRY_VERIFY(!scene.isOpen());
+        DialogStage::click(stage.button("Sign In"));
+        QTRY_VERIFY(!stage.isOpen());
         m_settings->synchronize();
-        m_scene.reset();
+        m_stage->close();
     }
     QProcess child;
     child.start(QCoreApplication::applicationFilePath(), {"child:flags", m_store});
@@ -973,33 +974,33 @@ void tst_PortalDialog::flagsAreRightInTheNextProcess()
 
 void tst_PortalDialog::gearOpensTheListAndBackLeavesIt()
 {
-    DialogScene &scene = makeOpen();
-    QVERIFY(!scene.text("Portals"));
-    DialogScene::click(scene.imageButton("gear.png"));
+    DialogStage &stage = makeOpen();
+    QVERIFY(!stage.text("Portals"));
+    DialogStage::click(stage.imageButton("gear.png"));
     waitForPage();
-    QVERIFY(scene.text("Portals"));
-    QVERIFY(scene.text("Select your active Zemrik Portal"));
-    QCOMPARE(scene.fields().size(), 1);
-    QCOMPARE(scene.fields().first()->property("placeholderText").toString(),
+    QVERIFY(stage.text("Portals"));
+    QVERIFY(stage.text("Select your active Zemrik Portal"));
+    QCOMPARE(stage.fields().size(), 1);
+    QCOMPARE(stage.fields().first()->property("placeholderText").toString(),
              QString("URL of your Portal for Zemrik"));
-    QVERIFY(scene.checkBox("Ignore SSL Errors"));
-    QCOMPARE(scene.checkBox("Ignore SSL Errors")->property("checked").toBool(), false);
-    QVERIFY(scene.button("Add Portal"));
-    QVERIFY(!scene.button("Sign In"));
-    DialogScene::click(scene.imageButton("back.png"));
+    QVERIFY(stage.checkBox("Ignore SSL Errors"));
+    QCOMPARE(stage.checkBox("Ignore SSL Errors")->property("checked").toBool(), false);
+    QVERIFY(stage.button("Add Portal"));
+    QVERIFY(!stage.button("Sign In"));
+    DialogStage::click(stage.imageButton("back.png"));
     waitForPage();
-    QVERIFY(scene.button("Sign In"));
-    QVERIFY(!scene.text("Portals"));
+    QVERIFY(stage.button("Sign In"));
+    QVERIFY(!stage.text("Portals"));
 }
 
 void tst_PortalDialog::gearIsOffWhileBusy()
 {
-    DialogScene &scene = makeOpen();
-    scene.dialog()->setProperty("busy", true);
-    DialogScene::click(scene.imageButton("gear.png"));
-    QVERIFY(scene.button("Signing In"));
-    QVERIFY(!scene.text("Portals"));
-    scene.dialog()->setProperty("busy", false);
+    DialogStage &stage = makeOpen();
+    stage.subject()->setProperty("busy", true);
+    DialogStage::click(stage.imageButton("gear.png"));
+    QVERIFY(stage.button("Signing In"));
+    QVERIFY(!stage.text("Portals"));
+    stage.subject()->setProperty("busy", false);
 }
 
 void tst_PortalDialog::rowsShowTheirPortals()
@@ -1007,17 +1008,17 @@ void tst_PortalDialog::rowsShowTheirPortals()
     writeStore({{"Portal/portals", portalsText(QVariantList{
                                        row(publicPortal, "Zemrik Online"), row("http://one", "One"),
                                        row("https://two", "<b>Two</b>", true, true)})}});
-    DialogScene &scene = makeList();
+    DialogStage &stage = makeList();
     QCOMPARE(list()->property("count").toInt(), 3);
     const auto shows = [&](int index, const QString &text) {
-        return DialogScene::find(listRow(index), [&](QQuickItem *item) {
-            return DialogScene::isA(item, "QQuickText")
+        return DialogStage::find(listRow(index), [&](QQuickItem *item) {
+            return DialogStage::isA(item, "QQuickText")
                    && item->property("text").toString() == text;
         });
     };
     const auto padlock = [&](int index) {
-        return DialogScene::find(listRow(index), [](QQuickItem *item) {
-            return DialogScene::isA(item, "QQuickImage")
+        return DialogStage::find(listRow(index), [](QQuickItem *item) {
+            return DialogStage::isA(item, "QQuickImage")
                    && item->property("source").toUrl().fileName() == "security_unlock.png";
         });
     };
@@ -1033,7 +1034,7 @@ void tst_PortalDialog::rowsShowTheirPortals()
     QVERIFY(shows(2, "<b>Two</b>"));
     QCOMPARE(shows(2, "<b>Two</b>")->property("textFormat").toInt(), 0);
     QVERIFY(padlock(2));
-    Q_UNUSED(scene)
+    Q_UNUSED(stage)
 }
 
 void tst_PortalDialog::aClickSelects()
@@ -1042,14 +1043,14 @@ void tst_PortalDialog::aClickSelects()
         {{"Portal/portals",
           portalsText(QVariantList{row(publicPortal, "Zemrik Online"), row(m_portal.url(), "One"),
                                    row("https://two", "Two", true, true)})}});
-    DialogScene &scene = makeList();
+    DialogStage &stage = makeList();
     QCOMPARE(list()->property("currentIndex").toInt(), 1);
-    QVERIFY(DialogScene::find(
-        listRow(1), [](QQuickItem *item) { return DialogScene::isA(item, "ImageButton"); }));
+    QVERIFY(DialogStage::find(
+        listRow(1), [](QQuickItem *item) { return DialogStage::isA(item, "ImageButton"); }));
     portal()->setProperty("token", "signed in");
     QSignalSpy urlChanged(portal(), SIGNAL(portalUrlChanged()));
 
-    DialogScene::click(listRow(2));
+    DialogStage::click(listRow(2));
     QCOMPARE(list()->property("currentIndex").toInt(), 2);
     QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl("https://two"));
     QCOMPARE(portal()->property("name").toString(), QString("Two"));
@@ -1061,19 +1062,19 @@ void tst_PortalDialog::aClickSelects()
     QCOMPARE(store().value("Portal/name").toString(), QString("Two"));
     QCOMPARE(store().value("Portal/ignoreSslErrors"), QVariant(true));
     QCOMPARE(store().value("Portal/isPortal"), QVariant(true));
-    QVERIFY(scene.text("Portals")); // the page stays
+    QVERIFY(stage.text("Portals")); // the page stays
 
     const auto trash = [&](int index) {
-        return DialogScene::find(
-            listRow(index), [](QQuickItem *item) { return DialogScene::isA(item, "ImageButton"); });
+        return DialogStage::find(
+            listRow(index), [](QQuickItem *item) { return DialogStage::isA(item, "ImageButton"); });
     };
     QVERIFY(trash(2));
     QVERIFY(!trash(1));
-    DialogScene::click(listRow(0));
+    DialogStage::click(listRow(0));
     QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl(publicPortal));
     for (int index = 0; index < 3; ++index)
         QVERIFY(!trash(index)); // the first row can't be removed
-    DialogScene::click(listRow(1));
+    DialogStage::click(listRow(1));
     QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl(m_portal.url()));
     QVERIFY(trash(1));
 }
@@ -1082,26 +1083,26 @@ void tst_PortalDialog::aDoubleClickSelectsAndLeaves()
 {
     writeStore({{"Portal/portals", portalsText(QVariantList{row(publicPortal, "Zemrik Online"),
                                                             row("http://one", "One")})}});
-    DialogScene &scene = makeList();
-    QTest::mouseDClick(scene.window(), Qt::LeftButton, Qt::NoModifier,
-                       DialogScene::center(listRow(1)));
+    DialogStage &stage = makeList();
+    QTest::mouseDClick(stage.dialogWindow(), Qt::LeftButton, Qt::NoModifier,
+                       DialogStage::center(listRow(1)));
     waitForPage();
-    QVERIFY(scene.button("Sign In"));
+    QVERIFY(stage.button("Sign In"));
     QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl("http://one"));
-    QVERIFY(scene.text("Sign in to One"));
+    QVERIFY(stage.text("Sign in to One"));
 }
 
 void tst_PortalDialog::pressAndHoldOpensThePortal()
 {
     writeStore({{"Portal/portals", portalsText(QVariantList{row(publicPortal, "Zemrik Online"),
                                                             row("http://one/home", "One")})}});
-    DialogScene &scene = makeList();
+    DialogStage &stage = makeList();
     QDesktopServices::setUrlHandler("http", this, "openUrl");
-    QTest::mousePress(scene.window(), Qt::LeftButton, Qt::NoModifier,
-                      DialogScene::center(listRow(1)));
+    QTest::mousePress(stage.dialogWindow(), Qt::LeftButton, Qt::NoModifier,
+                      DialogStage::center(listRow(1)));
     QTRY_COMPARE(m_openedUrls.size(), 1);
-    QTest::mouseRelease(scene.window(), Qt::LeftButton, Qt::NoModifier,
-                        DialogScene::center(listRow(1)));
+    QTest::mouseRelease(stage.dialogWindow(), Qt::LeftButton, Qt::NoModifier,
+                        DialogStage::center(listRow(1)));
     QDesktopServices::unsetUrlHandler("http");
     QCOMPARE(m_openedUrls.first(), QUrl("http://one/home"));
     QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl(m_portal.url())); // no selection
@@ -1110,12 +1111,12 @@ void tst_PortalDialog::pressAndHoldOpensThePortal()
 void tst_PortalDialog::noRowMatches()
 {
     makeList(); // the development portal isn't in the list
-    QVERIFY(!call(m_scene->dialog(), "findCurrent").isValid());
+    QVERIFY(!call(m_stage->subject(), "findCurrent").isValid());
     QCOMPARE(list()->property("currentIndex").toInt(), -1);
     QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl(m_portal.url()));
     QVERIFY(!store().contains("Portal/url"));
     portal()->setProperty("portalUrl", QUrl(publicPortal));
-    QCOMPARE(call(m_scene->dialog(), "findCurrent").toInt(), 0);
+    QCOMPARE(call(m_stage->subject(), "findCurrent").toInt(), 0);
     QCOMPARE(list()->property("currentIndex").toInt(), 0); // follows by itself
 }
 
@@ -1123,15 +1124,15 @@ void tst_PortalDialog::openingTheListChangesNothing()
 {
     writeStore({{"Portal/portals", portalsText(QVariantList{row(publicPortal, "Zemrik Online"),
                                                             row(m_portal.url(), "One")})}});
-    DialogScene &scene = makeOpen();
+    DialogStage &stage = makeOpen();
     portal()->setProperty("token", "some");
-    QTRY_VERIFY(!scene.isOpen());
-    QVERIFY(scene.open());
+    QTRY_VERIFY(!stage.isOpen());
+    QVERIFY(stage.open());
     QSignalSpy urlChanged(portal(), SIGNAL(portalUrlChanged()));
-    DialogScene::click(scene.imageButton("gear.png"));
+    DialogStage::click(stage.imageButton("gear.png"));
     waitForPage();
     QCOMPARE(list()->property("currentIndex").toInt(), 1);
-    DialogScene::click(scene.imageButton("back.png"));
+    DialogStage::click(stage.imageButton("back.png"));
     waitForPage();
     QCOMPARE(urlChanged.count(), 0);
     QVERIFY(portal()->property("signedIn").toBool());
@@ -1146,15 +1147,15 @@ void tst_PortalDialog::highlightMoves()
     const auto highlight = [&] { return list()->property("highlightItem").value<QQuickItem *>(); };
     QVERIFY(highlight());
     QTRY_COMPARE(highlight()->y(), listRow(1)->y());
-    DialogScene::click(listRow(2));
+    DialogStage::click(listRow(2));
     QVERIFY(highlight()->y() != listRow(2)->y()); // on its way
     QTRY_COMPARE(highlight()->y(), listRow(2)->y());
 }
 
 void tst_PortalDialog::addNeedsAUrl()
 {
-    DialogScene &scene = makeList();
-    QQuickItem *field = scene.fields().first();
+    DialogStage &stage = makeList();
+    QQuickItem *field = stage.fields().first();
     const QMap<QString, bool> rows{{"", false},
                                    {"htt", false},
                                    {"http://x", true},
@@ -1167,9 +1168,9 @@ void tst_PortalDialog::addNeedsAUrl()
                                    {"portal.example", false}};
     for (auto row = rows.begin(); row != rows.end(); ++row) {
         field->setProperty("text", "");
-        scene.type(field, row.key());
+        stage.type(field, row.key());
         QCOMPARE(field->property("text").toString(), row.key());
-        QVERIFY2(scene.button("Add Portal")->property("enabled").toBool() == row.value(),
+        QVERIFY2(stage.button("Add Portal")->property("enabled").toBool() == row.value(),
                  qPrintable(row.key()));
     }
 }
@@ -1209,11 +1210,11 @@ void tst_PortalDialog::addStoresAndSelects()
     QFETCH(bool, isPortal);
     SlowPortal server;
     server.self = self;
-    DialogScene &scene = makeList();
-    scene.type(scene.fields().first(), server.url());
+    DialogStage &stage = makeList();
+    stage.type(stage.fields().first(), server.url());
     if (ignore)
-        DialogScene::click(scene.checkBox("Ignore SSL Errors"));
-    DialogScene::click(scene.button("Add Portal"));
+        DialogStage::click(stage.checkBox("Ignore SSL Errors"));
+    DialogStage::click(stage.button("Add Portal"));
 
     QTRY_COMPARE(list()->property("count").toInt(), 2);
     name = name.contains("%1") ? name.arg(server.url()) : name;
@@ -1227,8 +1228,8 @@ void tst_PortalDialog::addStoresAndSelects()
     QCOMPARE(portal()->property("isPortal").toBool(), isPortal);
     QCOMPARE(store().value("Portal/url").toString(), server.url());
     QCOMPARE(store().value("Portal/isPortal"), QVariant(isPortal));
-    QCOMPARE(scene.fields().first()->property("text").toString(), QString());
-    QCOMPARE(scene.checkBox("Ignore SSL Errors")->property("checked").toBool(), false);
+    QCOMPARE(stage.fields().first()->property("text").toString(), QString());
+    QCOMPARE(stage.checkBox("Ignore SSL Errors")->property("checked").toBool(), false);
     QCOMPARE(messageText(), QString());
 
     QTRY_COMPARE(server.server().requestCount(), 2); // itself, then its information
@@ -1246,29 +1247,29 @@ void tst_PortalDialog::addRefusesAPortalWithoutScenes()
 {
     const QString refusal = "Quillform requires that Portal for Zemrik 10.3.1 is configured with a "
                             "Hosted Server and Zemrik Data Store";
-    DialogScene &scene = makeList(); // the development portal has none
-    scene.type(scene.fields().first(), m_portal.url());
-    DialogScene::click(scene.button("Add Portal"));
+    DialogStage &stage = makeList(); // the development portal has none
+    stage.type(stage.fields().first(), m_portal.url());
+    DialogStage::click(stage.button("Add Portal"));
     QTRY_COMPARE(messageText(), refusal);
     QCOMPARE(list()->property("count").toInt(), 1);
-    QCOMPARE(scene.fields().first()->property("text").toString(), m_portal.url());
+    QCOMPARE(stage.fields().first()->property("text").toString(), m_portal.url());
     QVERIFY(!store().contains("Portal/url"));
-    scene.type(scene.fields().first(), "/");
+    stage.type(stage.fields().first(), "/");
     QCOMPARE(messageText(), refusal); // until the next attempt
-    QTRY_VERIFY(scene.button("Add Portal")->property("enabled").toBool());
-    DialogScene::click(scene.button("Add Portal"));
+    QTRY_VERIFY(stage.button("Add Portal")->property("enabled").toBool());
+    DialogStage::click(stage.button("Add Portal"));
     QVERIFY(messageText() != refusal);
-    QTRY_VERIFY(scene.button("Add Portal")->property("enabled").toBool());
+    QTRY_VERIFY(stage.button("Add Portal")->property("enabled").toBool());
 }
 
 void tst_PortalDialog::addShowsWhatFailed()
 {
-    DialogScene &scene = makeList();
-    scene.type(scene.fields().first(), "http://127.0.0.1:1");
-    DialogScene::click(scene.button("Add Portal"));
+    DialogStage &stage = makeList();
+    stage.type(stage.fields().first(), "http://127.0.0.1:1");
+    DialogStage::click(stage.button("Add Portal"));
     QTRY_VERIFY(!messageText().isEmpty());
     QCOMPARE(list()->property("count").toInt(), 1);
-    QTRY_VERIFY(scene.button("Add Portal")->property("enabled").toBool());
+    QTRY_VERIFY(stage.button("Add Portal")->property("enabled").toBool());
 }
 
 void tst_PortalDialog::addIgnoresOtherStatus()
@@ -1276,14 +1277,14 @@ void tst_PortalDialog::addIgnoresOtherStatus()
     SlowPortal server;
     server.status = 203;
     server.self = {{"name", "Not quite"}};
-    DialogScene &scene = makeList();
-    scene.type(scene.fields().first(), server.url());
-    DialogScene::click(scene.button("Add Portal"));
+    DialogStage &stage = makeList();
+    stage.type(stage.fields().first(), server.url());
+    DialogStage::click(stage.button("Add Portal"));
     QTRY_COMPARE(server.server().requestCount(), 1);
-    QTRY_VERIFY(scene.button("Add Portal")->property("enabled").toBool());
+    QTRY_VERIFY(stage.button("Add Portal")->property("enabled").toBool());
     QCOMPARE(list()->property("count").toInt(), 1);
     QCOMPARE(messageText(), QString());
-    QCOMPARE(scene.fields().first()->property("text").toString(), server.url());
+    QCOMPARE(stage.fields().first()->property("text").toString(), server.url());
 }
 
 void tst_PortalDialog::addOverHttpsNeedsTheCheckBox()
@@ -1292,23 +1293,23 @@ void tst_PortalDialog::addOverHttpsNeedsTheCheckBox()
     QVERIFY2(secure.start({"--https", "--scene-services", "true", "--name", "Secure"}),
              qPrintable(secure.output()));
     QVERIFY(secure.url().startsWith("https:"));
-    DialogScene &scene = makeList();
-    scene.type(scene.fields().first(), secure.url());
-    DialogScene::click(scene.button("Add Portal"));
+    DialogStage &stage = makeList();
+    stage.type(stage.fields().first(), secure.url());
+    DialogStage::click(stage.button("Add Portal"));
     QTRY_VERIFY(!messageText().isEmpty());
     QCOMPARE(list()->property("count").toInt(), 1);
-    QTRY_VERIFY(scene.button("Add Portal")->property("enabled").toBool());
+    QTRY_VERIFY(stage.button("Add Portal")->property("enabled").toBool());
 
-    DialogScene::click(scene.checkBox("Ignore SSL Errors"));
-    DialogScene::click(scene.button("Add Portal"));
+    DialogStage::click(stage.checkBox("Ignore SSL Errors"));
+    DialogStage::click(stage.button("Add Portal"));
     QTRY_COMPARE(list()->property("count").toInt(), 2);
     QCOMPARE(portal()->property("name").toString(), QString("Secure"));
     QCOMPARE(portal()->property("ignoreSslErrors").toBool(), true);
-    DialogScene::click(scene.imageButton("back.png"));
+    DialogStage::click(stage.imageButton("back.png"));
     waitForPage();
     fill("demo", "demo");
-    DialogScene::click(scene.button("Sign In"));
-    QTRY_VERIFY(!scene.isOpen());
+    DialogStage::click(stage.button("Sign In"));
+    QTRY_VERIFY(!stage.isOpen());
     QVERIFY(portal()->property("signedIn").toBool());
 }
 
@@ -1316,15 +1317,15 @@ void tst_PortalDialog::addIsBusyMeanwhile()
 {
     SlowPortal server;
     server.self = {{"name", "Slow"}};
-    DialogScene &scene = makeList();
+    DialogStage &stage = makeList();
     const auto indicator = [&] {
-        return scene.find([](QQuickItem *item) { return DialogScene::isA(item, "BusyIndicator"); });
+        return stage.find([](QQuickItem *item) { return DialogStage::isA(item, "BusyIndicator"); });
     };
-    scene.type(scene.fields().first(), server.url());
+    stage.type(stage.fields().first(), server.url());
     QVERIFY(!indicator());
     server.hold();
-    DialogScene::click(scene.button("Add Portal"));
-    QTRY_VERIFY(!scene.button("Add Portal")->property("enabled").toBool());
+    DialogStage::click(stage.button("Add Portal"));
+    QTRY_VERIFY(!stage.button("Add Portal")->property("enabled").toBool());
     QVERIFY(indicator());
     server.release();
     QTRY_COMPARE(list()->property("count").toInt(), 2);
@@ -1336,21 +1337,21 @@ void tst_PortalDialog::addWithoutAStore()
     m_store.clear();
     SlowPortal server;
     server.self = {{"name", "Ours"}};
-    DialogScene &scene = makeList();
+    DialogStage &stage = makeList();
     QCOMPARE(list()->property("count").toInt(), 1);
-    scene.type(scene.fields().first(), server.url());
-    DialogScene::click(scene.button("Add Portal"));
+    stage.type(stage.fields().first(), server.url());
+    DialogStage::click(stage.button("Add Portal"));
     QTRY_COMPARE(list()->property("count").toInt(), 2);
     QCOMPARE(portal()->property("name").toString(), QString("Ours"));
-    DialogScene::click(scene.imageButton("back.png"));
+    DialogStage::click(stage.imageButton("back.png"));
     waitForPage();
-    DialogScene::click(scene.imageButton("gear.png"));
+    DialogStage::click(stage.imageButton("gear.png"));
     waitForPage();
     QCOMPARE(list()->property("count").toInt(), 2); // as long as the dialog lives
     make();
     portal()->setProperty("portalUrl", QUrl(m_portal.url()));
-    QVERIFY(m_scene->open());
-    DialogScene::click(m_scene->imageButton("gear.png"));
+    QVERIFY(m_stage->open());
+    DialogStage::click(m_stage->imageButton("gear.png"));
     waitForPage();
     QCOMPARE(list()->property("count").toInt(), 1);
 }
@@ -1360,44 +1361,44 @@ void tst_PortalDialog::removeKeepsThePortalInUse()
     writeStore({{"Portal/portals",
                  portalsText(QVariantList{row(publicPortal, "Zemrik Online"),
                                           row("http://one", "One"), row("http://two", "Two")})}});
-    DialogScene &scene = makeList();
-    DialogScene::click(listRow(1));
+    DialogStage &stage = makeList();
+    DialogStage::click(listRow(1));
     QCOMPARE(portal()->property("name").toString(), QString("One"));
     QSignalSpy urlChanged(portal(), SIGNAL(portalUrlChanged()));
-    QVERIFY(scene.imageButton("trash_bin.png"));
-    DialogScene::click(scene.imageButton("trash_bin.png"));
+    QVERIFY(stage.imageButton("trash_bin.png"));
+    DialogStage::click(stage.imageButton("trash_bin.png"));
     QTRY_COMPARE(list()->property("count").toInt(), 2);
     QCOMPARE(storedPortals(),
              (QVariantList{row(publicPortal, "Zemrik Online"), row("http://two", "Two")}));
     QCOMPARE(urlChanged.count(), 0);
     QCOMPARE(portal()->property("name").toString(), QString("One"));
     QCOMPARE(store().value("Portal/url").toString(), QString("http://one"));
-    QVERIFY(!scene.imageButton("trash_bin.png"));
-    DialogScene::click(listRow(1));
+    QVERIFY(!stage.imageButton("trash_bin.png"));
+    DialogStage::click(listRow(1));
     QCOMPARE(portal()->property("name").toString(), QString("Two"));
 }
 
 void tst_PortalDialog::touchWorksToo()
 {
-    DialogScene &scene = makeOpen();
+    DialogStage &stage = makeOpen();
     auto *device = QTest::createTouchDevice();
     const auto tap = [&](QQuickItem *item) {
-        const QPoint point = DialogScene::center(item);
-        QTest::touchEvent(scene.window(), device).press(0, point, scene.window());
-        QTest::touchEvent(scene.window(), device).release(0, point, scene.window());
+        const QPoint point = DialogStage::center(item);
+        QTest::touchEvent(stage.dialogWindow(), device).press(0, point, stage.dialogWindow());
+        QTest::touchEvent(stage.dialogWindow(), device).release(0, point, stage.dialogWindow());
     };
-    tap(scene.imageButton("gear.png"));
+    tap(stage.imageButton("gear.png"));
     waitForPage();
-    QVERIFY(scene.text("Portals"));
+    QVERIFY(stage.text("Portals"));
     tap(listRow(0));
     QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl(publicPortal));
-    tap(scene.imageButton("back.png"));
+    tap(stage.imageButton("back.png"));
     waitForPage();
-    QCOMPARE(scene.dialog()->property("saveUserChecked").toBool(), true);
-    tap(scene.checkBox("Remember me"));
-    QCOMPARE(scene.dialog()->property("saveUserChecked").toBool(), false);
-    tap(scene.button("Cancel"));
-    QVERIFY(!scene.isOpen());
+    QCOMPARE(stage.subject()->property("saveUserChecked").toBool(), true);
+    tap(stage.checkBox("Remember me"));
+    QCOMPARE(stage.subject()->property("saveUserChecked").toBool(), false);
+    tap(stage.button("Cancel"));
+    QVERIFY(!stage.isOpen());
 }
 
 // For the manual: TESSALINE_PICTURES names a folder.
@@ -1408,18 +1409,18 @@ void tst_PortalDialog::picture()
                                        row(publicPortal, "Zemrik Online"),
                                        row("https://maps.example/portal", "City maps", true, true),
                                        row("http://localhost:8080", "Development")})}});
-    DialogScene &scene = make("username: 'jo'; password: 'secret'");
-    callWith(scene.dialog(), "show", "Please sign in to download apps");
-    QVERIFY(QTest::qWaitForWindowExposed(scene.window()));
+    DialogStage &stage = make("username: 'jo'; password: 'secret'");
+    callWith(stage.subject(), "show", "Please sign in to download apps");
+    QVERIFY(QTest::qWaitForWindowExposed(stage.dialogWindow()));
     fill("jo", "secret");
-    QTRY_COMPARE(scene.window()->grabWindow().pixelColor(2, 2), QColor("#0079C1"));
-    const QImage signIn = scene.window()->grabWindow();
-    DialogScene::click(scene.imageButton("gear.png"));
+    QTRY_COMPARE(stage.dialogWindow()->grabWindow().pixelColor(2, 2), QColor("#0079C1"));
+    const QImage signIn = stage.dialogWindow()->grabWindow();
+    DialogStage::click(stage.imageButton("gear.png"));
     waitForPage();
-    DialogScene::click(listRow(1));
+    DialogStage::click(listRow(1));
     QQuickItem *highlight = list()->property("highlightItem").value<QQuickItem *>();
     QTRY_COMPARE(highlight->y(), listRow(1)->y());
-    const QImage portals = scene.window()->grabWindow();
+    const QImage portals = stage.dialogWindow()->grabWindow();
     QVERIFY(signIn != portals);
     if (folder.isEmpty())
         return;
@@ -1433,13 +1434,12 @@ namespace {
 int printFlags(int argc, char **argv)
 {
     QApplication application(argc, argv);
-    QQmlEngine engine;
-    engine.addImportPath(qEnvironmentVariable("TESSALINE_QML_IMPORT_DIR"));
-    engine.addImportPath(":/imports");
     const std::unique_ptr<Settings> store = makeStore(QString::fromLocal8Bit(argv[2]));
-    const DialogScene scene(engine, document(), storeProperty(store.get()));
-    const QObject *dialog = scene.dialog();
-    const QObject *portal = scene.object("portal");
+    DialogStage stage;
+    if (!stage.load(document(), storeProperty(store.get())))
+        return 1;
+    const QObject *dialog = stage.subject();
+    const QObject *portal = stage.object("portal");
     const QJsonObject flags{{"saveUserChecked", dialog->property("saveUserChecked").toBool()},
                             {"username", dialog->property("username").toString()},
                             {"portalUrl", portal->property("portalUrl").toUrl().toString()},

@@ -1,4 +1,4 @@
-#include "imports/PortalDialogScene.h"
+#include "imports/PortalDialogDocument.h"
 #include "support/IsolatedHome.h"
 #include "support/LogCapture.h"
 
@@ -15,6 +15,7 @@ private slots:
     void initTestCase();
     void init();
     void cleanup();
+    void cleanupTestCase() { m_stage.reset(); }
 
     void speaksTheLanguage();
     void nothingIsCut_data();
@@ -22,21 +23,19 @@ private slots:
     void runsFromTheRightInSuchALanguage();
 
 private:
-    DialogScene &makeOpen(const QString &properties = QString());
+    DialogStage &makeOpen(const QString &properties = QString());
     QStringList cutTexts() const;
     void keepPicture(const QString &name) const;
 
-    QQmlEngine m_engine;
     QTemporaryDir m_folder;
     std::unique_ptr<LogCapture> m_log;
     std::unique_ptr<Settings> m_settings;
-    std::unique_ptr<DialogScene> m_scene;
+    std::unique_ptr<DialogStage> m_stage;
 };
 
 void tst_PortalDialogLooks::initTestCase()
 {
-    m_engine.addImportPath(qEnvironmentVariable("TESSALINE_QML_IMPORT_DIR"));
-    m_engine.addImportPath(":/imports");
+    m_stage = std::make_unique<DialogStage>();
 }
 
 void tst_PortalDialogLooks::init()
@@ -54,29 +53,30 @@ void tst_PortalDialogLooks::init()
 void tst_PortalDialogLooks::cleanup()
 {
     QGuiApplication::setLayoutDirection(Qt::LeftToRight);
-    m_scene.reset();
+    m_stage->close();
     const int problems = m_log->count(QtWarningMsg) + m_log->count(QtCriticalMsg);
     const QString log = m_log->dump();
     m_log.reset();
     QVERIFY2(problems == 0, qPrintable(log));
 }
 
-DialogScene &tst_PortalDialogLooks::makeOpen(const QString &properties)
+DialogStage &tst_PortalDialogLooks::makeOpen(const QString &properties)
 {
-    m_scene.reset(new DialogScene(m_engine, document(properties), storeProperty(m_settings.get())));
-    callWith(m_scene->dialog(), "show",
+    if (!m_stage->load(document(properties), storeProperty(m_settings.get())))
+        qFatal("The document doesn't load");
+    callWith(m_stage->subject(), "show",
              properties.isEmpty() ? QString() : QString("Please sign in"));
-    if (!QTest::qWaitForWindowExposed(m_scene->window()))
+    if (!QTest::qWaitForWindowExposed(m_stage->dialogWindow()))
         qFatal("The dialog doesn't open");
-    return *m_scene;
+    return *m_stage;
 }
 
 // What ends in dots, is larger than its item, or lies outside the window.
 QStringList tst_PortalDialogLooks::cutTexts() const
 {
-    const QRectF window(QPointF(-1, -1), QSizeF(m_scene->window()->size()) + QSizeF(2, 2));
-    const QList<QQuickItem *> texts = m_scene->findAll([](QQuickItem *item) {
-        return DialogScene::isA(item, "QQuickText") && !item->property("text").toString().isEmpty();
+    const QRectF window(QPointF(-1, -1), QSizeF(m_stage->dialogWindow()->size()) + QSizeF(2, 2));
+    const QList<QQuickItem *> texts = m_stage->findAll([](QQuickItem *item) {
+        return DialogStage::isA(item, "QQuickText") && !item->property("text").toString().isEmpty();
     });
     QStringList list;
     for (QQuickItem *item : texts) {
@@ -98,7 +98,7 @@ void tst_PortalDialogLooks::keepPicture(const QString &name) const
     if (folder.isEmpty())
         return;
     const QString path = folder + '/' + name + ".png";
-    if (!m_scene->window()->grabWindow().save(path))
+    if (!m_stage->dialogWindow()->grabWindow().save(path))
         qFatal("Can't write %s", qPrintable(path));
 }
 
@@ -111,9 +111,9 @@ void tst_PortalDialogLooks::speaksTheLanguage()
                                        {"zh_CN", QString::fromUtf8("密码")}};
     const QString language = qEnvironmentVariable("LANGUAGE");
     QVERIFY2(words.contains(language), qPrintable(language));
-    DialogScene &scene = makeOpen();
-    QCOMPARE(scene.dialog()->property("passwordLabel").toString(), words.value(language));
-    QVERIFY(scene.text(words.value(language)));
+    DialogStage &stage = makeOpen();
+    QCOMPARE(stage.subject()->property("passwordLabel").toString(), words.value(language));
+    QVERIFY(stage.text(words.value(language)));
 }
 
 void tst_PortalDialogLooks::nothingIsCut_data()
@@ -134,20 +134,20 @@ void tst_PortalDialogLooks::nothingIsCut()
 {
     QFETCH(QString, properties);
     QFETCH(QString, error);
-    DialogScene &scene = makeOpen(properties);
+    DialogStage &stage = makeOpen(properties);
     if (!error.isEmpty()) {
         const QVariantMap details{{"message", error}, {"details", "Invalid username or password."}};
-        QMetaObject::invokeMethod(scene.object("portal"), "error", Q_ARG(QVariant, details));
-        scene.dialog()->setProperty("username", "jo"); // the store's is empty
-        QVERIFY(scene.text(error + "\r\nInvalid username or password."));
+        QMetaObject::invokeMethod(stage.object("portal"), "error", Q_ARG(QVariant, details));
+        stage.subject()->setProperty("username", "jo"); // the store's is empty
+        QVERIFY(stage.text(error + "\r\nInvalid username or password."));
     }
     QTRY_COMPARE(cutTexts().join('\n'), QString());
     const QString name = QString("sign-in %1").arg(QTest::currentDataTag());
     keepPicture(name);
-    if (scene.dialog()->property("busy").toBool())
+    if (stage.subject()->property("busy").toBool())
         return;
-    DialogScene::click(scene.imageButton("gear.png"));
-    scene.waitForPage();
+    DialogStage::click(stage.imageButton("gear.png"));
+    stage.waitForPage();
     QTRY_COMPARE(cutTexts().join('\n'), QString());
     keepPicture(name + " portals");
 }
@@ -155,17 +155,17 @@ void tst_PortalDialogLooks::nothingIsCut()
 void tst_PortalDialogLooks::runsFromTheRightInSuchALanguage()
 {
     QGuiApplication::setLayoutDirection(Qt::RightToLeft);
-    DialogScene &scene = makeOpen("username: 'jo'; password: 'secret'");
-    QTRY_VERIFY(DialogScene::center(scene.imageButton("gear.png")).x()
-                < scene.window()->width() / 4);
+    DialogStage &stage = makeOpen("username: 'jo'; password: 'secret'");
+    QTRY_VERIFY(DialogStage::center(stage.imageButton("gear.png")).x()
+                < stage.dialogWindow()->width() / 4);
     QTRY_COMPARE(cutTexts().join('\n'), QString());
     keepPicture("sign-in mirrored");
-    DialogScene::click(scene.imageButton("gear.png"));
-    scene.waitForPage();
-    QVERIFY(DialogScene::center(scene.imageButton("back.png")).x()
-            > scene.window()->width() * 3 / 4);
-    QTRY_VERIFY(DialogScene::center(scene.imageButton("trash_bin.png")).x()
-                < scene.window()->width() / 4);
+    DialogStage::click(stage.imageButton("gear.png"));
+    stage.waitForPage();
+    QVERIFY(DialogStage::center(stage.imageButton("back.png")).x()
+            > stage.dialogWindow()->width() * 3 / 4);
+    QTRY_VERIFY(DialogStage::center(stage.imageButton("trash_bin.png")).x()
+                < stage.dialogWindow()->width() / 4);
     keepPicture("sign-in mirrored portals");
 }
 

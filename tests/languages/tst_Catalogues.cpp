@@ -1,3 +1,4 @@
+#include "languages/CatalogueFile.h"
 #include "plugin/TessalineDebug.h"
 #include "support/IsolatedHome.h"
 
@@ -6,7 +7,6 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTranslator>
-#include <QXmlStreamReader>
 
 // The sources of the catalogues, what is compiled from them, and whether a machine that has the
 // fonts of scripts/setup can show them.
@@ -17,66 +17,7 @@ const QStringList locales =
                    "pt_PT ro ru sr sv th tr vi zh_CN zh_HK zh_TW")
         .split(QLatin1Char(' '));
 
-struct Message
-{
-    QString context;
-    QString source;
-    QString translation;
-    QString state; // "unfinished", "vanished" and the like; empty for a finished one
-
-    QString key() const { return context + QLatin1Char('|') + source; }
-};
-
-QString sourceFolder()
-{
-    return qEnvironmentVariable("TESSALINE_SOURCE_DIR");
-}
-
-QString catalogueSource(const QString &locale)
-{
-    return sourceFolder() + QStringLiteral("/src/languages/TessalinePlugin_%1.ts").arg(locale);
-}
-
-// An element's text, with the characters that XML can't hold written as <byte value="xd"/>.
-QString text(QXmlStreamReader &reader)
-{
-    QString result;
-    while (reader.readNext() != QXmlStreamReader::EndElement && !reader.atEnd()) {
-        if (reader.isStartElement()) {
-            const QString value = reader.attributes().value(QLatin1String("value")).toString();
-            result += QChar(value.midRef(1).toUShort(nullptr, 16));
-            reader.skipCurrentElement();
-        } else {
-            result += reader.text();
-        }
-    }
-    return result;
-}
-
-QVector<Message> readCatalogue(const QString &path)
-{
-    QVector<Message> messages;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return messages;
-    QXmlStreamReader reader(&file);
-    QString context;
-    while (!reader.atEnd()) {
-        if (reader.readNext() != QXmlStreamReader::StartElement)
-            continue;
-        if (reader.name() == QLatin1String("name")) {
-            context = text(reader);
-        } else if (reader.name() == QLatin1String("message")) {
-            messages.append({context, {}, {}, {}});
-        } else if (reader.name() == QLatin1String("source")) {
-            messages.last().source = text(reader);
-        } else if (reader.name() == QLatin1String("translation")) {
-            messages.last().state = reader.attributes().value(QLatin1String("type")).toString();
-            messages.last().translation = text(reader);
-        }
-    }
-    return reader.hasError() ? QVector<Message>() : messages;
-}
+using Message = CatalogueFile::Message;
 
 // "%1" and line breaks, sorted: a translation may change their order, never their number.
 QStringList placeholders(const QString &text)
@@ -172,7 +113,9 @@ void tst_Catalogues::thereIsOneForEachLocaleAndNoOther()
         sources += QStringLiteral("TessalinePlugin_%1.ts").arg(locale);
         compiled += QStringLiteral("TessalinePlugin_%1.qm").arg(locale);
     }
-    QCOMPARE(QDir(sourceFolder() + QStringLiteral("/src/languages")).entryList({"*.ts"}), sources);
+    QCOMPARE(
+        QDir(CatalogueFile::sourceFolder() + QStringLiteral("/src/languages")).entryList({"*.ts"}),
+        sources);
     QCOMPARE(QDir(QStringLiteral(":/languages")).entryList(), compiled);
 }
 
@@ -187,17 +130,17 @@ void tst_Catalogues::holdAllTextsOfTheSources()
     QTemporaryDir folder;
     const QString fresh = folder.filePath(QStringLiteral("TessalinePlugin_%1.ts").arg(locale));
     QProcess process;
-    process.setWorkingDirectory(sourceFolder());
+    process.setWorkingDirectory(CatalogueFile::sourceFolder());
     process.start(lupdate,
                   {"-silent", "-locations", "none", "src/imports", "src/catalogue", "-ts", fresh});
     QVERIFY(process.waitForFinished());
     QVERIFY2(process.exitCode() == 0, process.readAllStandardError().constData());
 
     QStringList wanted;
-    for (const Message &message : readCatalogue(fresh))
+    for (const Message &message : CatalogueFile::read(fresh))
         wanted += message.key();
     QStringList present;
-    for (const Message &message : readCatalogue(catalogueSource(locale)))
+    for (const Message &message : CatalogueFile::read(CatalogueFile::path(locale)))
         present += message.key();
     QVERIFY(wanted.size() > 30);
     wanted.sort();
@@ -208,7 +151,7 @@ void tst_Catalogues::holdAllTextsOfTheSources()
 void tst_Catalogues::areFinished()
 {
     QFETCH(QString, locale);
-    const QVector<Message> messages = readCatalogue(catalogueSource(locale));
+    const QVector<Message> messages = CatalogueFile::read(CatalogueFile::path(locale));
     QVERIFY(!messages.isEmpty());
     for (const Message &message : messages) {
         QVERIFY2(message.state.isEmpty(), qPrintable(message.key()));
@@ -221,7 +164,7 @@ void tst_Catalogues::keepPlaceholdersAndLineBreaks()
 {
     QFETCH(QString, locale);
     int checked = 0;
-    for (const Message &message : readCatalogue(catalogueSource(locale))) {
+    for (const Message &message : CatalogueFile::read(CatalogueFile::path(locale))) {
         QCOMPARE(placeholders(message.translation), placeholders(message.source));
         checked += placeholders(message.source).size();
     }
@@ -232,7 +175,7 @@ void tst_Catalogues::leaveNoEnglish()
 {
     QFETCH(QString, locale);
     const QVector<QChar::Script> own = scripts(language(locale));
-    for (const Message &message : readCatalogue(catalogueSource(locale))) {
+    for (const Message &message : CatalogueFile::read(CatalogueFile::path(locale))) {
         QVERIFY2((message.translation == message.source)
                      <= sameInBothLanguages(message.source, language(locale)),
                  qPrintable(message.key()));
@@ -251,7 +194,7 @@ void tst_Catalogues::areCompiledWhole()
     QTranslator translator;
     QVERIFY(translator.load(QStringLiteral("TessalinePlugin_") + locale,
                             QStringLiteral(":/languages")));
-    for (const Message &message : readCatalogue(catalogueSource(locale)))
+    for (const Message &message : CatalogueFile::read(CatalogueFile::path(locale)))
         QCOMPARE(translator.translate(qPrintable(message.context), qPrintable(message.source)),
                  message.translation);
 }
@@ -261,7 +204,7 @@ void tst_Catalogues::canBeShownWithTheInstalledFonts()
 {
     QFETCH(QString, locale);
     QSet<uint> letters;
-    for (const Message &message : readCatalogue(catalogueSource(locale))) {
+    for (const Message &message : CatalogueFile::read(CatalogueFile::path(locale))) {
         const QVector<uint> characters = message.translation.toUcs4();
         for (uint character : characters) {
             if (character > 0x7f)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "files/Settings.h"
-#include "imports/DialogScene.h"
+#include "imports/DialogStage.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -23,7 +23,7 @@ inline QByteArray document(const QString &properties = QString(),
                "%1 {\n"
                "    id: root\n"
                "    property alias portal: portal\n"
-               "    property alias dialog: dialog\n"
+               "    property alias subject: dialog\n"
                "    property Settings store\n"
                "    property QtObject framework: Tessaline\n"
                "    width: 640; height: 560\n"
