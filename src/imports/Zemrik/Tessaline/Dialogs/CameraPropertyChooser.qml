@@ -40,6 +40,7 @@ Column {
             anchors.fill: parent
             spacing: 8
             // The icon leads, on the side where the headline begins.
+            LayoutMirroring.enabled: false
             layoutDirection: labelText.effectiveHorizontalAlignment === Text.AlignRight ? Qt.RightToLeft
                                                                                         : Qt.LeftToRight
 
@@ -88,6 +89,9 @@ Column {
             radius: 5
         }
         delegate: cellDelegate
+
+        // From right to left a view keeps the place of its columns from before it knew its width.
+        onVisibleChanged: positionViewAtBeginning()
 
         Behavior on height {
             NumberAnimation { duration: 200 }

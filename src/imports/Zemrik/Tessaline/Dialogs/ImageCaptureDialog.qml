@@ -62,6 +62,8 @@ Dialog {
 
             anchors.fill: parent
             color: "grey"
+            LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+            LayoutMirroring.childrenInherit: true
 
             // Inside CameraProperties the names camera and videoOutput are its own properties.
             readonly property Camera liveCamera: camera
@@ -141,7 +143,9 @@ Dialog {
 
                 anchors { top: parent.top; bottom: parent.bottom }
                 width: Tessaline.displayScaleFactor * 200
-                x: opacity > 0 ? 0 : -width
+                // From the side where the gear is.
+                x: LayoutMirroring.enabled ? parent.width - (opacity > 0 ? width : 0)
+                                           : (opacity > 0 ? 0 : -width)
                 color: "#80808080"
                 opacity: 0
                 visible: opacity > 0

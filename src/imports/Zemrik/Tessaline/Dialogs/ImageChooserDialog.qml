@@ -70,6 +70,8 @@ Dialog {
     Item {
         // Over the padding of Qt's dialog, but not over its buttons.
         anchors { fill: parent; leftMargin: -12; rightMargin: -12; topMargin: -12 }
+        LayoutMirroring.enabled: Qt.application.layoutDirection === Qt.RightToLeft
+        LayoutMirroring.childrenInherit: true
 
         GridView {
             id: imagesView
