@@ -6,7 +6,10 @@
 #include <Tessaline/FileUtility.h>
 
 #include <QGuiApplication>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QLoggingCategory>
+#include <QTranslator>
 
 namespace {
 
@@ -28,6 +31,12 @@ int main(int argc, char **argv)
     QCoreApplication::setOrganizationName(QStringLiteral("Zemrik"));
     QCoreApplication::setApplicationName(QStringLiteral("Tessaline Player"));
     QGuiApplication::setDesktopFileName(QStringLiteral("tessaline-player"));
+
+    // Qt's own texts, the buttons of dialogs among them, and the direction of the language's writing.
+    QTranslator qtTexts;
+    if (qtTexts.load(QLocale::system(), QStringLiteral("qtbase"), QStringLiteral("_"),
+                     QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(&qtTexts);
 
     Player player;
     AppletsCommandLineParser &commandLine = *player.commandLineParser();

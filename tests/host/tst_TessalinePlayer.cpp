@@ -3,6 +3,7 @@
 #include "support/IsolatedHome.h"
 
 #include <QDirIterator>
+#include <QLibraryInfo>
 #include <QSet>
 #include <QTest>
 
@@ -32,6 +33,8 @@ private slots:
     void theSubModulesAreReachable();
     void onlyOneCopyOfTheLibraryIsLoaded();
 
+    void theApplicationRunsAsItsLanguageIsWritten_data();
+    void theApplicationRunsAsItsLanguageIsWritten();
     void debugOutputIsOffUnlessRulesTurnItOn_data();
     void debugOutputIsOffUnlessRulesTurnItOn();
     void whatAnAppletStoresAtItsEndReachesTheDisk();
@@ -271,6 +274,29 @@ void tst_TessalinePlayer::onlyOneCopyOfTheLibraryIsLoaded()
     QCOMPARE(mappedFiles(player.processId(), QStringLiteral("libTessaline")),
              QSet<QString>{QString::fromLocal8Bit(qgetenv("TESSALINE_QML_IMPORT_DIR"))
                            + QStringLiteral("/Zemrik/Tessaline/libTessaline.so")});
+}
+
+void tst_TessalinePlayer::theApplicationRunsAsItsLanguageIsWritten_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<bool>("fromTheRight");
+    QTest::newRow("English") << "en" << false;
+    QTest::newRow("German") << "de" << false;
+    QTest::newRow("Arabic") << "ar" << true;
+    QTest::newRow("Hebrew") << "he" << true;
+}
+
+void tst_TessalinePlayer::theApplicationRunsAsItsLanguageIsWritten()
+{
+    QFETCH(QString, language);
+    QFETCH(bool, fromTheRight);
+    if (!QFile::exists(QLibraryInfo::location(QLibraryInfo::TranslationsPath) + "/qtbase_ar.qm"))
+        QSKIP("Qt's catalogues aren't installed: scripts/setup");
+    const AppletFolder applet(
+        telling("console.warn('rtl=' + (Qt.application.layoutDirection === Qt.RightToLeft))"));
+    PlayerProcess player({applet.path()}, {"LANGUAGE=" + language});
+    QCOMPARE(player.exitCode(), 0);
+    QCOMPARE(player.told("rtl"), QString(fromTheRight ? "true" : "false"));
 }
 
 void tst_TessalinePlayer::debugOutputIsOffUnlessRulesTurnItOn_data()
