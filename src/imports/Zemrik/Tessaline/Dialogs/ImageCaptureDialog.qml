@@ -10,7 +10,7 @@ import Zemrik.Tessaline.Controls 1.0
     \inqmlmodule Zemrik.Tessaline.Dialogs
     \brief A camera dialog: live view, shutter and camera settings.
 
-    \qml
+    \badcode
     ImageCaptureDialog {
         id: camera
         onAccepted: photo.source = imageUrl
@@ -20,7 +20,7 @@ import Zemrik.Tessaline.Controls 1.0
         text: "Take a picture"
         onClicked: camera.open()
     }
-    \endqml
+    \endcode
 
     The picture that is taken ends the dialog at once, as accepted. The camera is loaded only while the
     dialog is visible. It is a Dialog of QtQuick.Dialogs 1.2, as large as the parent of the document's

@@ -9,7 +9,7 @@ import Zemrik.Tessaline 1.0
     \inqmlmodule Zemrik.Tessaline.Dialogs
     \brief A dialog for picking a picture, with thumbnails and folder navigation.
 
-    \qml
+    \badcode
     ImageChooserDialog {
         id: chooser
         onAccepted: photo.source = imageUrl
@@ -19,7 +19,7 @@ import Zemrik.Tessaline 1.0
         text: "Choose"
         onClicked: chooser.open()
     }
-    \endqml
+    \endcode
 
     A click or an arrow key selects, a double click opens a folder or takes a picture. While a folder is
     selected the dialog can't be accepted. It begins in the user's folder of pictures, stays where the
