@@ -17,18 +17,35 @@
 /*!
     \qmltype AppInfoList
     \inqmlmodule Zemrik.Tessaline
-    \brief The catalogue of apps and its folders below the user's home.
+    \brief The catalogue: the apps on this machine and on a portal, and the folders they live in.
 
     \badcode
-    AppInfoList {
-        id: catalogue
-        searchPaths: ["/srv/apps", Tessaline.resolvedPath("~/apps")]
+    Portal {
+        id: portal
+
+        property url url: portalUrl
     }
 
-    Text {
-        text: qsTr("Data lies in %1").arg(catalogue.folderPath(AppInfoList.Data))
+    AppInfoList {
+        id: catalogue
+
+        portal: portal
+        onRefreshComplete: console.log(filteredApps.length, "apps")
+        Component.onCompleted: refresh()
+    }
+
+    ListView {
+        model: catalogue.filteredApps
+        delegate: Text { text: modelData.title }
     }
     \endcode
+
+    Each app is known once, by its item id. One that is on this machine and on the portal is local,
+    and its flags tell which of the two copies is newer. \l refresh() reads the disk and, if asked to,
+    searches the portal; a sign-in searches by itself. A search that fails is only logged and never
+    ends: set a time limit of your own, and then make a new object.
+
+    The catalogue's folders lie below the user's home, unless the application's settings move them.
 
     \table
     \header \li Folder \li Default \li Key in the application's settings
@@ -43,6 +60,43 @@
 */
 
 /*!
+    \qmlproperty list<AppInfo> AppInfoList::apps
+    \readonly
+    All apps that the last refresh found, sorted. Read while it is empty, it is filled from the disk.
+*/
+
+/*!
+    \qmlproperty list<AppInfo> AppInfoList::filteredApps
+    \readonly
+    Those of \l apps that pass the \l filter.
+*/
+
+/*!
+    \qmlproperty AppFilter AppInfoList::filter
+    \readonly
+    What \l filteredApps shows. Its \c types, \c hidden and \c owner also decide what the next refresh
+    reads from the disk.
+*/
+
+/*!
+    \qmlproperty list<string> AppInfoList::tags
+    \readonly
+    The tags of the apps, without those that every app has.
+*/
+
+/*!
+    \qmlproperty list<string> AppInfoList::owners
+    \readonly
+    The owners of the apps.
+*/
+
+/*!
+    \qmlproperty list<string> AppInfoList::access
+    \readonly
+    The sharing levels of the apps.
+*/
+
+/*!
     \qmlproperty list<string> AppInfoList::searchPaths
     The folders where apps are looked for; path variables in them aren't resolved. An empty list
     stands for the default.
@@ -52,6 +106,96 @@
     \qmlproperty string AppInfoList::dataPath
     \readonly
     The folder of the data items.
+*/
+
+/*!
+    \qmlproperty int AppInfoList::onlineUpdatesCount
+    \readonly
+    How many local apps are older than the portal's copy.
+*/
+
+/*!
+    \qmlproperty int AppInfoList::localUpdatesCount
+    \readonly
+    How many local apps are newer than the portal's copy.
+*/
+
+/*!
+    \qmlproperty bool AppInfoList::isRefreshing
+    \readonly
+    True from the first request of a search to its last page, and for good after a search that failed.
+*/
+
+/*!
+    \qmlproperty object AppInfoList::portal
+    The portal to search: a \c Portal that declares \c{property url url: portalUrl} inline. Without one
+    it is the public portal.
+*/
+
+/*!
+    \qmlproperty string AppInfoList::searchQuery
+    What a search asks the portal for. By default native applications without their installers, and
+    code samples with the tags "app" and "qml".
+*/
+
+/*!
+    \qmlproperty bool AppInfoList::signinRequired
+    Whether the portal is searched, and its apps are listed, only while somebody is signed in. True by
+    default.
+*/
+
+/*!
+    \qmlproperty string AppInfoList::nullTitle
+    The title of a first entry that stands for no app; empty, the default, for none. Takes effect at
+    the next refresh.
+*/
+
+/*!
+    \qmlproperty url AppInfoList::nullThumbnail
+    The picture of the entry that stands for no app.
+*/
+
+/*!
+    \qmlproperty bool AppInfoList::autoRefresh
+    Whether a sign-in starts a search. True by default.
+*/
+
+/*!
+    \qmlmethod void AppInfoList::refresh(bool search = false)
+    Reads the disk anew and, with \a search, asks the portal: \l refreshComplete() then comes after
+    the last page of the answer.
+*/
+
+/*!
+    \qmlmethod void AppInfoList::sortByName(enumeration order)
+    Sorts by title from the next refresh on; \a order is \c AppInfoList.Ascending or
+    \c AppInfoList.Descending.
+*/
+
+/*!
+    \qmlmethod void AppInfoList::sortByDate(enumeration order)
+    Sorts by the date of the last change from the next refresh on; \a order is as in \l sortByName().
+*/
+
+/*!
+    \qmlmethod void AppInfoList::clearSort()
+    Sorts by title, ascending, from the next refresh on.
+*/
+
+/*!
+    \qmlsignal AppInfoList::refreshStart()
+    A call of \l refresh() has begun.
+*/
+
+/*!
+    \qmlsignal AppInfoList::refreshComplete()
+    The disk has been read and the search, if there was one, has ended. The portal's apps are in the
+    list from the \c appsChanged that follows.
+*/
+
+/*!
+    \qmlsignal AppInfoList::error(TessalineError error)
+    Isn't emitted; a search that fails is only logged.
 */
 
 /*!
