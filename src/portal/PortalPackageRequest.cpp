@@ -12,6 +12,7 @@
 #include <QFileInfo>
 #include <QNetworkAccessManager>
 #include <QPixmap>
+#include <QScopedValueRollback>
 
 namespace {
 
@@ -64,17 +65,18 @@ PortalRequest *PortalPackageRequest::makeRequest()
     return request;
 }
 
-// A request that is under way can't be sent again: a new one takes its place, so that a second
-// download starts anew and what comes of the first one reaches nobody.
+// A request that is under way can't be sent again, nor one whose signal led here at the start of its
+// sending: a new one takes its place, so that a second download starts anew and what comes of the
+// first one reaches nobody.
 void PortalPackageRequest::dropRunningRequests()
 {
     const auto replace = [this](PortalRequest *&request, const auto &make) {
         const NetworkRequest::ReadyState state = request->readyState();
         if (state != NetworkRequest::ReadyStateSending
-            && state != NetworkRequest::ReadyStateProcessing)
+            && state != NetworkRequest::ReadyStateProcessing && request != m_sending)
             return;
         request->disconnect(this);
-        request->deleteLater(); // it may be its own signal that led here
+        request->deleteLater();
         request = make();
     };
     replace(m_itemInfoRequest, [this] { return makeInfoRequest(); });
@@ -94,6 +96,7 @@ void PortalPackageRequest::setNetworkAccessManager(QNetworkAccessManager *manage
 
 void PortalPackageRequest::request(const QString &itemId, bool infoOnly)
 {
+    ++m_run;
     m_itemId = itemId;
     m_infoOnly = infoOnly;
     dropRunningRequests();
@@ -119,15 +122,22 @@ void PortalPackageRequest::requestItemInfo()
 {
     m_itemInfoRequest->setPortal(m_portal);
     m_itemInfoRequest->setUrl(QUrl(m_itemUrl));
-    m_itemInfoRequest->send(QVariant(m_portal->defaultParams(QStringLiteral("pjson"))));
+    send(m_itemInfoRequest, QStringLiteral("pjson"));
+}
+
+void PortalPackageRequest::send(PortalRequest *request, const QString &format)
+{
+    const QScopedValueRollback<PortalRequest *> sending(m_sending, request);
+    request->send(QVariant(m_portal->defaultParams(format)));
 }
 
 void PortalPackageRequest::onItemInfoCompleted(const QVariantMap &response)
 {
     qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << response;
     itemInfo = response;
+    const int run = m_run;
     emit itemInfoReady();
-    if (!m_infoOnly)
+    if (run == m_run && !m_infoOnly)
         requestData(true);
 }
 
@@ -142,7 +152,7 @@ void PortalPackageRequest::requestData(bool unpack)
     m_dataRequest->setUrl(QUrl(m_itemUrl + QLatin1String("/data")));
     m_dataRequest->setResponsePath(packageFolder.filePath(name));
     qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << m_dataRequest->responsePath();
-    m_dataRequest->send(QVariant(m_portal->defaultParams(QString())));
+    send(m_dataRequest, QString());
 }
 
 void PortalPackageRequest::onDataCompleted()
@@ -152,8 +162,10 @@ void PortalPackageRequest::onDataCompleted()
     if (m_unpackData && !unpack(path))
         return;
     saveItemInfo();
+    const int run = m_run;
     emit dataReady();
-    requestThumbnail();
+    if (run == m_run)
+        requestThumbnail();
 }
 
 bool PortalPackageRequest::unpack(const QString &packagePath)
@@ -209,8 +221,7 @@ void PortalPackageRequest::requestThumbnail()
 {
     const QString thumbnail = thumbnailText();
     if (thumbnail.isEmpty()) {
-        emit thumbnailReady();
-        emit ready();
+        finish();
         return;
     }
     const QFileInfo info(thumbnail);
@@ -224,7 +235,7 @@ void PortalPackageRequest::requestThumbnail()
     m_thumbnailRequest->setPortal(m_portal);
     m_thumbnailRequest->setUrl(QUrl(m_itemUrl + QLatin1String("/info/") + thumbnail));
     m_thumbnailRequest->setResponsePath(outputPath(fileName));
-    m_thumbnailRequest->send(QVariant(m_portal->defaultParams(QString())));
+    send(m_thumbnailRequest, QString());
 }
 
 void PortalPackageRequest::onThumbnailCompleted()
@@ -233,8 +244,15 @@ void PortalPackageRequest::onThumbnailCompleted()
     const QString thumbnail = thumbnailText();
     if (!thumbnail.isEmpty() && QFileInfo(thumbnail).suffix() == QLatin1String("jpg"))
         convertThumbnail();
+    finish();
+}
+
+void PortalPackageRequest::finish()
+{
+    const int run = m_run;
     emit thumbnailReady();
-    emit ready();
+    if (run == m_run)
+        emit ready();
 }
 
 // The catalogue looks for thumbnail.png only.

@@ -61,10 +61,12 @@ private:
     PortalRequest *makeRequest();
     bool refuses(const QString &name);
     void requestItemInfo();
+    void send(PortalRequest *request, const QString &format);
     void requestThumbnail();
     bool unpack(const QString &packagePath);
     void saveItemInfo();
     void convertThumbnail();
+    void finish();
     QString outputPath(const QString &fileName) const;
     QString thumbnailText() const;
 
@@ -74,11 +76,13 @@ private:
     PortalRequest *m_itemInfoRequest;
     PortalRequest *m_dataRequest;
     PortalRequest *m_thumbnailRequest;
+    PortalRequest *m_sending = nullptr;
     QString m_defaultThumbnail; // no step reads it
     PortalObject *m_portal = nullptr;
     QString m_itemId;
     QDateTime m_startTime;
     QString m_itemUrl;
+    int m_run = 0; // tells after a signal whether its handler has started another run
     bool m_infoOnly = false;
     bool m_unpackData = true;
 };

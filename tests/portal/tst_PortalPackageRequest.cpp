@@ -48,7 +48,11 @@ private slots:
     void secondRequestStartsAnew_data();
     void secondRequestStartsAnew();
     void secondRequestOutOfASignalOfTheFirst();
+    void secondRequestOutOfAnyProgress();
+    void secondRequestOutOfAStep_data();
+    void secondRequestOutOfAStep();
     void idIsTakenOverForEveryRun();
+    void signalsAreDeclaredInTheirOrder();
 
 private:
     QString output(const QString &name) const { return m_work->filePath("output/" + name); }
@@ -525,6 +529,84 @@ void tst_PortalPackageRequest::secondRequestOutOfASignalOfTheFirst()
     QVERIFY(!QFile::exists(output("jpg")));
 }
 
+// A request that is used again tells its former progress before it is under way: from there, too, a
+// second run starts anew.
+void tst_PortalPackageRequest::secondRequestOutOfAnyProgress()
+{
+    LogCapture log;
+    QSignalSpy ready(m_request.get(), &PortalPackageRequest::ready);
+    m_request->request("png", false);
+    QVERIFY(ready.wait());
+    bool done = false;
+    for (int last = 1; !done; ++last) {
+        QDir(m_work->filePath("output")).removeRecursively();
+        int number = 0;
+        QStringList names;
+        const auto progress = connect(m_request.get(), &PortalPackageRequest::progress, this, [&] {
+            if (++number != last)
+                return;
+            m_request->request("none", false);
+            names.append("again");
+        });
+        const auto data = connect(m_request.get(), &PortalPackageRequest::dataReady, this, [&] {
+            names.append(m_request->itemInfo.value("id").toString());
+        });
+        ready.clear();
+        m_request->request("jpg", false);
+        QVERIFY(ready.wait());
+        disconnect(progress);
+        disconnect(data);
+        done = !names.contains("again"); // there were fewer steps
+        const QString id = done ? "jpg" : "none";
+        QCOMPARE(ready.count(), 1);
+        QCOMPARE(names.last(), id);
+        QCOMPARE(savedInfo(id)["id"].toString(), id);
+        QVERIFY(QFile::exists(output(id + "/appinfo.json")));
+        QCOMPARE(QDir(output("none")).entryList({"thumbnail.*"}), QStringList());
+        QVERIFY2(log.count(QtWarningMsg) + log.count(QtCriticalMsg) == 0,
+                 qPrintable(QString("%1: %2").arg(last).arg(log.dump())));
+        QVERIFY(last < 100);
+    }
+}
+
+void tst_PortalPackageRequest::secondRequestOutOfAStep_data()
+{
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<QStringList>("before"); // the last one starts the second run
+    const QStringList steps{"itemInfoReady", "dataReady", "thumbnailReady", "ready"};
+    for (const char *id : {"jpg", "none"}) {
+        for (int i = 0; i < steps.size(); ++i)
+            QTest::addRow("%s, %s", id, qPrintable(steps.at(i)))
+                << QString(id) << QStringList(steps.mid(0, i + 1));
+    }
+}
+
+void tst_PortalPackageRequest::secondRequestOutOfAStep()
+{
+    QFETCH(QString, id);
+    QFETCH(QStringList, before);
+    LogCapture log;
+    SignalRecorder recorder(m_request.get());
+    bool again = false;
+    const auto restart = [this, &again, &recorder, before] {
+        if (again || withoutProgress(recorder.names()) != before)
+            return;
+        again = true;
+        m_request->request("png", false);
+    };
+    using Request = PortalPackageRequest;
+    for (const auto step :
+         {&Request::itemInfoReady, &Request::dataReady, &Request::thumbnailReady, &Request::ready})
+        connect(m_request.get(), step, this, restart);
+    m_request->request(id, false);
+    QTRY_COMPARE(withoutProgress(recorder.names()),
+                 before + QStringList({"itemInfoReady", "dataReady", "thumbnailReady", "ready"}));
+    QCOMPARE(savedInfo("png")["id"].toString(), QString("png"));
+    QVERIFY(QFile::exists(output("png/thumbnail.png")));
+    QCOMPARE(QFile::exists(output(id + "/appinfo.json")), before.size() > 1);
+    QVERIFY2(log.count(QtWarningMsg) + log.count(QtCriticalMsg) == 0, qPrintable(log.dump()));
+}
+
 void tst_PortalPackageRequest::idIsTakenOverForEveryRun()
 {
     QSignalSpy ready(m_request.get(), &PortalPackageRequest::ready);
@@ -534,6 +616,23 @@ void tst_PortalPackageRequest::idIsTakenOverForEveryRun()
         QVERIFY(QFile::exists(output(QString(id) + "/appinfo.json")));
     }
     QCOMPARE(ready.count(), 2);
+}
+
+void tst_PortalPackageRequest::signalsAreDeclaredInTheirOrder()
+{
+    const auto signatures = [](const QMetaObject &type) {
+        QStringList list;
+        for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
+            if (type.method(i).methodType() == QMetaMethod::Signal)
+                list.append(QString::fromLatin1(type.method(i).methodSignature()));
+        }
+        return list;
+    };
+    QCOMPARE(signatures(PortalPackageRequest::staticMetaObject),
+             QStringList({"progress(double)", "itemInfoReady()", "dataReady()", "thumbnailReady()",
+                          "ready()", "error(TessalineError*)"}));
+    QCOMPARE(signatures(PortalRequest::staticMetaObject),
+             QStringList({"completed(QVariantMap)", "completed()", "error(TessalineError*)"}));
 }
 
 TESSALINE_TEST_MAIN(tst_PortalPackageRequest)
