@@ -64,6 +64,7 @@ private slots:
     void smallValuesArePadded();
     void sizeIsTwelveShortWithAThumbnail();
     void sizeIsRightWithoutAThumbnail();
+    void sizeFollowsEachChange();
     void fullDeviceIsNoticed();
 
     void thumbnailComesBack();
@@ -947,6 +948,25 @@ void tst_QExifImageHeader::sizeIsRightWithoutAThumbnail()
     QCOMPARE(written(header).size(), 80);
     header.remove(Header::GPSAltitude);
     QCOMPARE(header.size(), 46 + 12); // the pointer has stayed
+}
+
+// The size is remembered between the calls.
+void tst_QExifImageHeader::sizeFollowsEachChange()
+{
+    Header header;
+    QCOMPARE(header.size(), 28);
+    header.setValue(Header::Make, QString("Maker"));
+    QCOMPARE(header.size(), 28 + 18);
+    header.setValue(Header::Flash, quint16(1));
+    QCOMPARE(header.size(), 46 + 12);
+    header.setValue(Header::GPSLatitudeRef, QString("N"));
+    QCOMPARE(header.size(), 58 + 26);
+    header.remove(Header::GPSLatitudeRef);
+    QCOMPARE(header.size(), 58);
+    header.remove(Header::Make);
+    QCOMPARE(header.size(), 40);
+    header.remove(Header::Flash);
+    QCOMPARE(header.size(), 28);
 }
 
 void tst_QExifImageHeader::fullDeviceIsNoticed()
