@@ -67,6 +67,7 @@ private slots:
     void hugePageOfFewBytesIsLoaded();
 
     void loadFromAProvider();
+    void loadFromAProviderTakesThePathAlone();
     void loadFromAProviderIgnoresCaseAndFormat();
     void loadFromAProviderFails_data();
     void loadFromAProviderFails();
@@ -665,6 +666,16 @@ void tst_ImageObject::loadFromAProvider()
 
     QVERIFY(scene.object.load(QUrl("image://pictures/again"))); // equal
     QCOMPARE(signals_.take(), QStringList());
+}
+
+void tst_ImageObject::loadFromAProviderTakesThePathAlone()
+{
+    Scene scene;
+    LogCapture log;
+    QVERIFY(scene.object.load(QUrl("image://pictures/a/b%2Fc%3Fd?query=1#part")));
+    QVERIFY(scene.object.load(QUrl("image://pictures/")));
+    QVERIFY(scene.object.load(QUrl("image://pictures")));
+    QCOMPARE(scene.provider->ids, QStringList({"a/b/c?d", "", ""}));
 }
 
 void tst_ImageObject::loadFromAProviderIgnoresCaseAndFormat()

@@ -1079,6 +1079,10 @@ void tst_QExifImageHeader::loadsTheFirstApplicationSegmentOnly_data()
     QTest::newRow("behind a profile")
         << start + jpegSegment("\xFF\xE2", QByteArray("ICC_PROFILE\0", 12)) + exif << true;
     QTest::newRow("behind XMP") << start + xmp + exif + jpegRest() << false;
+    QTest::newRow("another word") << start
+                                         + jpegSegment("\xFF\xE1",
+                                                       QByteArray("Exit\0\0", 6) + richBlock())
+                                  << false;
     QTest::newRow("none") << start + jfifSegment() + jpegRest() << false;
     QTest::newRow("only a start") << start << false;
     QTest::newRow("empty segment") << start + exifSegment(QByteArray()) << false;
