@@ -7,6 +7,7 @@
 
 #include <QDateTime>
 #include <QQmlEngine>
+#include <QScopedValueRollback>
 #include <QSettings>
 
 #include <algorithm>
@@ -283,7 +284,8 @@ void AppInfoList::componentComplete()
 
 QQmlListProperty<AppInfo> AppInfoList::apps()
 {
-    if (m_apps.isEmpty()) {
+    // What the reading tells may have a handler that reads the list in its turn.
+    if (m_apps.isEmpty() && !m_isReading) {
         refreshApplets();
         sortApplets();
     }
@@ -411,6 +413,7 @@ void AppInfoList::refreshFilteredApplets()
 
 void AppInfoList::refreshApplets()
 {
+    const QScopedValueRollback<bool> reading(m_isReading, true);
     // Only the folders of the kinds that the filter selects.
     const int types = m_filter.types();
     QString paths;
@@ -650,12 +653,15 @@ void AppInfoList::processSearchResults()
         byId.insert((*it)->itemId(), *it);
     const QString itemsUrl = m_portalObject.restUrl() + QLatin1String("/content/items/");
     const QString token = m_portalObject.token();
+    QList<AppInfo *> shown; // told at the end: a handler may sign out, which drops the items
     for (QVariantMap &item : m_portalItems) {
         const QString id = item.value(QStringLiteral("id")).toString();
         item.insert(QStringLiteral("thumbnailUrl"), thumbnailUrl(item, id, itemsUrl, token));
         if (AppInfo *app = byId.value(id))
-            emit app->thumbnailChanged();
+            shown.append(app);
     }
+    for (AppInfo *app : qAsConst(shown))
+        emit app->thumbnailChanged();
 }
 
 QUrl AppInfoList::thumbnailUrl(const QVariantMap &item, const QString &id, const QString &itemsUrl,

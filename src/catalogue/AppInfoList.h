@@ -225,6 +225,7 @@ private:
     int m_localUpdatesCount = 0;
     PortalObject m_portalObject;
     bool m_isRefreshing = false;
+    bool m_isReading = false; // the disk
     QString m_searchQuery;
     NetworkRequest m_request;
     QList<QVariantMap> m_portalItems; // of the last search

@@ -27,6 +27,7 @@ private slots:
     void refreshSignalsInTheirOrder();
     void refreshWithoutSearch();
     void listsAreFilledWhenTheyAreRead();
+    void handlersMayReadTheEmptyList();
     void filteredListIsOfTheAppsThatWereRead();
     void filteredListFollowsTheFilter();
     void hiddenFolders_data();
@@ -49,6 +50,7 @@ private slots:
     void firstPageIsOne();
     void everyPageIsLoggedAndHandledAgain();
     void thumbnails();
+    void signOutOutOfAThumbnailsSignal();
     void portalItemsOfOtherTypesAreLeftOut();
     void ownerFilterLeavesPortalItemsAlone();
     void updatesAreCounted();
@@ -210,6 +212,28 @@ void tst_AppCatalogue::listsAreFilledWhenTheyAreRead()
     QCOMPARE(ids(), QStringList({"a"}));
     list()->refresh();
     QCOMPARE(ids(), QStringList({"a", "b"}));
+}
+
+// Reading an empty list fills it, which tells of counts and words: a handler of that may read it too.
+void tst_AppCatalogue::handlersMayReadTheEmptyList()
+{
+    int calls = 0;
+    const auto read = [this, &calls] {
+        ++calls;
+        QCOMPARE(ids(), QStringList());
+        QCOMPARE(ids(true), QStringList());
+    };
+    for (const auto signal :
+         {&AppInfoList::countsChanged, &AppInfoList::tagsChanged, &AppInfoList::ownersChanged,
+          &AppInfoList::accessChanged, &AppInfoList::filteredAppsChanged})
+        connect(list(), signal, this, read);
+    QCOMPARE(ids(), QStringList());
+    QCOMPARE(calls, 4);
+    list()->refresh();
+    QVERIFY(calls > 4);
+    writeApp("Apps/a", "{\"id\": \"a\"}");
+    disconnect(list(), nullptr, this, nullptr);
+    QCOMPARE(ids(), QStringList({"a"}));
 }
 
 void tst_AppCatalogue::filteredListIsOfTheAppsThatWereRead()
@@ -549,6 +573,29 @@ void tst_AppCatalogue::thumbnails()
                   + "/sharing/rest/content/items/some/info/thumbnail/a.png?token=tok"));
     QCOMPARE(list()->findById("here")->thumbnail(),
              QUrl::fromLocalFile(home("Apps/here/thumbnail.png")));
+}
+
+void tst_AppCatalogue::signOutOutOfAThumbnailsSignal()
+{
+    QByteArray items;
+    for (int i = 0; i < 50; ++i) {
+        const QByteArray id = "i" + QByteArray::number(i);
+        writeApp("Apps/" + id, "{\"id\": \"" + id + "\"}");
+        items += (i > 0 ? ", " : "") + ("{\"id\": \"" + id + "\", \"thumbnail\": \"t.png\"}");
+    }
+    usePortal("{\"results\": [" + items + "]}");
+    m_portal->setProperty("token", "t"); // starts the search
+    int changes = 0;
+    for (int i = 0; i < 50; ++i)
+        connect(list()->findById("i" + QString::number(i)), &AppInfo::thumbnailChanged, this,
+                [this, &changes] {
+                    if (++changes == 3)
+                        m_portal->setProperty("token", "");
+                });
+    QTRY_VERIFY(!list()->isRefreshing());
+    QCOMPARE(changes, 50);
+    QVariantMap item;
+    QVERIFY(!list()->findPortalItem("i0", item));
 }
 
 void tst_AppCatalogue::portalItemsOfOtherTypesAreLeftOut()
