@@ -46,6 +46,7 @@ private slots:
     void gearShowsThePanel();
     void panelSlidesAndFadesIn();
     void panelStaysUntilItsCloseButton();
+    void runsFromTheRightWhereTheApplicationDoes();
     void panelHoldsTheSettings();
     void panelScrolls();
     void shutterLiesAtTheBottom();
@@ -126,6 +127,7 @@ void tst_ImageCaptureDialog::init()
 void tst_ImageCaptureDialog::cleanup()
 {
     m_stage->close();
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
     const bool silent = m_stage->isSilent();
     const QByteArray log = m_stage->log();
     m_stage->endLog();
@@ -363,6 +365,37 @@ void tst_ImageCaptureDialog::panelStaysUntilItsCloseButton()
     // A dialog made anew begins without it.
     QVERIFY(showOpenDialog());
     QVERIFY(!item("cameraPropertiesPanel")->isVisible());
+}
+
+void tst_ImageCaptureDialog::runsFromTheRightWhereTheApplicationDoes()
+{
+    QVERIFY(showDialog()); // the library's translator is installed, which resets the direction
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    QVERIFY(m_stage->openDialog());
+    const QRectF view = DialogStage::rectOf(item("videoOutput"));
+    QTRY_COMPARE(DialogStage::rectOf(button("close")).topLeft(), view.topLeft() + QPointF(10, 10));
+    QCOMPARE(DialogStage::rectOf(button("gear")).bottomRight(),
+             view.bottomRight() - QPointF(10, 10));
+    QQuickItem *panel = item("cameraPropertiesPanel");
+    QTRY_COMPARE(panel->x(), view.width());
+    DialogStage::click(button("gear"));
+    QTRY_VERIFY(panel->opacity() == 1 && panel->x() == view.width() - panel->width());
+    QCOMPARE(DialogStage::rectOf(button("close", "cameraPropertiesPanel")).left(), panel->x() + 8);
+    // The settings' cells begin at the right.
+    QQuickItem *flash = DialogStage::itemsOf(panel, "CameraPropertyChooser").first();
+    flash->setProperty("expanded", true);
+    QQuickItem *grid = DialogStage::itemsOf(flash, "QQuickGridView").first();
+    QTRY_COMPARE(grid->height(), 2 * flash->property("itemHeight").toReal());
+    const auto icons = DialogStage::itemsOf(grid, "QQuickImage");
+    QCOMPARE(icons.size(), 4);
+    for (QQuickItem *icon : icons)
+        QVERIFY(DialogStage::rectOf(grid).contains(DialogStage::rectOf(icon)));
+    QVERIFY(DialogStage::center(icons.at(0)).x() > DialogStage::center(icons.at(1)).x());
+
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    QTRY_COMPARE(panel->x(), 0.0);
+    QTRY_COMPARE(DialogStage::rectOf(button("close")).topRight(),
+                 view.topRight() + QPointF(-10, 10));
 }
 
 void tst_ImageCaptureDialog::panelHoldsTheSettings()

@@ -87,6 +87,8 @@ private slots:
     void fileThatBeginsWithATildeIsTakenForAFolder();
     void folderStaysBetweenOpenings();
     void folderThatStaysSelectedOffersCancelAlone();
+    void folderThatHasBecomeEmptyOffersCancelAlone_data();
+    void folderThatHasBecomeEmptyOffersCancelAlone();
     void folderThatIsChangedIsReadAnew();
     void okButtonTakesThePicture();
     void cancelKeepsTheSelection();
@@ -94,6 +96,7 @@ private slots:
     void returnTakesThePicture();
     void returnIsRefusedWhileAFolderIsSelected();
     void arrowKeysSelect();
+    void runsFromTheRightWhereTheApplicationDoes();
     void bindingsFollowTheSelection();
     void manyPicturesDontFreeze();
     void longFoldersShowWhereTheViewStands();
@@ -198,6 +201,7 @@ void tst_ImageChooserDialog::init()
 void tst_ImageChooserDialog::cleanup()
 {
     m_stage->close();
+    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
     const bool silent = m_stage->isSilent();
     const QByteArray log = m_stage->log();
     m_stage->endLog();
@@ -562,6 +566,34 @@ void tst_ImageChooserDialog::folderThatStaysSelectedOffersCancelAlone()
     QVERIFY(isOpen());
 }
 
+void tst_ImageChooserDialog::folderThatHasBecomeEmptyOffersCancelAlone_data()
+{
+    QTest::addColumn<QString>("selection");
+    QTest::newRow("the first was selected") << "one.png";
+    QTest::newRow("the last was selected") << "two.png";
+}
+
+void tst_ImageChooserDialog::folderThatHasBecomeEmptyOffersCancelAlone()
+{
+    QFETCH(QString, selection);
+    const QString folder = QDir::homePath() + "/fleeting";
+    QVERIFY(paint(folder + "/one.png", Qt::red));
+    QVERIFY(paint(folder + "/two.png", Qt::blue));
+    QVERIFY(showOpenDialog("showFolders: false", folder));
+    DialogStage::click(cell(selection));
+    QTest::keyClick(m_stage->dialogWindow(), Qt::Key_Escape);
+    QTRY_VERIFY(!isOpen());
+    QVERIFY(QDir(folder).removeRecursively());
+    QVERIFY(QDir().mkpath(folder));
+
+    QVERIFY(m_stage->openDialog());
+    QCOMPARE(entries(), QStringList());
+    QCOMPARE(buttons(), cancelButton);
+    QCOMPARE(property("imagePath").toString(), folder + "/" + selection);
+    QTest::keyClick(m_stage->dialogWindow(), Qt::Key_Return);
+    QVERIFY(isOpen());
+}
+
 void tst_ImageChooserDialog::folderThatIsChangedIsReadAnew()
 {
     QVERIFY(showOpenDialog());
@@ -640,6 +672,27 @@ void tst_ImageChooserDialog::arrowKeysSelect()
     QVERIFY(m_stage->openDialog());
     QTest::keyClick(m_stage->dialogWindow(), Qt::Key_Left);
     QCOMPARE(selected(), QString("blue.png"));
+}
+
+void tst_ImageChooserDialog::runsFromTheRightWhereTheApplicationDoes()
+{
+    QVERIFY(showDialog()); // the library's translator is installed, which resets the direction
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    QVERIFY(m_stage->openDialog());
+    const QRectF area = DialogStage::rectOf(view());
+    QTRY_COMPARE(DialogStage::rectOf(cell("blue.png")).right(), area.right());
+    QVERIFY(DialogStage::center(cell("red.jpg")).x() < DialogStage::center(cell("blue.png")).x());
+    QVERIFY(area.contains(DialogStage::rectOf(cell("~Empty"))));
+    // The keys go where they point.
+    QTest::keyClick(m_stage->dialogWindow(), Qt::Key_Left);
+    QCOMPARE(selected(), QString("red.jpg"));
+    QTest::keyClick(m_stage->dialogWindow(), Qt::Key_Right);
+    QCOMPARE(selected(), QString("blue.png"));
+    // A long folder's mark stands in the other margin.
+    QQuickItem *mark = view()->parentItem()->childItems().at(1);
+    QVERIFY(mark->x() + mark->width() <= view()->x());
+    DialogStage::click(cell("red.jpg"));
+    QCOMPARE(selected(), QString("red.jpg"));
 }
 
 void tst_ImageChooserDialog::bindingsFollowTheSelection()

@@ -3,6 +3,7 @@
 #include "support/HttpServer.h"
 #include "support/IsolatedHome.h"
 #include "support/LogCapture.h"
+#include "support/SignalRecorder.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -122,7 +123,11 @@ private slots:
     void opensAgainAfterSignOut();
 
     void settingsAreRead();
+    void settingsAreReadInTheirOrder();
     void functionsTellWhetherThereIsAStore();
+    void selectPortalTakesTheRowInItsOrder();
+    void selectPortalNeedsARow();
+    void findCurrentComparesTheText();
     void storedLists_data();
     void storedLists();
     void firstRunKeepsTheFirstRow();
@@ -147,6 +152,7 @@ private slots:
     void addShowsWhatFailed();
     void addIgnoresOtherStatus();
     void addOverHttpsNeedsTheCheckBox();
+    void addNeedsNoInformation();
     void addIsBusyMeanwhile();
     void addWithoutAStore();
     void removeKeepsThePortalInUse();
@@ -279,35 +285,32 @@ void tst_PortalDialog::cleanup()
 
 void tst_PortalDialog::propertiesHaveTheirTypesAndOrder()
 {
-    const QStringList expected{"portal",
-                               "usernameLabel",
-                               "username",
-                               "passwordLabel",
-                               "password",
-                               "busy:bool",
-                               "message:QString",
-                               "saveUserLabel",
-                               "saveUserChecked",
-                               "saveUserVisible",
-                               "acceptLabel",
-                               "rejectLabel",
-                               "bannerImage",
-                               "bannerColor",
-                               "bannerTextColor",
-                               "settings",
-                               "settingsGroup:QString",
-                               "portalName:QString",
-                               "prompt:QString"};
+    // Of a document's properties the aliases come last.
+    const QStringList expected{"portal:Portal*",        "busy:bool",
+                               "message:QString",       "settings:Settings*",
+                               "settingsGroup:QString", "portalName:QString",
+                               "prompt:QString",        "usernameLabel:QString",
+                               "username:QString",      "passwordLabel:QString",
+                               "password:QString",      "saveUserLabel:QString",
+                               "saveUserChecked:bool",  "saveUserVisible:bool",
+                               "acceptLabel:QString",   "rejectLabel:QString",
+                               "bannerImage:QUrl",      "bannerColor:QColor",
+                               "bannerTextColor:QColor"};
     const QMetaObject *meta = make().subject()->metaObject();
-    QStringList names;
-    for (const QString &entry : expected) {
-        const QStringList parts = entry.split(':');
-        const int index = meta->indexOfProperty(parts.at(0).toLatin1().constData());
-        QVERIFY2(index >= 0, qPrintable(entry));
-        QVERIFY2(meta->property(index).isWritable(), qPrintable(entry));
-        if (parts.size() > 1)
-            QCOMPARE(QString(meta->property(index).typeName()), parts.at(1));
+    QStringList found;
+    for (int i = meta->propertyOffset(); i < meta->propertyCount(); ++i) {
+        const QMetaProperty property = meta->property(i);
+        if (property.name()[0] == '_') // the document's own
+            continue;
+        QVERIFY2(property.isWritable(), property.name());
+        // "Portal_QMLTYPE_3*"
+        found.append(QString("%1:%2")
+                         .arg(property.name(), property.typeName())
+                         .remove(QRegularExpression("_QML(TYPE)?_\\d+")));
     }
+    QCOMPARE(found, expected);
+    QCOMPARE(DialogStage::inside(m_stage->subject(), "portalSignInDialog").value<QObject *>(),
+             m_stage->subject());
 }
 
 void tst_PortalDialog::defaults()
@@ -838,6 +841,42 @@ void tst_PortalDialog::settingsAreRead()
     QCOMPARE(portal()->property("isPortal").toBool(), false);
 }
 
+// The changes of what the dialog sets in a portal.
+static QStringList changes(QObject *portal, const std::function<void()> &change)
+{
+    QStringList steps;
+    SignalRecorder recorder(portal);
+    change();
+    for (const QString &name : recorder.names()) {
+        if (QStringList(
+                {"portalUrlChanged", "nameChanged", "ignoreSslErrorsChanged", "isPortalChanged"})
+                .contains(name))
+            steps.append(name);
+    }
+    return steps;
+}
+
+void tst_PortalDialog::settingsAreReadInTheirOrder()
+{
+    DialogStage &stage = make();
+    m_settings->setValue("Portal/saveUsername", false);
+    m_settings->setValue("Portal/username", "jo");
+    m_settings->setValue("Portal/url", "http://one");
+    m_settings->setValue("Portal/name", "One");
+    m_settings->setValue("Portal/ignoreSslErrors", true);
+    m_settings->setValue("Portal/isPortal", true);
+    QStringList fields;
+    const QStringList steps = changes(portal(), [&] {
+        SignalRecorder recorder(stage.subject());
+        call(stage.subject(), "readSettings");
+        fields = recorder.names();
+    });
+    QCOMPARE(steps, QStringList({"portalUrlChanged", "nameChanged", "ignoreSslErrorsChanged",
+                                 "isPortalChanged"}));
+    QVERIFY(fields.contains("saveUserCheckedChanged"));
+    QVERIFY(fields.indexOf("saveUserCheckedChanged") < fields.indexOf("usernameChanged"));
+}
+
 void tst_PortalDialog::functionsTellWhetherThereIsAStore()
 {
     const char *const functions[] = {"readSettings", "writeUserSettings", "clearUserSettings",
@@ -866,6 +905,47 @@ void tst_PortalDialog::functionsTellWhetherThereIsAStore()
     QVERIFY(!call(m_stage->subject(), "readPortals").isValid());
     QVERIFY(!call(m_stage->subject(), "writePortals").isValid());
     QCOMPARE(m_stage->subject()->property("saveUserVisible").toBool(), false);
+}
+
+void tst_PortalDialog::selectPortalTakesTheRowInItsOrder()
+{
+    writeStore(
+        {{"Portal/portals", portalsText(QVariantList{row(publicPortal, "Zemrik Online"),
+                                                     row("http://one", "One", true, true)})}});
+    DialogStage &stage = make();
+    const QStringList steps =
+        changes(portal(), [&] { callWith(stage.subject(), "selectPortal", 1); });
+    QCOMPARE(steps, QStringList({"portalUrlChanged", "nameChanged", "ignoreSslErrorsChanged",
+                                 "isPortalChanged"}));
+    QCOMPARE(store().value("Portal/url").toString(), QString("http://one"));
+    QCOMPARE(store().value("Portal/url").type(), QVariant::String);
+    QCOMPARE(store().value("Portal/name").toString(), QString("One"));
+    // Another row at the same address signs nobody out.
+    portal()->setProperty("token", "signed in");
+    callWith(stage.subject(), "selectPortal", 1);
+    QVERIFY(portal()->property("signedIn").toBool());
+}
+
+void tst_PortalDialog::selectPortalNeedsARow()
+{
+    DialogStage &stage = make();
+    m_expected << "TypeError";
+    const QVariantMap before = store();
+    callWith(stage.subject(), "selectPortal", 7);
+    QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl(publicPortal));
+    QCOMPARE(store(), before);
+}
+
+void tst_PortalDialog::findCurrentComparesTheText()
+{
+    writeStore({{"Portal/portals",
+                 portalsText(QVariantList{row("http://one/", "Slash"), row("http://one", "One"),
+                                          row("http://one", "One again")})}});
+    DialogStage &stage = make();
+    portal()->setProperty("portalUrl", QUrl("http://one"));
+    QCOMPARE(call(stage.subject(), "findCurrent").toInt(), 1); // the first of two
+    portal()->setProperty("portalUrl", QUrl("http://two"));
+    QVERIFY(!call(stage.subject(), "findCurrent").isValid());
 }
 
 void tst_PortalDialog::storedLists_data()
@@ -1311,6 +1391,24 @@ void tst_PortalDialog::addOverHttpsNeedsTheCheckBox()
     DialogStage::click(stage.button("Sign In"));
     QTRY_VERIFY(!stage.isOpen());
     QVERIFY(portal()->property("signedIn").toBool());
+}
+
+void tst_PortalDialog::addNeedsNoInformation()
+{
+    HttpServer server;
+    server.on("/sharing/rest/portals/self", [](const HttpServer::Request &) {
+        return HttpServer::Answer{"{\"name\": \"Silent\"}", 200, "application/json"};
+    });
+    server.on("/sharing/rest/info", [](const HttpServer::Request &) {
+        return HttpServer::Answer{"no", 500};
+    });
+    DialogStage &stage = makeList();
+    stage.type(stage.fields().first(), server.url("").toString(QUrl::StripTrailingSlash));
+    DialogStage::click(stage.button("Add Portal"));
+    QTRY_COMPARE(m_log->count(QtDebugMsg, "qml", "infoRequest error "), 1);
+    QCOMPARE(list()->property("count").toInt(), 2);
+    QCOMPARE(portal()->property("name").toString(), QString("Silent"));
+    QCOMPARE(messageText(), QString()); // only the log tells
 }
 
 void tst_PortalDialog::addIsBusyMeanwhile()
