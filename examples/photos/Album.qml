@@ -48,8 +48,8 @@ QtObject {
         return open(folder.filePath(".."));
     }
 
-    // Whether the file begins as pictures do, and has an end where the format tells. Qt Quick would
-    // find out as well, but with a warning for each file.
+    // Whether the file is laid out as a picture. Qt Quick would find out as well, but with a warning for
+    // each file that is none.
     function isPicture(name) {
         const path = folder.filePath(name);
         if (!Tessaline.fileInfo(path).isReadable)
@@ -57,15 +57,28 @@ QtObject {
         const file = Tessaline.file(path);
         if (!file.open(File.OpenModeReadOnly))
             return false;
-        const head = _latin1(file.read(12));
-        const isPng = head.startsWith("\x89PNG\r\n\x1a\n");
-        if (isPng)
-            file.position = Math.max(0, Tessaline.fileInfo(path).size - 12);
-        const isWhole = !isPng || _latin1(file.read(12)).includes("IEND");
+        const head = _bytesAt(file, 0, 12);
+        const known = head.startsWith("\x89PNG\r\n\x1a\n") ? _bytesAt(file, Math.max(0, Tessaline.fileInfo(path).size - 12), 12).includes("IEND")
+                    : head.startsWith("\xff\xd8\xff") ? _hasScan(file)
+                    : /^(GIF8|BM|RIFF[^]{4}WEBP|II\*\0|MM\0\*)/.test(head);
         file.close();
-        return isWhole && (isPng || /^(\xff\xd8\xff|GIF8|BM|RIFF[^]{4}WEBP|II\*\0|MM\0\*)/.test(head));
+        return known;
     }
-    function _latin1(bytes) {
-        return String.fromCharCode.apply(null, Array.from(new Uint8Array(bytes)));
+    // As a text of one character for each byte.
+    function _bytesAt(file, position, count) {
+        file.position = position;
+        return String.fromCharCode.apply(null, Array.from(new Uint8Array(file.read(count))));
+    }
+    // Whether a JPEG's segments, each with its length, lead to the pixels.
+    function _hasScan(file) {
+        for (let position = 2, count = 0; count < 1000; ++count) {
+            const segment = _bytesAt(file, position, 4);
+            if (segment.length < 4 || segment[0] !== "\xff")
+                return false;
+            if (segment[1] === "\xda")
+                return true;
+            position += segment[1] === "\xff" ? 1 : 2 + segment.charCodeAt(2) * 256 + segment.charCodeAt(3);
+        }
+        return false;
     }
 }

@@ -233,8 +233,8 @@ FocusScope {
             spacing: 8 * page.unit
 
             Text {
-                Layout.fillWidth: true
-                Layout.maximumWidth: 240 * page.unit
+                Layout.fillWidth: page.narrow
+                Layout.rightMargin: 8 * page.unit
                 objectName: "question"
                 text: page.tool === "leave" ? qsTr("The changes are not saved.")
                     : cropFrame.area.width < 1 ? qsTr("Drag a rectangle over the picture.")

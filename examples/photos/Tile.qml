@@ -34,6 +34,8 @@ ItemDelegate {
             color: tile.isFolder ? "transparent" : Theme.page
 
             Image {
+                id: image
+
                 anchors.fill: parent
                 objectName: "tileImage"
                 visible: status === Image.Ready
@@ -70,7 +72,7 @@ ItemDelegate {
             Text {
                 anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter; margins: 8 * tile.unit }
                 objectName: "tileText"
-                visible: !tile.isFolder && !tile.isPicture
+                visible: !tile.isFolder && (!tile.isPicture || image.status === Image.Error)
                 text: qsTr("Can't be read")
                 color: Theme.bad
                 font.pixelSize: 12 * tile.unit

@@ -181,6 +181,10 @@ void tst_PhotosExample::initTestCase()
     QVERIFY(cut.open(QIODevice::WriteOnly) && cut.write(whole.readAll().chopped(40)) > 0);
     QVERIFY(text.open(QIODevice::WriteOnly) && text.write("<b>no picture</b>") > 0);
     QVERIFY(none.open(QIODevice::WriteOnly));
+    QFile tour(path("tour.jpg")), header(path("Damaged/header.jpg"));
+    QVERIFY(tour.open(QIODevice::ReadOnly));
+    QVERIFY(header.open(QIODevice::WriteOnly) && header.write(tour.read(300)) == 300);
+    header.close();
     cut.close();
     text.close();
     none.close();
@@ -406,6 +410,7 @@ void tst_PhotosExample::damagedFilesAreSaid_data()
     QTest::newRow("nothing in it") << "a.jpg";
     QTest::newRow("cut short") << "cut.png";
     QTest::newRow("text") << "text.jpg";
+    QTest::newRow("a header without pixels") << "header.jpg";
 }
 
 void tst_PhotosExample::damagedFilesAreSaid()
