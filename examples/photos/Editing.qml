@@ -62,7 +62,7 @@ QtObject {
     // that was there.
     function save(folder, name) {
         const format = name.replace(/^.*\./, "").toLowerCase();
-        const part = ".part-" + Date.now() + "-" + name;
+        const part = ".part-" + Date.now() + "." + format;
         const quality = format === "jpg" || format === "jpeg" ? 92 : -1;
         const written = picture.save(folder.filePath(part), format, quality)
             && folder.removeFile(name) && folder.renameFile(part, name);

@@ -98,6 +98,8 @@ private slots:
     void namesThatCantBeSaved_data();
     void namesThatCantBeSaved();
     void failedSavingIsSaid();
+    void folderIsNeverReplaced();
+    void longNamesAreSaved();
     void leavingAsksForUnsavedChanges();
     void keysAloneSuffice();
     void chooserOpensItsPicture();
@@ -623,7 +625,7 @@ void tst_PhotosExample::cropByDragging()
     QTRY_VERIFY(isShown("cropFrame"));
     m_window->picture();
     QVERIFY(!m_window->item("cropApply")->isEnabled());
-    drag({0.25, 0.25}, {1.2, 0.75}); // beyond the edge: up to it
+    drag({0.25, 0.25}, {1.02, 0.75}); // beyond the edge: up to it
     const QRect area = m_window->item("cropFrame")->property("area").toRectF().toRect();
     QCOMPARE(area, QRect(100, 50, 300, 100));
     QCOMPARE(m_window->text("question"), QString("300 × 100 pixels"));
@@ -800,6 +802,29 @@ void tst_PhotosExample::failedSavingIsSaid()
     key(Qt::Key_Escape);
     key(Qt::Key_Escape);
     QTRY_VERIFY(isShown("discardButton"));
+}
+
+void tst_PhotosExample::folderIsNeverReplaced()
+{
+    QVERIFY(m_pictures.mkpath("folder.png/inside"));
+    edit("quarters.png");
+    m_window->click("invert");
+    saveAs("folder.png");
+    QTRY_VERIFY(isShown("editFailure"));
+    QVERIFY(QDir(path("folder.png/inside")).exists());
+    QCOMPARE(m_pictures.entryList({".part*"}, QDir::Files | QDir::Hidden), QStringList());
+    QVERIFY(QDir(path("folder.png")).removeRecursively());
+}
+
+void tst_PhotosExample::longNamesAreSaved()
+{
+    const QString name = "out" + QString(248, 'x') + ".png";
+    edit("quarters.png");
+    m_window->click("invert");
+    saveAs(name);
+    QTRY_VERIFY(m_window->text("editState").endsWith("Saved as " + name));
+    QCOMPARE(quarters(image(name)), namesOf({cyan, magenta, yellow, blue}));
+    QVERIFY(!isShown("editFailure"));
 }
 
 void tst_PhotosExample::leavingAsksForUnsavedChanges()
