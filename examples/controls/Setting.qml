@@ -44,7 +44,9 @@ RowLayout {
             color: "#ddcfd9"
 
             Rectangle {
-                width: slider.visualPosition * parent.width
+                // From the beginning, which is at the right in some languages.
+                x: slider.mirrored ? parent.width - width : 0
+                width: slider.position * parent.width
                 height: parent.height
                 radius: parent.radius
                 color: "#7a3b69"
