@@ -6,6 +6,8 @@
 #include "support/LogCapture.h"
 #include "support/PortalElement.h"
 
+#include <QFile>
+#include <QMetaProperty>
 #include <QSignalSpy>
 #include <QSslConfiguration>
 #include <QUrlQuery>
@@ -21,6 +23,9 @@ private slots:
     void init();
     void cleanup();
 
+    void theDocumentShipsAsAResource();
+    void propertiesInTheirOrder();
+    void signalsAndFunctions();
     void thePublicPortalIsTheDefault();
     void signInAndOut();
     void whatGoesToThePortal();
@@ -94,6 +99,64 @@ void tst_Portal::useServer(HttpServer &server, const QByteArray &tokenAnswer,
     server.on("/sharing/rest/portals/self", answer(otherAnswers));
     server.on("/sharing/rest/community/users/jo", answer(otherAnswers));
     m_portal->setProperty("portalUrl", server.url(""));
+}
+
+void tst_Portal::theDocumentShipsAsAResource()
+{
+    const QString folder = ":/imports/Zemrik/Tessaline/Portal/";
+    QFile document(folder + "Portal.qml");
+    QVERIFY(document.open(QIODevice::ReadOnly));
+    const QByteArray text = document.readAll();
+    QVERIFY(text.startsWith("import QtQuick 2.4\nimport Zemrik.Tessaline 1.0\n"));
+    QFile qmldir(folder + "qmldir");
+    QVERIFY(qmldir.open(QIODevice::ReadOnly));
+    const QByteArrayList lines = qmldir.readAll().split('\n');
+    QVERIFY(lines.contains("module Zemrik.Tessaline.Portal"));
+    QVERIFY(lines.contains("Portal 1.0 Portal.qml"));
+
+    QQmlComponent component(&m_engine, QUrl("qrc:///imports/Zemrik/Tessaline/Portal/Portal.qml"));
+    const std::unique_ptr<QObject> portal(component.create());
+    QVERIFY2(portal, qPrintable(component.errorString()));
+    QVERIFY(portal->inherits("QQuickItem"));
+    QVERIFY2(QByteArray(portal->metaObject()->className()).startsWith("Portal_"),
+             portal->metaObject()->className());
+}
+
+void tst_Portal::propertiesInTheirOrder()
+{
+    // The document's own metaobject lies below the one of the element, which adds "url".
+    const QMetaObject *type = m_portal->metaObject();
+    while (QByteArray(type->superClass()->className()).startsWith("Portal_"))
+        type = type->superClass();
+    QStringList table;
+    for (int i = type->propertyOffset(); i < type->propertyCount(); ++i) {
+        const QMetaProperty property = type->property(i);
+        table.append(QString("%1 %2%3").arg(property.typeName(), property.name(),
+                                            property.isWritable() ? "" : " read-only"));
+        QVERIFY(property.hasNotifySignal());
+    }
+    QCOMPARE(
+        table,
+        QStringList({"QString name",          "QUrl portalUrl",         "QUrl tokenServicesUrl",
+                     "QUrl owningSystemUrl",  "QUrl restUrl read-only", "QString username",
+                     "QString password",      "QString token",          "bool ssl",
+                     "bool ignoreSslErrors",  "QDateTime expires",      "bool signedIn read-only",
+                     "int expiryMode",        "bool isPortal",          "int expiryModeSignal",
+                     "int expiryModeSignOut", "int expiryModeSignIn",   "QVariant info",
+                     "QVariant user",         "QUrl userThumbnailUrl"}));
+}
+
+void tst_Portal::signalsAndFunctions()
+{
+    const QMetaObject *type = m_portal->metaObject();
+    for (const char *signal : {"expired()", "error(QVariant)", "signedInChanged()"}) {
+        const int index = type->indexOfMethod(signal);
+        QVERIFY2(index >= 0, signal);
+        QCOMPARE(type->method(index).methodType(), QMetaMethod::Signal);
+    }
+    for (const char *function :
+         {"signIn(QVariant,QVariant)", "signOut()", "authorizedUrl(QVariant)"})
+        QVERIFY2(type->indexOfMethod(function) >= 0, function);
 }
 
 void tst_Portal::thePublicPortalIsTheDefault()
