@@ -276,6 +276,7 @@ void tst_AppCatalogue::hiddenFolders_data()
     QTest::newRow("underscore inside") << "o_ld" << true << true;
     // QDir doesn't list it either way.
     QTest::newRow("dot, hidden") << ".old" << true << false;
+    QTest::newRow("dot, shown") << ".old" << false << false;
 }
 
 void tst_AppCatalogue::hiddenFolders()

@@ -76,6 +76,58 @@ TestCase {
         return list;
     }
 
+    function test_defaults() {
+        const list = makeList().list;
+        compare([list.signinRequired, list.autoRefresh, list.isRefreshing], [true, true, false]);
+        compare([list.onlineUpdatesCount, list.localUpdatesCount], [0, 0]);
+        compare([list.nullTitle, list.nullThumbnail.toString()], ["", ""]);
+        compare(list.portal, null);
+        verify(list.searchQuery.startsWith("((type:\"Native Application\" AND NOT type:"));
+        const filter = list.filter;
+        compare([filter.tags, filter.owners, filter.access], [[], [], []]);
+        compare([filter.text, filter.owner, filter.types, filter.hidden], ["", "", AppInfo.App, true]);
+        compare([filter.published, filter.updateAvailable, filter.updatedLocally, filter.local,
+                 filter.onlineOnly], [false, false, false, false, false]);
+    }
+
+    function test_objectsOfTheListSurviveACollection() {
+        const made = makeList();
+        made.list.refresh();
+        const first = made.list.apps[0];
+        compare(TestSupport.ownership(first), "native");
+        compare(TestSupport.ownership(made.list.filter), "native");
+        made.list.filter.text = "One";
+        made.list.refresh();   // other objects: the former ones live on
+        TestSupport.collectGarbage();
+        compare(first.title, "One");
+        compare(made.list.filter.text, "One");
+        compare(titles(made.list.filteredApps), ["One"]);
+    }
+
+    function test_emptyListMayBeReadInItsOwnHandlers() {
+        TestSupport.remove(root);
+        const made = makeList();
+        let calls = 0;
+        made.list.countsChanged.connect(function() {
+            ++calls;
+            compare(made.list.apps.length, 0);
+        });
+        made.list.refresh();
+        verify(calls > 1);
+    }
+
+    function test_valuesOfOtherTypes() {
+        const filter = makeList().list.filter;
+        filter.text = "x";
+        filter.text = null;
+        compare(filter.text, "");
+        filter.tags = "one";
+        compare(filter.tags, ["one"]);
+        verify(TestSupport.throws(function() { filter.tags = undefined; }));
+        verify(TestSupport.throws(function() { filter.types = "App"; }));
+        compare([filter.tags, filter.types], [["one"], AppInfo.App]);
+    }
+
     function test_localApps() {
         const made = makeList();
         compare(made.count, 2);

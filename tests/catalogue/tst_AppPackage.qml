@@ -92,6 +92,12 @@ TestCase {
         compare(item.error.message, "");
         compare(item.appInfo.itemId, "");
         compare(item.portal, thePortal);
+        compare([typeof item.status, item.status === 0], ["number", true]);
+        compare(TestSupport.ownership(item.appInfo), "native");
+        compare(TestSupport.ownership(item.error), "native");
+        verify(TestSupport.throws(function() { item.status = ItemPackage.Ready; }));
+        verify(TestSupport.throws(function() { item.appInfo = item; }));
+        verify(TestSupport.throws(function() { item.appInfo = undefined; }));
     }
 
     function test_downloadMakesTheAppLocal() {
