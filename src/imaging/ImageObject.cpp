@@ -240,6 +240,9 @@
 
     \value ImageObject.InvertRgb   0, keeps alpha
     \value ImageObject.InvertRgba  1, inverts alpha as well
+
+    In an indexed picture the indices are inverted, and may then point past the table of colours:
+    convert such a picture first, for instance to \c ImageObject.ImageFormatRGB32.
 */
 
 /*!
