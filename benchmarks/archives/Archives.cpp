@@ -1,8 +1,10 @@
 #include "Archives.h"
 
+#include <QDataStream>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QtEndian>
 
 #include <memory>
 #include <minizip/zip.h>
@@ -71,6 +73,26 @@ QByteArray deflated(const QByteArray &bytes, int flush)
     return packed;
 }
 
+// minizip's writer leaves out the zip64 records that more than 65,535 entries need.
+bool addZip64Records(const QString &path, quint64 entries)
+{
+    const int endSize = 22;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadWrite) || !file.seek(file.size() - endSize))
+        return false;
+    const qint64 position = file.pos();
+    const QByteArray end = file.read(endSize);
+    const auto size = qFromLittleEndian<quint32>(end.constData() + 12);
+    const auto offset = qFromLittleEndian<quint32>(end.constData() + 16);
+    file.seek(position);
+    QDataStream stream(&file);
+    stream.setByteOrder(QDataStream::LittleEndian);
+    stream << quint32(0x06064b50) << quint64(44) << quint16(45) << quint16(45) << quint32(0)
+           << quint32(0) << entries << entries << quint64(size) << quint64(offset);
+    stream << quint32(0x07064b50) << quint32(0) << quint64(position) << quint32(1);
+    return file.write(end) == endSize && file.flush();
+}
+
 bool append(const ZipHandle &zip, const QByteArray &bytes)
 {
     return zipWriteInFileInZip(zip.get(), bytes.constData(), static_cast<unsigned>(bytes.size()))
@@ -99,7 +121,7 @@ bool makeTextTree(const QString &top, int files, int minimum, int maximum)
 
 bool makeListing(const QString &path, int entries)
 {
-    const ZipHandle zip(zipOpen64(QFile::encodeName(path).constData(), APPEND_STATUS_CREATE));
+    ZipHandle zip(zipOpen64(QFile::encodeName(path).constData(), APPEND_STATUS_CREATE));
     if (!zip)
         return false;
     zip_fileinfo info = {};
@@ -113,7 +135,8 @@ bool makeListing(const QString &path, int entries)
             || !append(zip, QByteArrayLiteral("text")) || zipCloseFileInZip(zip.get()) != ZIP_OK)
             return false;
     }
-    return true;
+    zip.reset();
+    return entries < 0xffff || addZip64Records(path, static_cast<quint64>(entries));
 }
 
 // The block is deflated once and then repeated: deflating it all would take longer than the

@@ -319,7 +319,7 @@ const char itemInfoFileName[] = "iteminfo.json";
 const char localInfoFileName[] = ".info.json";
 const char thumbnailFileName[] = "thumbnail.png";
 const char defaultMainFile[] = "main.qml";
-const char authorToolFiles[] = "*.user";
+const char authorToolSuffix[] = ".user";
 const char itemInfoPrefix[] = "itemInfo/";
 
 bool isItemInfoKey(const QString &key)
@@ -675,7 +675,7 @@ QDateTime AppInfo::newestFileTime() const
     const QFileInfoList files =
         m_dir.entryInfoList(QDir::Files | QDir::NoDotAndDotDot, QDir::Unsorted);
     for (const QFileInfo &file : files) {
-        if (QDir::match(QLatin1String(authorToolFiles), file.fileName()))
+        if (file.fileName().endsWith(QLatin1String(authorToolSuffix), Qt::CaseInsensitive))
             continue;
         const QDateTime time = file.lastModified();
         if (newest.isNull() || newest < time)

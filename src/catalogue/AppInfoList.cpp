@@ -390,6 +390,7 @@ void AppInfoList::clearApplets()
     m_ownersPresent = {};
     m_accessPresent = {};
     m_apps.clear();
+    forgetIndex();
     m_onlineUpdatesCount = 0;
     m_localUpdatesCount = 0;
 }
@@ -494,6 +495,7 @@ void AppInfoList::addAppInfo(AppInfo *app)
 void AppInfoList::addApplet(AppInfo *app)
 {
     m_apps.append(app);
+    forgetIndex();
     if (m_filter.matches(app))
         m_filteredApps.append(app);
 }
@@ -534,6 +536,26 @@ void AppInfoList::refreshPortalItems()
         byId.insert(id, app.get());
         addApplet(app.release());
     }
+}
+
+// For the pages of a search, which don't change the list.
+const QHash<QString, AppInfo *> &AppInfoList::appsById()
+{
+    if (!m_appsById.isEmpty())
+        return m_appsById;
+    for (auto it = m_apps.crbegin(); it != m_apps.crend(); ++it) {
+        m_appsById.insert((*it)->itemId(), *it); // backwards, so that the first of equal ids stays
+        connect(*it, &AppInfo::itemIdChanged, this, &AppInfoList::forgetIndex,
+                Qt::UniqueConnection);
+    }
+    return m_appsById;
+}
+
+void AppInfoList::clearPortalItems()
+{
+    m_portalItems.clear();
+    m_portalItemIds.clear();
+    m_addressedItems = 0;
 }
 
 AppInfo *AppInfoList::findById(const QString &id)
@@ -583,7 +605,7 @@ void AppInfoList::searchPortal()
     }
     qCDebug(FRAMEWORK_MANAGER) << Q_FUNC_INFO;
     setRefreshing(true);
-    m_portalItems.clear();
+    clearPortalItems();
     startSearch(1);
 }
 
@@ -626,9 +648,10 @@ void AppInfoList::processResponse(const QVariantMap &map)
     for (const QVariant &result : results) {
         const QVariantMap item = result.toMap();
         const QString id = item.value(QStringLiteral("id")).toString();
-        if (staysInFolder(id))
+        if (staysInFolder(id)) {
             m_portalItems.append(item);
-        else
+            m_portalItemIds.append(id);
+        } else
             qCCritical(FRAMEWORK_MANAGER) << Q_FUNC_INFO << "Not an item id:" << id;
     }
     qCDebug(FRAMEWORK_MANAGER) << Q_FUNC_INFO << "Count" << m_portalItems.size();
@@ -645,21 +668,27 @@ void AppInfoList::processResponse(const QVariantMap &map)
     appListChanged();
 }
 
-// All items again at each page, as a new token changes every address.
+// All items again at each page. Their addresses change with the token only.
 void AppInfoList::processSearchResults()
 {
-    QHash<QString, AppInfo *> byId;
-    for (auto it = m_apps.crbegin(); it != m_apps.crend(); ++it)
-        byId.insert((*it)->itemId(), *it);
+    const QHash<QString, AppInfo *> &byId = appsById();
     const QString itemsUrl = m_portalObject.restUrl() + QLatin1String("/content/items/");
     const QString token = m_portalObject.token();
+    const QString base = itemsUrl + QLatin1Char(' ') + token;
+    if (m_addressBase != base || FRAMEWORK_MANAGER().isDebugEnabled())
+        m_addressedItems = 0; // each item's log line, too
+    m_addressBase = base;
     QList<AppInfo *> shown; // told at the end: a handler may sign out, which drops the items
-    for (QVariantMap &item : m_portalItems) {
-        const QString id = item.value(QStringLiteral("id")).toString();
-        item.insert(QStringLiteral("thumbnailUrl"), thumbnailUrl(item, id, itemsUrl, token));
+    for (int i = 0; i < m_portalItems.size(); ++i) {
+        const QString &id = m_portalItemIds.at(i);
+        if (i >= m_addressedItems) {
+            QVariantMap &item = m_portalItems[i];
+            item.insert(QStringLiteral("thumbnailUrl"), thumbnailUrl(item, id, itemsUrl, token));
+        }
         if (AppInfo *app = byId.value(id))
             shown.append(app);
     }
+    m_addressedItems = m_portalItems.size();
     for (AppInfo *app : qAsConst(shown))
         emit app->thumbnailChanged();
 }
@@ -676,30 +705,35 @@ QUrl AppInfoList::thumbnailUrl(const QVariantMap &item, const QString &id, const
                 + token);
 }
 
-// The keys are computed once: the date of a local app lists its folder.
+// The keys are computed once for both lists: the date of a local app lists its folder.
 template <typename Key, typename KeyOf>
-void AppInfoList::sortBy(QList<AppInfo *> &list, KeyOf keyOf) const
+void AppInfoList::sortBy(KeyOf keyOf)
 {
+    QHash<AppInfo *, Key> keys;
+    keys.reserve(m_apps.size());
     std::vector<std::pair<Key, AppInfo *>> keyed;
-    keyed.reserve(std::size_t(list.size()));
-    for (AppInfo *app : qAsConst(list))
-        keyed.emplace_back(keyOf(app), app);
     const bool descending = m_sortOrder == Descending;
-    std::stable_sort(keyed.begin(), keyed.end(), [descending](const auto &a, const auto &b) {
-        return descending ? b.first < a.first : a.first < b.first;
-    });
-    std::transform(keyed.begin(), keyed.end(), list.begin(),
-                   [](const auto &entry) { return entry.second; });
+    for (QList<AppInfo *> *list : {&m_apps, &m_filteredApps}) {
+        keyed.clear();
+        for (AppInfo *app : qAsConst(*list)) {
+            const auto known = keys.constFind(app);
+            const auto key = known == keys.constEnd() ? keys.insert(app, keyOf(app)) : known;
+            keyed.emplace_back(key.value(), app);
+        }
+        std::stable_sort(keyed.begin(), keyed.end(), [descending](const auto &a, const auto &b) {
+            return descending ? b.first < a.first : a.first < b.first;
+        });
+        std::transform(keyed.begin(), keyed.end(), list->begin(),
+                       [](const auto &entry) { return entry.second; });
+    }
 }
 
 void AppInfoList::sortApplets()
 {
-    for (QList<AppInfo *> *list : {&m_apps, &m_filteredApps}) {
-        if (m_sortKind == sortByDateKind)
-            sortBy<QDateTime>(*list, [](AppInfo *app) { return app->modified(); });
-        else
-            sortBy<QString>(*list, [](AppInfo *app) { return app->sortKey(); });
-    }
+    if (m_sortKind == sortByDateKind)
+        sortBy<QDateTime>([](AppInfo *app) { return app->modified(); });
+    else
+        sortBy<QString>([](AppInfo *app) { return app->sortKey(); });
 }
 
 void AppInfoList::sortByName(SortOrder order)
@@ -725,7 +759,7 @@ void AppInfoList::onSignedInChanged()
     const bool signedIn = isSignedIn();
     qCDebug(FRAMEWORK_CORE) << Q_FUNC_INFO << signedIn;
     if (!signedIn)
-        m_portalItems.clear();
+        clearPortalItems();
     else if (m_autoRefresh)
         searchPortal();
     appListChanged();

@@ -182,7 +182,10 @@ private:
     void updateLists();
     void sortApplets();
     template <typename Key, typename KeyOf>
-    void sortBy(QList<AppInfo *> &list, KeyOf keyOf) const;
+    void sortBy(KeyOf keyOf);
+    const QHash<QString, AppInfo *> &appsById();
+    void forgetIndex() { m_appsById.clear(); }
+    void clearPortalItems();
     void searchPortal();
     void startSearch(int start);
     void processResponse(const QVariantMap &map);
@@ -228,7 +231,11 @@ private:
     bool m_isReading = false; // the disk
     QString m_searchQuery;
     NetworkRequest m_request;
-    QList<QVariantMap> m_portalItems; // of the last search
+    QList<QVariantMap> m_portalItems;     // of the last search
+    QStringList m_portalItemIds;          // theirs, in the same order
+    QString m_addressBase;                // what their thumbnails' addresses were made from
+    int m_addressedItems = 0;             // how many of them have such an address
+    QHash<QString, AppInfo *> m_appsById; // the first app of each id; empty: to be made
     bool m_signinRequired = true;
     bool m_autoRefresh = true;
     QString m_nullTitle;

@@ -82,6 +82,16 @@ def link_climbing(archive):
     entry(archive, "sub/../beside.txt", "beside")
 
 
+def link_inside(archive):
+    """A symbolic link that leads out of the folder, and an entry that goes through it."""
+    link = zipfile.ZipInfo("link", DATE)
+    link.create_system = 3
+    link.external_attr = 0o120777 << 16
+    archive.writestr(link, "../outside")
+    entry(archive, "link/inside.txt", "evil")
+    entry(archive, "ok.txt", "ok")
+
+
 def long_names(archive):
     entry(archive, "n" * 1023, "1023")
     entry(archive, "m" * 1024, "1024")
@@ -226,16 +236,29 @@ def raw_truncated():
     return body + directory + end(2, len(directory), len(body))
 
 
-def raw_many():
+def raw_many(count=70000):
     """70,000 entries in 100 folders, more than the plain end record can count."""
     body, directory, offset = [], [], 0
-    for i in range(70000):
+    for i in range(count):
         name = b"d%03d/f%06d.txt" % (i % 100, i)
         body.append(local(name, b"x"))
         directory.append(stored(name, offset, b"x"))
         offset += len(body[-1])
     directory = b"".join(directory)
-    return b"".join(body) + directory + end_zip64(70000, len(directory), offset)
+    return b"".join(body) + directory + end_zip64(count, len(directory), offset)
+
+
+def raw_hundred_thousand():
+    return raw_many(100000)
+
+
+def raw_cut():
+    """The last third of the directory and the end record are missing."""
+    body, directory = b"", b""
+    for name in (b"a.txt", b"b.txt", b"c.txt"):
+        directory += stored(name, len(body), b"data")
+        body += local(name, b"data")
+    return body + directory[:len(directory) * 2 // 3]
 
 
 def raw_no_entries():
