@@ -107,7 +107,7 @@
     </message>
     <message>
         <source>Remember me</source>
-        <translation>Angemeldet bleiben</translation>
+        <translation>Benutzernamen merken</translation>
     </message>
     <message>
         <source>Signing In</source>

@@ -107,7 +107,7 @@
     </message>
     <message>
         <source>Remember me</source>
-        <translation>サイン イン情報を保存</translation>
+        <translation>ユーザー名を保存</translation>
     </message>
     <message>
         <source>Signing In</source>

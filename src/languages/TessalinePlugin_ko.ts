@@ -107,7 +107,7 @@
     </message>
     <message>
         <source>Remember me</source>
-        <translation>로그인 정보 저장</translation>
+        <translation>사용자 이름 저장</translation>
     </message>
     <message>
         <source>Signing In</source>
