@@ -7,7 +7,9 @@
 #include <QFileInfo>
 #include <QSettings>
 
+#include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utime.h>
@@ -16,6 +18,33 @@ namespace {
 
 const char pathVariablesGroup[] = "Zemrik/Runtime/pathVariables";
 const off_t maxPlainRead = 256 * 1024 * 1024;
+
+// Reads what the system knows as a file with a size; all else is QFile's. Without QFile's buffer and
+// its questions about the kind of file, which catalogues of thousands of files feel.
+bool readPlainFile(const QString &path, QByteArray &bytes)
+{
+    const int handle =
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (handle < 0)
+        return false;
+    struct stat status;
+    const bool isPlain = fstat(handle, &status) == 0 && S_ISREG(status.st_mode)
+                         && status.st_size > 0 && status.st_size <= maxPlainRead;
+    int size = 0;
+    ssize_t count = isPlain ? 1 : 0;
+    if (isPlain)
+        bytes.resize(static_cast<int>(status.st_size));
+    while (count > 0 && size < bytes.size()) {
+        do {
+            count =
+                ::read(handle, bytes.data() + size, static_cast<std::size_t>(bytes.size() - size));
+        } while (count < 0 && errno == EINTR);
+        size += static_cast<int>(std::max<ssize_t>(count, 0));
+    }
+    bytes.truncate(size);
+    ::close(handle);
+    return isPlain;
+}
 
 QVariant applicationPathVariable(const QString &name)
 {
@@ -274,28 +303,13 @@ void FileUtility::dirEntryList(const QDir &dir, const QString &relativePath, QSt
 
 QByteArray FileUtility::readFile(const QString &path)
 {
+    QByteArray bytes;
+    if (path.startsWith(QLatin1Char('/')) && readPlainFile(path, bytes))
+        return bytes;
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+    if (!file.open(QIODevice::ReadOnly))
         return QByteArray();
-    struct stat status;
-    if (file.handle() < 0 || fstat(file.handle(), &status) != 0 || !S_ISREG(status.st_mode)
-        || status.st_size <= 0 || status.st_size > maxPlainRead)
-        return file.readAll();
-
-    // Past QFile, which asks three times what kind of file it is: catalogues read thousands.
-    QByteArray bytes(static_cast<int>(status.st_size), Qt::Uninitialized);
-    int size = 0;
-    while (size < bytes.size()) {
-        const ssize_t count = ::read(file.handle(), bytes.data() + size,
-                                     static_cast<std::size_t>(bytes.size() - size));
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            break;
-        size += static_cast<int>(count);
-    }
-    bytes.truncate(size);
-    return bytes;
+    return file.readAll();
 }
 
 bool FileUtility::writeFile(const QString &path, const QByteArray &data)
