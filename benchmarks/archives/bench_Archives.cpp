@@ -224,8 +224,8 @@ void addExtractions(RatioTable &table, const Applet &applet, const Scene &scene)
         double toKArchive;
         int repetitions;
     };
-    for (const Case &c : {Case{"extractAll of 10,000 small files", scene.small, 0.9, 1.0, 5},
-                          Case{"extractAll of one entry of 512 MiB", scene.big, 0.65, 1.1, 3}}) {
+    for (const Case &c : {Case{"extractAll of 10,000 small files", scene.small, 0.9, 1.0, 4},
+                          Case{"extractAll of one entry of 512 MiB", scene.big, 0.65, 1.1, 2}}) {
         const auto ours = scene.timed([&, c] { return applet.extract(c.archive, scene.output); });
         const std::string name(c.name);
         table
@@ -256,12 +256,14 @@ void addListings(RatioTable &table, const Applet &applet, const Scene &scene)
         .add("names of 10,000 entries, to opening by KArchive", names(scene.listing, manyFiles),
              processorTimeOf([&] { return openByKArchive(scene.listing, manyFiles); }))
         .limit(1.0)
-        .manualTime();
+        .manualTime()
+        .repetitions(3);
     table
         .add("names of 100,000 entries, to those of 10,000",
              names(scene.longListing, 10 * manyFiles), names(scene.listing, manyFiles))
         .limit(11)
-        .manualTime();
+        .manualTime()
+        .repetitions(3);
 }
 
 void addWriting(RatioTable &table, const Applet &applet, const Scene &scene,
@@ -283,7 +285,7 @@ void addWriting(RatioTable &table, const Applet &applet, const Scene &scene,
         .limit(0.85)
         .manualTime()
         .iterations(1)
-        .repetitions(5);
+        .repetitions(3);
 }
 
 // What is compared must be the same work.
