@@ -1,5 +1,5 @@
-#include <KZip>
 #include <cstdio>
+#include <KZip>
 
 // Extracts an archive as applications do it with KArchive: "kunzip ARCHIVE FOLDER". For
 // tests/archives/compare-hostile.

@@ -293,7 +293,8 @@ void Settings::componentComplete()
 void Settings::connectProperties()
 {
     const int slot = metaObject()->indexOfSlot("onPropertyChanged()");
-    for (const QMetaProperty &property : declaredProperties(this)) {
+    const QVector<QMetaProperty> properties = declaredProperties(this);
+    for (const QMetaProperty &property : properties) {
         if (!property.hasNotifySignal())
             continue;
         qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << property.propertyIndex() << property.name()
@@ -305,7 +306,8 @@ void Settings::connectProperties()
 void Settings::readProperties()
 {
     qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO;
-    for (const QMetaProperty &property : declaredProperties(this))
+    const QVector<QMetaProperty> properties = declaredProperties(this);
+    for (const QMetaProperty &property : properties)
         readProperty(property);
 }
 

@@ -34,7 +34,7 @@ void SettingsBase::synchronize()
 
 QVariant SettingsBase::value(const QString &key, const QVariant &defaultValue) const
 {
-    const QVariant stored = QSettings::value(key, defaultValue);
+    QVariant stored = QSettings::value(key, defaultValue);
     if (stored.isNull() || stored.toString().trimmed().isEmpty())
         return defaultValue;
     return stored;
@@ -53,7 +53,7 @@ QVariant SettingsBase::groupValue(const QString &group, const QString &key,
                                   const QVariant &defaultValue)
 {
     beginGroup(group);
-    const QVariant result = value(key, defaultValue);
+    QVariant result = value(key, defaultValue);
     endGroup();
     return result;
 }

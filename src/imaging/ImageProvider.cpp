@@ -28,7 +28,7 @@ QUrl ImageProvider::url(const QImage &image)
 QImage ImageProvider::requestImage(const QString &id, QSize *size, const QSize &requestedSize)
 {
     Q_UNUSED(requestedSize)
-    const QImage image = LiveImage::find(id.left(id.indexOf(QLatin1Char(':'))).toULongLong());
+    QImage image = LiveImage::find(id.leftRef(id.indexOf(QLatin1Char(':'))).toULongLong());
     if (image.isNull())
         qCWarning(FRAMEWORK_IMAGE) << Q_FUNC_INFO << "No live image:" << id;
     if (size)

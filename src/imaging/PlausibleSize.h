@@ -7,6 +7,6 @@
 // takes two bits for each block of 8 x 8 pixels; `freePixels` are believed whatever the bytes are.
 inline bool isPlausibleSize(const QSize &size, qint64 bytes, qint64 freePixels = 0)
 {
-    constexpr qint64 pixelsPerByte = 64 * 4;
+    constexpr qint64 pixelsPerByte = 64LL * 4;
     return qint64(size.width()) * size.height() <= qMax(freePixels, bytes * pixelsPerByte);
 }

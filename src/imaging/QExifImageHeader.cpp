@@ -183,14 +183,14 @@ QExifValue ExifReader::numbers(const ExifIfdHeader &header)
     const Items found = items(header);
     QVector<Number> numbers(found.count);
     for (int i = 0; i < found.count; ++i)
-        numbers[i] = number<Number>(found.data + i * int(sizeof(Number)));
+        numbers[i] = number<Number>(found.data + i * ptrdiff_t(sizeof(Number)));
     return numbers;
 }
 
 template <typename Number>
 QExifValue ExifReader::rationals(const ExifIfdHeader &header)
 {
-    constexpr int size = sizeof(Number);
+    constexpr ptrdiff_t size = sizeof(Number);
     const Items found = items(header);
     QVector<QPair<Number, Number>> pairs(found.count);
     for (int i = 0; i < found.count; ++i) {

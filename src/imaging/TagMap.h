@@ -105,7 +105,7 @@ void TagMap<Tag>::remove(Tag tag)
 template <typename Tag>
 QExifValue TagMap<Tag>::take(Tag tag)
 {
-    const QExifValue taken = value(tag);
+    QExifValue taken = value(tag);
     remove(tag);
     return taken;
 }

@@ -28,7 +28,7 @@ const QLatin1String unexpected("UNEXPECTED");
 const QLatin1String contentTypeKey("Content-Type");
 
 // How much of an answer may wait for its file. Without a bound a fast server fills the memory.
-const qint64 responseFileBuffer = 256 * 1024;
+const qint64 responseFileBuffer = 256LL * 1024;
 
 bool isMethod(const QString &method, const char *name)
 {

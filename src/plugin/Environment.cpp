@@ -66,7 +66,7 @@ QJSValue Environment::value(const QString &variable, const QJSValue &defaultValu
 
 QJSValue Environment::setValue(const QString &name, const QJSValue &value)
 {
-    const QJSValue former = isSet(name) ? this->value(name, QString()) : QJSValue();
+    QJSValue former = isSet(name) ? this->value(name, QString()) : QJSValue();
     const QByteArray variable = name.toUtf8();
     if (value.isUndefined() || value.isNull())
         qunsetenv(variable.constData());
@@ -80,7 +80,7 @@ QJSValue Environment::remove(const QString &name)
 {
     if (!isSet(name))
         return QJSValue();
-    const QJSValue former = value(name);
+    QJSValue former = value(name);
     qunsetenv(name.toUtf8().constData());
     return former;
 }

@@ -15,9 +15,9 @@ class TESSALINE_EXPORT JsonUtility
 public:
     JsonUtility() = delete;
 
-    static QByteArray toBytes(const QVariantMap &map);            // compact, UTF-8
+    static QByteArray toBytes(const QVariantMap &map); // compact, UTF-8
     static QString toString(const QVariantMap &map);
-    static QByteArray toFormattedBytes(const QVariantMap &map);   // indented, UTF-8
+    static QByteArray toFormattedBytes(const QVariantMap &map); // indented, UTF-8
     static QString toFormattedString(const QVariantMap &map);
 
     static bool writeFile(const QString &path, const QVariantMap &map);

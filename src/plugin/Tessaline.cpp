@@ -333,7 +333,7 @@ Tessaline::Tessaline(QObject *parent)
 QString Tessaline::userHomePath()
 {
     // A QDir that was never set says ".".
-    const QString known = m_home.path();
+    QString known = m_home.path();
     if (!known.isEmpty() && known != QLatin1String("."))
         return known;
     QString path;

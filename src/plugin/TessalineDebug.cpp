@@ -16,10 +16,10 @@ namespace Debug {
 
 void setAllEnabled(bool enabled)
 {
-    QLoggingCategory::setFilterRules(QStringLiteral("Zemrik.Tessaline.* = %1")
-                                         .arg(QLatin1String(enabled ? "true" : "false")));
+    QLoggingCategory::setFilterRules(
+        QStringLiteral("Zemrik.Tessaline.* = %1").arg(QLatin1String(enabled ? "true" : "false")));
 }
 
 void loadFilterRules() {}
 
-}
+} // namespace Debug

@@ -29,4 +29,4 @@ TESSALINE_EXPORT void setAllEnabled(bool enabled);
 // Does nothing; a public name that hosts may call. See DebugUtility::loadLoggingFilterRules.
 TESSALINE_EXPORT void loadFilterRules();
 
-}
+} // namespace Debug

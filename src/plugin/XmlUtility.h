@@ -19,12 +19,12 @@ public:
     struct Options
     {
         QString attributePrefix = QStringLiteral("@");
-        QString textProperty = QStringLiteral("#text");       // text beside other content
+        QString textProperty = QStringLiteral("#text"); // text beside other content
         QString commentProperty = QStringLiteral("#comment");
-        QString nodesProperty = QStringLiteral("#nodes");     // order of children; empty: none kept
+        QString nodesProperty = QStringLiteral("#nodes"); // order of children; empty: none kept
         QString indexFormat = QStringLiteral("[%1]");
-        bool rootProperty = false;         // keep the root's name as the top-level key
-        bool preserveNamespaces = false;   // keep the prefix of element names
+        bool rootProperty = false;       // keep the root's name as the top-level key
+        bool preserveNamespaces = false; // keep the prefix of element names
     };
 
     // Empty for text that doesn't parse or nests deeper than 1,000 elements.

@@ -41,7 +41,7 @@ QString PortalObject::url() const
 {
     if (isPortal())
         return textProperty(m_portal, "url");
-    const QString url = Endpoints::publicPortal();
+    QString url = Endpoints::publicPortal();
     qCWarning(FRAMEWORK_MANAGER) << Q_FUNC_INFO << "Using default url:" << url;
     return url;
 }

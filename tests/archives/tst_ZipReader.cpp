@@ -457,7 +457,7 @@ void tst_ZipReader::damagedEntryEmitsErrorAndTheNextOneComesOut()
     QCOMPARE(errors.count(), 1);
     QCOMPARE(errors.at(0).at(0).toString(), QString("bad.bin"));
     QCOMPARE(errors.at(0).at(1).toString(), output() + "/bad.bin");
-    QCOMPARE(int(result), -3);   // zlib's own code for damaged data
+    QCOMPARE(int(result), -3); // zlib's own code for damaged data
     QCOMPARE(log.count(QtCriticalMsg, category, "unzReadCurrentFile error:"), 1);
     QCOMPARE(log.count(QtCriticalMsg, category, "Buffer size: 4096"), 1);
     QCOMPARE(ArchiveMaker::read(output() + "/good.txt"), QByteArray("good"));

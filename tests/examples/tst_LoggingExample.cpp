@@ -136,8 +136,7 @@ void tst_LoggingExample::collectorGetsTheRecords()
     m_window->click("choice Collector");
     fill("collectorField", QString("127.0.0.1:%1").arg(collector.port()));
     m_window->click("startButton");
-    QTRY_COMPARE(m_window->text("state"),
-                 QString("Sending to 127.0.0.1:%1").arg(collector.port()));
+    QTRY_COMPARE(m_window->text("state"), QString("Sending to 127.0.0.1:%1").arg(collector.port()));
     QVERIFY(collector.take(16).count() >= 16);
     m_window->click("warningButton");
     const QByteArrayList records = collector.take(1);

@@ -213,13 +213,13 @@ void tst_NetworkRequestPeers::pythonReadsTheForm()
     NetworkRequest request;
     request.setResponseType("json");
     request.open("POST", m_python.url("/"));
-    request.send(QVariant(QVariantMap{
-        {"title", "aü日"},
-        {"number", 42},
-        {"picture", "@" + makeFile("picture.png", bytes) + ";filename=q.png"},
-        {"slice", "@" + makeFile("picture.png", bytes) + ";offset=123457;size=200000"},
-        {"lines", "@" + makeFile("lines.txt", lines) + ";type=text/x-lines"},
-        {"empty", "@" + makeFile("empty.zip", QByteArray())}}));
+    request.send(QVariant(
+        QVariantMap{{"title", "aü日"},
+                    {"number", 42},
+                    {"picture", "@" + makeFile("picture.png", bytes) + ";filename=q.png"},
+                    {"slice", "@" + makeFile("picture.png", bytes) + ";offset=123457;size=200000"},
+                    {"lines", "@" + makeFile("lines.txt", lines) + ";type=text/x-lines"},
+                    {"empty", "@" + makeFile("empty.zip", QByteArray())}}));
     QVERIFY(finish(request));
     QCOMPARE(request.errorText(), QString());
 

@@ -11,7 +11,7 @@ void setFolder(const char *variable, const QString &path)
     qputenv(variable, QFile::encodeName(path));
 }
 
-}
+} // namespace
 
 IsolatedHome::IsolatedHome()
 {

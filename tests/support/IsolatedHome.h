@@ -25,7 +25,8 @@ int runIsolatedTest(int argc, char **argv)
     IsolatedHome home;
     Application application(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Zemrik Tests"));
-    QCoreApplication::setApplicationName(QString::fromLatin1(TestClass::staticMetaObject.className()));
+    QCoreApplication::setApplicationName(
+        QString::fromLatin1(TestClass::staticMetaObject.className()));
     TestClass test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -34,9 +34,8 @@ int LogCapture::count(QtMsgType type, const char *category, const QString &words
 int LogCapture::count(QtMsgType type) const
 {
     const QList<Message> list = messages();
-    return static_cast<int>(std::count_if(list.begin(), list.end(), [&](const Message &message) {
-        return message.type == type;
-    }));
+    return static_cast<int>(std::count_if(
+        list.begin(), list.end(), [&](const Message &message) { return message.type == type; }));
 }
 
 QString LogCapture::dump() const
@@ -57,5 +56,5 @@ void LogCapture::clear()
 void LogCapture::handler(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     const std::lock_guard<std::mutex> lock(s_current->m_mutex);
-    s_current->m_messages.append({ type, context.category, text });
+    s_current->m_messages.append({type, context.category, text});
 }

@@ -9,7 +9,7 @@
 int main(int argc, char **argv)
 {
     IsolatedHome home;
-    QApplication application(argc, argv);   // Quick Controls 1 and its dialogs want widgets
+    QApplication application(argc, argv); // Quick Controls 1 and its dialogs want widgets
     QTEST_SET_MAIN_SOURCE_PATH
     QmlTestSetup setup;
     return quick_test_main_with_setup(argc, argv, "tessaline-qmltest", nullptr, &setup);

@@ -18,11 +18,11 @@
 
 namespace {
 
-const size_t LongestBody = 64 * 1024; // of one that is told; more is only counted
-const size_t LongestField = 4 * 1024;
+const size_t LongestBody = 64UL * 1024; // of one that is told; more is only counted
+const size_t LongestField = 4UL * 1024;
 const int MostParts = 1000;
 const qint64 MostBytes = 1LL << 40;
-const size_t PieceSize = 64 * 1024;
+const size_t PieceSize = 64UL * 1024;
 const int MostHops = 20;
 
 QString text(const std::string &bytes)

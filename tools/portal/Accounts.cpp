@@ -85,8 +85,8 @@ QVariantMap Accounts::user(const QString &name) const
 
 Accounts::Token Accounts::makeToken(const QString &user, qint64 lifeMilliseconds)
 {
-    const Token token{QString::fromLatin1(randomBytes().toHex()),
-                      QDateTime::currentDateTimeUtc().addMSecs(lifeMilliseconds)};
+    Token token{QString::fromLatin1(randomBytes().toHex()),
+                QDateTime::currentDateTimeUtc().addMSecs(lifeMilliseconds)};
     const std::lock_guard<std::mutex> lock(m_mutex);
     dropOldTokens();
     m_sessions.insert(hashed(token.text), Session{user, token.expires});

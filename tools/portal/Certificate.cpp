@@ -10,7 +10,7 @@
 namespace {
 
 const long Hour = 3600;
-const long Month = 30 * 24 * Hour;
+const long Month = 30L * 24 * Hour;
 
 // A serial number nobody has seen: a client that trusted an earlier certificate must not mix them
 // up.

@@ -19,7 +19,7 @@ const size_t SlowPieces = 20;
 
 QString stepOf(const QStringList &rest)
 {
-    const QString call = rest.join(QLatin1Char('/'));
+    QString call = rest.join(QLatin1Char('/'));
     if (call == QLatin1String("generateToken"))
         return QStringLiteral("token");
     if (call == QLatin1String("portals/self"))

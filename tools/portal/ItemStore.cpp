@@ -40,7 +40,8 @@ bool ItemStore::load(const QString &folder, QString &error)
         error = m_packages.errorString();
         return false;
     }
-    for (const QString &id : root.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name)) {
+    const QStringList ids = root.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString &id : ids) {
         if (!addItem(id, root.filePath(id), error))
             return false;
     }

@@ -23,7 +23,7 @@
 
 namespace {
 
-const size_t MaximumRequestBody = 1024 * 1024;
+const size_t MaximumRequestBody = 1024UL * 1024;
 const double MinutesByDefault = 60;
 const double MaximumMinutes = 30000;
 const int MaximumPage = 100;

@@ -107,7 +107,7 @@ private:
         const int end = m_text.indexOf(QLatin1Char('"'), m_pos + 1);
         if (end < 0)
             m_error = QStringLiteral("A quote isn't closed");
-        const QString value = m_text.mid(m_pos + 1, end < 0 ? -1 : end - m_pos - 1);
+        QString value = m_text.mid(m_pos + 1, end < 0 ? -1 : end - m_pos - 1);
         m_pos = end < 0 ? m_text.size() : end + 1;
         return value;
     }
@@ -239,7 +239,8 @@ bool holdsInARow(const QStringList &text, const QStringList &words)
 bool fieldMatches(const QVariant &value, const Node &term)
 {
     if (value.type() == QVariant::List || value.type() == QVariant::StringList) {
-        for (const QVariant &element : value.toList()) {
+        const QVariantList elements = value.toList();
+        for (const QVariant &element : elements) {
             if (fieldMatches(element, term))
                 return true;
         }

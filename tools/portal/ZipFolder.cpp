@@ -24,7 +24,7 @@ zip_fileinfo entryInfo(const QDateTime &time)
 bool copyContent(zipFile archive, QFile &file)
 {
     while (!file.atEnd()) {
-        const QByteArray block = file.read(256 * 1024);
+        const QByteArray block = file.read(256LL * 1024);
         if (block.isEmpty()
             || zipWriteInFileInZip(archive, block.constData(), static_cast<unsigned>(block.size()))
                    != ZIP_OK)

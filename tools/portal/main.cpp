@@ -146,7 +146,8 @@ bool readFailures(const QCommandLineParser &parser, Failures &failures,
                   PortalServer::Settings &settings, QString &error)
 {
     settings.failures = &failures;
-    for (const QString &rule : parser.values(QStringLiteral("fail"))) {
+    const QStringList rules = parser.values(QStringLiteral("fail"));
+    for (const QString &rule : rules) {
         if (!failures.add(rule)) {
             error = QStringLiteral("--fail doesn't know \"%1\"").arg(rule);
             return false;
