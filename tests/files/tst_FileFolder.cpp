@@ -533,7 +533,7 @@ void tst_FileFolder::copyToAFullDiskFails()
     write("source/a", QByteArray(bytes, 'a'));
     SmallDisk disk(128);
     if (!disk.isMounted())
-        QSKIP(qPrintable(disk.reason()));
+        QSKIP(qPrintable("No full disk without a mount of its own: " + disk.reason()));
     QVERIFY(QDir(disk.path()).mkpath("target"));
     QVERIFY(disk.fillUpTo(room));
 
@@ -550,7 +550,7 @@ void tst_FileFolder::writesToAFullDiskFail()
 {
     SmallDisk disk(64);
     if (!disk.isMounted())
-        QSKIP(qPrintable(disk.reason()));
+        QSKIP(qPrintable("No full disk without a mount of its own: " + disk.reason()));
     QVERIFY(disk.fillUpTo(0));
     FileFolder folder(disk.path());
 

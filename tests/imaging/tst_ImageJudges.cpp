@@ -93,15 +93,14 @@ Difference difference(const QImage &first, const QImage &second)
 
 void tst_ImageJudges::initTestCase()
 {
-    if (QStandardPaths::findExecutable("convert").isEmpty())
-        QSKIP("ImageMagick is not installed");
+    QVERIFY2(!QStandardPaths::findExecutable("convert").isEmpty(),
+             "scripts/setup test installs ImageMagick");
     // The system's own first: it is the one that has the system's modules.
     for (const char *python : {"/usr/bin/python3", "python3"}) {
         if (m_python.isEmpty() && run(python, {"-c", "import PIL"}))
             m_python = python;
     }
-    if (m_python.isEmpty())
-        QSKIP("Pillow is not installed");
+    QVERIFY2(!m_python.isEmpty(), "scripts/setup test installs Pillow");
     QVERIFY(picture().save(path("opaque.png")));
     QVERIFY(picture(true).save(path("alpha.png")));
 }

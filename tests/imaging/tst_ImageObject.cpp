@@ -847,7 +847,7 @@ void tst_ImageObject::saveToAFullDiskFails()
 {
     SmallDisk disk(64);
     if (!disk.isMounted())
-        QSKIP(qPrintable(disk.reason()));
+        QSKIP(qPrintable("No full disk without a mount of its own: " + disk.reason()));
     const ImageObject object(pattern(64, 64));
     QVERIFY(object.save(disk.filePath("room.png")));
     QVERIFY(disk.fillUpTo(1));

@@ -1274,7 +1274,7 @@ void tst_QExifImageHeader::fullDiskIsNoticed()
 {
     SmallDisk disk(64);
     if (!disk.isMounted())
-        QSKIP(qPrintable(disk.reason()));
+        QSKIP(qPrintable("No full disk without a mount of its own: " + disk.reason()));
     for (const int valueSize : {100, 40000}) { // written at the end only, and on the way
         QFile file(disk.filePath("picture.jpg"));
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));

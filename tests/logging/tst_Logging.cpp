@@ -1068,7 +1068,7 @@ void tst_Logging::diskThatFillsAndEmpties()
 {
     SmallDisk disk(64);
     if (!disk.isMounted())
-        QSKIP(qPrintable(disk.reason()));
+        QSKIP(qPrintable("No full disk without a mount of its own: " + disk.reason()));
     const QUrl location = QUrl::fromLocalFile(disk.filePath("test.log"));
     LogCapture before;
     m_logging->setOutputLocation(location);

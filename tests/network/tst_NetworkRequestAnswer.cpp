@@ -547,7 +547,7 @@ void tst_NetworkRequestAnswer::fullDiskFailsTheTransfer()
     QFETCH(int, size);
     SmallDisk disk(64);
     if (!disk.isMounted())
-        QSKIP(qPrintable(disk.reason()));
+        QSKIP(qPrintable("No full disk without a mount of its own: " + disk.reason()));
     QVERIFY(disk.fillUpTo(4));
     HttpServer server;
     NetworkRequest request;

@@ -218,7 +218,7 @@ void tst_StorageInfo::refreshTakesSizesAnewWithoutPathChanged()
 {
     const SmallDisk disk(1024);
     if (!disk.isMounted())
-        QSKIP(qPrintable(disk.reason()));
+        QSKIP(qPrintable("No full disk without a mount of its own: " + disk.reason()));
     StorageInfo info(disk.path());
     QCOMPARE(info.path(), disk.path());
     QCOMPARE(info.fileSystemType(), QString("tmpfs"));
@@ -286,7 +286,7 @@ void tst_StorageInfo::mountedVolumesIsReadAnew()
     const int before = kept.count(&kept);
     const SmallDisk disk(64);
     if (!disk.isMounted())
-        QSKIP(qPrintable(disk.reason()));
+        QSKIP(qPrintable("No full disk without a mount of its own: " + disk.reason()));
     QCOMPARE(kept.count(&kept), before);
 
     StorageInfo another;
