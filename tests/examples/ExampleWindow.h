@@ -61,6 +61,31 @@ public:
     }
     QImage picture() { return m_view->grabWindow(); }
 
+    // For pages that flow into columns: their rows of data, and the test.
+    static void addColumnRows()
+    {
+        QTest::addColumn<int>("width");
+        QTest::addColumn<int>("columns");
+        QTest::newRow("phone") << 360 << 1;
+        QTest::newRow("tablet") << 800 << 2;
+        QTest::newRow("desktop") << 1280 << 3;
+    }
+    void testColumns()
+    {
+        QFETCH(int, width);
+        QFETCH(int, columns);
+        const QObject *root = m_view->rootObject();
+        const qreal unit = root->property("unit").toReal();
+        resize(qRound(width * unit), qRound(640 * unit));
+        QTRY_COMPARE(root->property("columnCount").toInt(), columns);
+    }
+    static void addSizeRows()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("360x640") << QSize(360, 640);
+        QTest::newRow("1280x800") << QSize(1280, 800);
+    }
+
     // How many different colours the picture has: one of an empty or black window has few.
     static int colorCount(const QImage &picture)
     {

@@ -151,26 +151,17 @@ void tst_ControlsExample::theButtonGlows()
 
 void tst_ControlsExample::flowsIntoColumns_data()
 {
-    QTest::addColumn<int>("width");
-    QTest::addColumn<int>("columns");
-    QTest::newRow("phone") << 360 << 1;
-    QTest::newRow("tablet") << 800 << 2;
-    QTest::newRow("desktop") << 1280 << 3;
+    ExampleWindow::addColumnRows();
 }
 
 void tst_ControlsExample::flowsIntoColumns()
 {
-    QFETCH(int, width);
-    QFETCH(int, columns);
-    m_window->resize(qRound(width * unit()), qRound(640 * unit()));
-    QTRY_COMPARE(m_window->view()->rootObject()->property("columnCount").toInt(), columns);
+    m_window->testColumns();
 }
 
 void tst_ControlsExample::looksLikeAPage_data()
 {
-    QTest::addColumn<QSize>("size");
-    QTest::newRow("360x640") << QSize(360, 640);
-    QTest::newRow("1280x800") << QSize(1280, 800);
+    ExampleWindow::addSizeRows();
 }
 
 void tst_ControlsExample::looksLikeAPage()

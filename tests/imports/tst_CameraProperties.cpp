@@ -145,11 +145,7 @@ void tst_CameraProperties::init()
 
 void tst_CameraProperties::cleanup()
 {
-    m_stage->close();
-    const bool silent = m_stage->isSilent();
-    const QByteArray log = m_stage->log();
-    m_stage->endLog();
-    QVERIFY2(silent, log.constData());
+    m_stage->endTest();
 }
 
 void tst_CameraProperties::cleanupTestCase()

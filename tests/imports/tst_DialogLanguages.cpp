@@ -74,11 +74,7 @@ void tst_DialogLanguages::init()
 
 void tst_DialogLanguages::cleanup()
 {
-    m_stage->close();
-    const bool silent = m_stage->isSilent();
-    const QByteArray log = m_stage->log();
-    m_stage->endLog();
-    QVERIFY2(silent, log.constData());
+    m_stage->endTest();
 }
 
 // Keeps the texts that can be seen now: the window's title, and what the dialog's document shows.
