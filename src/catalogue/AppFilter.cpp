@@ -193,7 +193,8 @@ bool AppFilter::matches(AppInfo *app) const
            && !(m_updateAvailable && !app->isUpdateAvailable())
            && !(m_updatedLocally && !app->isUpdatedLocally())
            && !(m_onlineOnly && (!app->isPublished() || app->isLocal())) && matchesTypes(app)
-           && matchesList(app->owner(), m_owners) && matchesList(app->access(), m_access)
+           && (m_owners.isEmpty() || matchesList(app->owner(), m_owners))
+           && (m_access.isEmpty() || matchesList(app->access(), m_access))
            && (m_text.isEmpty() || matchesText(app)) && matchesTags(app);
 }
 

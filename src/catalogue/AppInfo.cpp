@@ -5,8 +5,12 @@
 #include "plugin/JsonUtility.h"
 #include "plugin/TessalineDebug.h"
 
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QJSValue>
+
+#include <algorithm>
+#include <optional>
 
 /*!
     \qmltype AppInfo
@@ -322,6 +326,13 @@ const char defaultMainFile[] = "main.qml";
 const char authorToolSuffix[] = ".user";
 const char itemInfoPrefix[] = "itemInfo/";
 
+// As QDir::filePath() gives it, but a QDir takes longer to make than a small file to read.
+QString filePath(const QString &folder, const char *name)
+{
+    const QString separator = folder.endsWith(QLatin1Char('/')) ? QString() : QStringLiteral("/");
+    return (folder.isEmpty() ? QStringLiteral(".") : folder) + separator + QLatin1String(name);
+}
+
 bool isItemInfoKey(const QString &key)
 {
     return key.startsWith(QLatin1String(itemInfoPrefix));
@@ -342,9 +353,9 @@ bool isWritable(const QString &path)
     return QFileInfo(path).isWritable();
 }
 
-QDateTime dateOf(const QVariantMap &itemInfo, const char *key)
+QDateTime dateOf(const QVariant &milliseconds)
 {
-    return QDateTime::fromMSecsSinceEpoch(itemInfo.value(QLatin1String(key)).toLongLong());
+    return QDateTime::fromMSecsSinceEpoch(milliseconds.toLongLong());
 }
 
 // JSON knows neither script values nor dates.
@@ -401,15 +412,14 @@ AppInfo::AppInfo(const QVariantMap &itemInfo, QObject *parent)
 
 bool AppInfo::isValid() const
 {
-    return !m_path.isEmpty() && m_dir.exists() && m_dir.exists(QLatin1String(appInfoFileName))
-           && m_dir.exists(QLatin1String(itemInfoFileName));
+    return !m_path.isEmpty() && dir().exists() && QFileInfo::exists(appInfoPath())
+           && QFileInfo::exists(itemInfoPath());
 }
 
 bool AppInfo::isEditable() const
 {
     return isValid() && QFileInfo(m_path).isNativePath() && isWritable(m_path)
-           && isWritable(m_dir.filePath(QLatin1String(appInfoFileName)))
-           && isWritable(itemInfoPath());
+           && isWritable(appInfoPath()) && isWritable(itemInfoPath());
 }
 
 void AppInfo::setPath(const QString &path)
@@ -421,9 +431,9 @@ void AppInfo::setPath(const QString &path)
     setStatus(&AppInfo::m_isUpdatedLocally, false);
 
     readFrom(resolved);
-    readAppInfo();
+    const bool hasAppInfoFile = readAppInfo();
     readLocalInfo();
-    m_isLocal = exists(m_path);
+    m_isLocal = hasAppInfoFile || exists(m_path);
 
     emit statusChanged();
     emit pathChanged();
@@ -444,20 +454,18 @@ void AppInfo::readFrom(const QString &resolved)
     const QFileInfo info(resolved);
     if (info.isDir()) {
         m_path = resolved;
-        m_dir = QDir(resolved);
         m_thumbnailPath.clear();
         readItemInfo(itemInfoPath());
         return;
     }
 
-    m_dir = info.dir();
-    m_path = m_dir.path();
+    m_path = info.dir().path();
     if (!hasSuffix(info, QLatin1String("json"))) {
         readItemInfo(itemInfoPath());
         return;
     }
     readItemInfo(resolved);
-    m_thumbnailPath = m_dir.filePath(info.baseName() + QLatin1String(".png"));
+    m_thumbnailPath = info.dir().filePath(info.baseName() + QLatin1String(".png"));
     setStatus(&AppInfo::m_publishedFlag, true);
 }
 
@@ -500,7 +508,7 @@ QString AppInfo::helpFile() const
 
 QString AppInfo::helpPath() const
 {
-    return m_dir.filePath(helpFile());
+    return dir().filePath(helpFile());
 }
 
 QString AppInfo::projectFile() const
@@ -587,12 +595,12 @@ AppInfo::AppType AppInfo::type() const
                 break;
         }
     }
-    return AppType(EnumUtility::enumValue(this, "AppType", type, Unknown));
+    return AppType(EnumUtility::enumValue(QMetaEnum::fromType<AppType>(), type, Unknown));
 }
 
 QString AppInfo::typeString() const
 {
-    return QString::fromLatin1(EnumUtility::enumValueName(this, "AppType", type()));
+    return QString::fromLatin1(EnumUtility::enumValueName(QMetaEnum::fromType<AppType>(), type()));
 }
 
 QString AppInfo::itemId() const
@@ -661,27 +669,24 @@ QUrl AppInfo::thumbnail() const
 
 QDateTime AppInfo::created() const
 {
-    return dateOf(m_itemInfo, "created");
+    return dateOf(itemInfoValue(QStringLiteral("created")));
 }
 
 QDateTime AppInfo::modified() const
 {
-    return m_isLocal ? newestFileTime() : dateOf(m_itemInfo, "modified");
+    return m_isLocal ? newestFileTime() : dateOf(itemInfoValue(QStringLiteral("modified")));
 }
 
 QDateTime AppInfo::newestFileTime() const
 {
-    QDateTime newest;
-    const QFileInfoList files =
-        m_dir.entryInfoList(QDir::Files | QDir::NoDotAndDotDot, QDir::Unsorted);
-    for (const QFileInfo &file : files) {
-        if (file.fileName().endsWith(QLatin1String(authorToolSuffix), Qt::CaseInsensitive))
-            continue;
-        const QDateTime time = file.lastModified();
-        if (newest.isNull() || newest < time)
-            newest = time;
+    std::optional<qint64> newest;
+    QDirIterator files(dir().path(), QDir::Files | QDir::NoDotAndDotDot);
+    while (files.hasNext()) {
+        const QString path = files.next();
+        if (!path.endsWith(QLatin1String(authorToolSuffix), Qt::CaseInsensitive))
+            newest = std::max(newest, FileUtility::lastModified(path));
     }
-    return newest;
+    return newest ? QDateTime::fromMSecsSinceEpoch(*newest) : QDateTime();
 }
 
 QString AppInfo::owner() const
@@ -865,22 +870,22 @@ bool AppInfo::setInfoValue(QVariantMap &map, const QString &key, const QVariant 
 
 QVariant AppInfo::appInfoValue(const QString &key, const QVariant &defaultValue) const
 {
-    return infoValue(m_appInfo, key, defaultValue);
+    return m_appInfo.value(key, defaultValue);
 }
 
 QVariant AppInfo::itemInfoValue(const QString &key, const QVariant &defaultValue) const
 {
-    return infoValue(m_itemInfo, key, defaultValue);
+    return m_itemInfo.value(key, defaultValue);
 }
 
 QVariant AppInfo::localInfo(const QString &key, const QVariant &defaultValue) const
 {
-    return infoValue(m_localInfo, key, defaultValue);
+    return m_localInfo.value(key, defaultValue);
 }
 
 bool AppInfo::setAppInfoValue(const QString &key, const QVariant &value, bool onlyIfAbsent)
 {
-    return setInfoValue(m_appInfo, key, value, onlyIfAbsent);
+    return setInfoValue(m_appInfo.map(), key, value, onlyIfAbsent);
 }
 
 bool AppInfo::setItemInfoValue(const QString &key, const QVariant &value, bool onlyIfAbsent)
@@ -892,7 +897,7 @@ bool AppInfo::setItemInfoValue(const QString &key, const QVariant &value, bool o
         {QStringLiteral("snippet"), &AppInfo::snippetChanged},
         {QStringLiteral("description"), &AppInfo::descriptionChanged}};
 
-    if (!setInfoValue(m_itemInfo, key, value, onlyIfAbsent))
+    if (!setInfoValue(m_itemInfo.map(), key, value, onlyIfAbsent))
         return false;
     if (const auto keyChanged = signalsByKey.value(key))
         emit(this->*keyChanged)();
@@ -902,7 +907,7 @@ bool AppInfo::setItemInfoValue(const QString &key, const QVariant &value, bool o
 
 bool AppInfo::setLocalInfo(const QString &key, const QVariant &value, bool onlyIfAbsent)
 {
-    return insertValue(m_localInfo, key, value, onlyIfAbsent);
+    return insertValue(m_localInfo.map(), key, value, onlyIfAbsent);
 }
 
 void AppInfo::clear()
@@ -912,25 +917,31 @@ void AppInfo::clear()
 
 void AppInfo::clearAppInfo()
 {
-    m_appInfo.clear();
+    m_appInfo = {};
 }
 
 // Type and main file are completed, so that a later write stores both.
-void AppInfo::readAppInfo()
+bool AppInfo::readAppInfo()
 {
-    m_appInfo = JsonUtility::readFile(m_dir.filePath(QLatin1String(appInfoFileName)));
-    setAppInfoValue(QStringLiteral("type"), typeString(), true);
-    setAppInfoValue(QStringLiteral("mainFile"), QString::fromLatin1(defaultMainFile), true);
+    m_appInfo = InfoMap::read(appInfoPath());
+    const bool wasRead = !m_appInfo.isEmpty();
+    const QString type = QStringLiteral("type");
+    if (!m_appInfo.contains(type))
+        setAppInfoValue(type, typeString(), false);
+    const QString mainFile = QStringLiteral("mainFile");
+    if (!m_appInfo.contains(mainFile))
+        setAppInfoValue(mainFile, QString::fromLatin1(defaultMainFile), false);
+    return wasRead;
 }
 
 void AppInfo::readItemInfo(const QString &path)
 {
-    m_itemInfo = JsonUtility::readFile(path);
+    m_itemInfo = InfoMap::read(path);
 }
 
 void AppInfo::readLocalInfo()
 {
-    m_localInfo = JsonUtility::readFile(localInfoPath());
+    m_localInfo = InfoMap::read(localInfoPath());
 }
 
 bool AppInfo::writeAppInfo()
@@ -939,7 +950,7 @@ bool AppInfo::writeAppInfo()
         qCCritical(FRAMEWORK_CORE) << Q_FUNC_INFO << "Not a local app" << m_path;
         return false;
     }
-    return JsonUtility::writeFile(m_dir.filePath(QLatin1String(appInfoFileName)), m_appInfo);
+    return JsonUtility::writeFile(appInfoPath(), json());
 }
 
 bool AppInfo::writeItemInfo(const QString &path, bool updateModified)
@@ -949,33 +960,38 @@ bool AppInfo::writeItemInfo(const QString &path, bool updateModified)
     // Without a folder the file would land wherever the process happens to stand.
     if (path.isEmpty() && m_path.isEmpty())
         return false;
-    return JsonUtility::writeFile(path.isEmpty() ? itemInfoPath() : path, m_itemInfo);
+    return JsonUtility::writeFile(path.isEmpty() ? itemInfoPath() : path, itemInfo());
 }
 
 bool AppInfo::writeLocalInfo()
 {
-    if (m_path.isEmpty() || !JsonUtility::writeFile(localInfoPath(), m_localInfo))
+    if (m_path.isEmpty() || !JsonUtility::writeFile(localInfoPath(), m_localInfo.map()))
         return false;
     FileUtility::setHidden(localInfoPath(), true);
     return true;
 }
 
+QString AppInfo::appInfoPath() const
+{
+    return filePath(m_path, appInfoFileName);
+}
+
 QString AppInfo::itemInfoPath() const
 {
-    return m_dir.filePath(QLatin1String(itemInfoFileName));
+    return filePath(m_path, itemInfoFileName);
 }
 
 QString AppInfo::localInfoPath() const
 {
-    return m_dir.filePath(QLatin1String(localInfoFileName));
+    return filePath(m_path, localInfoFileName);
 }
 
 QUrl AppInfo::contentUrl(const QString &file) const
 {
     if (file.isEmpty())
         return QUrl();
-    const QString full = m_dir.filePath(file);
-    if (QFileInfo(m_dir.path()).isNativePath())
+    const QString full = dir().filePath(file);
+    if (QFileInfo(dir().path()).isNativePath())
         return QUrl::fromLocalFile(full);
     return QUrl(QLatin1String("qrc") + full);
 }
@@ -1001,7 +1017,7 @@ bool AppInfo::statusUpdate(const QVariantMap &cacheEntry)
         return true;
     }
 
-    const QDateTime portalDate = dateOf(cacheEntry, "modified");
+    const QDateTime portalDate = dateOf(cacheEntry.value(QStringLiteral("modified")));
     const QDateTime localDate = modified();
     setStatus(&AppInfo::m_publishedFlag, true);
     setStatus(&AppInfo::m_isUpdateAvailable, localDate < portalDate);
@@ -1011,8 +1027,7 @@ bool AppInfo::statusUpdate(const QVariantMap &cacheEntry)
 
 QString AppInfo::thumbnailPath() const
 {
-    return m_thumbnailPath.isEmpty() ? m_dir.filePath(QLatin1String(thumbnailFileName))
-                                     : m_thumbnailPath;
+    return m_thumbnailPath.isEmpty() ? filePath(m_path, thumbnailFileName) : m_thumbnailPath;
 }
 
 void AppInfo::setThumbnailPath(const QString &path)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "catalogue/InfoMap.h"
 #include "plugin/TessalineGlobal.h"
 #include "plugin/TessalineObject.h"
 
@@ -95,9 +96,9 @@ public:
     QString helpPath() const;
     QString projectFile() const;
 
-    QVariantMap json() const { return m_appInfo; }
+    QVariantMap json() const { return m_appInfo.map(); }
     QVariantMap properties() const;
-    QVariantMap itemInfo() const { return m_itemInfo; }
+    QVariantMap itemInfo() const { return m_itemInfo.map(); }
     void setItemInfo(const QVariantMap &itemInfo);
 
     // 1.0.1 if the app declares no version.
@@ -185,8 +186,9 @@ public:
 
     void clear();
     void clearAppInfo();
-    // These three replace what was known and emit nothing.
-    void readAppInfo();
+    // These three replace what was known and emit nothing. readAppInfo() tells whether the file
+    // was there and said something.
+    bool readAppInfo();
     void readItemInfo(const QString &path);
     void readLocalInfo();
     // False and a critical log line for an app that isn't local.
@@ -197,7 +199,7 @@ public:
     // False for an app without a folder.
     bool writeLocalInfo();
 
-    QDir dir() const { return m_dir; }
+    QDir dir() const { return QDir(m_path); }
     QString localInfoPath() const;
     // A URL for a file relative to the app's folder; empty for an empty name.
     QUrl contentUrl(const QString &file) const;
@@ -211,9 +213,6 @@ public:
     QString thumbnailPath() const;
     void setThumbnailPath(const QString &path);
     void setThumbnailPath(const QUrl &url);
-    // Makes this the catalogue's entry that stands for no app: neither local nor published, with
-    // the picture at the thumbnail path.
-    void makeNullEntry();
     // Makes this a catalogue's entry for no app at all: neither local nor published, and its
     // thumbnail is the one set from outside.
     void setNullEntry();
@@ -247,6 +246,7 @@ private:
     QString appText(const char *key) const;
     QString itemText(const char *key) const;
     bool setItemText(const char *key, const QString &text);
+    QString appInfoPath() const;
     QString itemInfoPath() const;
     QVariantMap versionMap() const;
     int versionPart(const char *name, int defaultValue) const;
@@ -254,10 +254,9 @@ private:
     QDateTime newestFileTime() const;
 
     QString m_path;
-    QDir m_dir;
-    QVariantMap m_appInfo;
-    QVariantMap m_itemInfo;
-    QVariantMap m_localInfo;
+    InfoMap m_appInfo;
+    InfoMap m_itemInfo;
+    InfoMap m_localInfo;
     QString m_thumbnailPath;
     bool m_isLocal = false;
     bool m_publishedFlag = false; // isPublished goes by the item id; this one only moves signals

@@ -6,6 +6,7 @@
 #include "plugin/TessalineDebug.h"
 
 #include <QDateTime>
+#include <QDirIterator>
 #include <QQmlEngine>
 #include <QScopedValueRollback>
 #include <QSettings>
@@ -245,6 +246,19 @@ QString defaultSearchQuery()
         "(tags:\"app\" AND tags:\"qml\" AND type:\"Code Sample\"))");
 }
 
+// By name. QDir::entryList() would gather and sort a QFileInfo of each.
+QStringList folderNames(const QDir &dir)
+{
+    QStringList names;
+    QDirIterator entries(dir.path(), QDir::Dirs | QDir::NoDotAndDotDot);
+    while (entries.hasNext()) {
+        entries.next();
+        names.append(entries.fileName());
+    }
+    names.sort();
+    return names;
+}
+
 void sortIgnoringCase(QStringList &list)
 {
     list.sort(Qt::CaseInsensitive);
@@ -457,15 +471,14 @@ void AppInfoList::addNullEntry()
 void AppInfoList::addApplets(const QString &path)
 {
     const QDir dir(path);
-    const QStringList names = dir.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    const QStringList names = folderNames(dir);
     for (const QString &name : names) {
         if (m_filter.hidden()
             && (name.startsWith(QLatin1Char('.')) || name.startsWith(QLatin1Char('_'))))
             continue;
-        const QString folder = dir.filePath(name);
-        if (!AppInfo::exists(folder))
-            continue;
-        auto app = std::make_unique<AppInfo>(folder, nullptr);
+        auto app = std::make_unique<AppInfo>(dir.filePath(name), nullptr);
+        if (!app->isLocal())
+            continue; // no appinfo.json
         if (!m_filter.matchesTypes(app.get()))
             continue;
         if (!m_filter.owner().isEmpty() && m_filter.owner() != app->owner())
@@ -551,11 +564,20 @@ const QHash<QString, AppInfo *> &AppInfoList::appsById()
     return m_appsById;
 }
 
+void AppInfoList::forgetIndex()
+{
+    m_appsById.clear();
+    m_foundApps.clear();
+    m_soughtItems = 0;
+}
+
 void AppInfoList::clearPortalItems()
 {
     m_portalItems.clear();
     m_portalItemIds.clear();
     m_addressedItems = 0;
+    m_foundApps.clear();
+    m_soughtItems = 0;
 }
 
 AppInfo *AppInfoList::findById(const QString &id)
@@ -668,29 +690,34 @@ void AppInfoList::processResponse(const QVariantMap &map)
     appListChanged();
 }
 
-// All items again at each page. Their addresses change with the token only.
+// All items again at each page: each app that is one of them is told. Their addresses change with the
+// token only, and their apps with the list.
 void AppInfoList::processSearchResults()
 {
     const QHash<QString, AppInfo *> &byId = appsById();
+    for (; m_soughtItems < m_portalItemIds.size(); ++m_soughtItems) {
+        if (AppInfo *app = byId.value(m_portalItemIds.at(m_soughtItems)))
+            m_foundApps.append(app);
+    }
+    addressItems();
+    const QList<AppInfo *> shown = m_foundApps; // a handler may sign out, which drops the items
+    for (AppInfo *app : shown)
+        emit app->thumbnailChanged();
+}
+
+void AppInfoList::addressItems()
+{
     const QString itemsUrl = m_portalObject.restUrl() + QLatin1String("/content/items/");
     const QString token = m_portalObject.token();
     const QString base = itemsUrl + QLatin1Char(' ') + token;
     if (m_addressBase != base || FRAMEWORK_MANAGER().isDebugEnabled())
         m_addressedItems = 0; // each item's log line, too
     m_addressBase = base;
-    QList<AppInfo *> shown; // told at the end: a handler may sign out, which drops the items
-    for (int i = 0; i < m_portalItems.size(); ++i) {
-        const QString &id = m_portalItemIds.at(i);
-        if (i >= m_addressedItems) {
-            QVariantMap &item = m_portalItems[i];
-            item.insert(QStringLiteral("thumbnailUrl"), thumbnailUrl(item, id, itemsUrl, token));
-        }
-        if (AppInfo *app = byId.value(id))
-            shown.append(app);
+    for (; m_addressedItems < m_portalItems.size(); ++m_addressedItems) {
+        QVariantMap &item = m_portalItems[m_addressedItems];
+        const QString &id = m_portalItemIds.at(m_addressedItems);
+        item.insert(QStringLiteral("thumbnailUrl"), thumbnailUrl(item, id, itemsUrl, token));
     }
-    m_addressedItems = m_portalItems.size();
-    for (AppInfo *app : qAsConst(shown))
-        emit app->thumbnailChanged();
 }
 
 QUrl AppInfoList::thumbnailUrl(const QVariantMap &item, const QString &id, const QString &itemsUrl,

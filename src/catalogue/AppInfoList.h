@@ -184,12 +184,13 @@ private:
     template <typename Key, typename KeyOf>
     void sortBy(KeyOf keyOf);
     const QHash<QString, AppInfo *> &appsById();
-    void forgetIndex() { m_appsById.clear(); }
+    void forgetIndex();
     void clearPortalItems();
     void searchPortal();
     void startSearch(int start);
     void processResponse(const QVariantMap &map);
     void processSearchResults();
+    void addressItems();
     static QUrl thumbnailUrl(const QVariantMap &item, const QString &id, const QString &itemsUrl,
                              const QString &token);
     static int appCount(QQmlListProperty<AppInfo> *property);
@@ -236,6 +237,8 @@ private:
     QString m_addressBase;                // what their thumbnails' addresses were made from
     int m_addressedItems = 0;             // how many of them have such an address
     QHash<QString, AppInfo *> m_appsById; // the first app of each id; empty: to be made
+    QList<AppInfo *> m_foundApps;         // those of the search's items, by that index
+    int m_soughtItems = 0;                // how many items these are of
     bool m_signinRequired = true;
     bool m_autoRefresh = true;
     QString m_nullTitle;

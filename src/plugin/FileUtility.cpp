@@ -19,31 +19,26 @@ namespace {
 const char pathVariablesGroup[] = "Zemrik/Runtime/pathVariables";
 const off_t maxPlainRead = 256 * 1024 * 1024;
 
-// Reads what the system knows as a file with a size; all else is QFile's. Without QFile's buffer and
-// its questions about the kind of file, which catalogues of thousands of files feel.
-bool readPlainFile(const QString &path, QByteArray &bytes)
+// Reads what has a size and can be read at any place. Without QFile's buffer and its questions about
+// the kind of file, which catalogues of thousands of files feel.
+bool readPlainFile(int handle, QByteArray &bytes)
 {
-    const int handle =
-        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (handle < 0)
+    const off_t end =
+        lseek(handle, 0, SEEK_END); // cheaper than fstat; -1 for a pipe, 0 for a device
+    if (end <= 0 || end > maxPlainRead)
         return false;
-    struct stat status;
-    const bool isPlain = fstat(handle, &status) == 0 && S_ISREG(status.st_mode)
-                         && status.st_size > 0 && status.st_size <= maxPlainRead;
+    bytes.resize(static_cast<int>(end));
     int size = 0;
-    ssize_t count = isPlain ? 1 : 0;
-    if (isPlain)
-        bytes.resize(static_cast<int>(status.st_size));
+    ssize_t count = 1;
     while (count > 0 && size < bytes.size()) {
         do {
-            count =
-                ::read(handle, bytes.data() + size, static_cast<std::size_t>(bytes.size() - size));
+            count = ::pread(handle, bytes.data() + size,
+                            static_cast<std::size_t>(bytes.size() - size), size);
         } while (count < 0 && errno == EINTR);
         size += static_cast<int>(std::max<ssize_t>(count, 0));
     }
     bytes.truncate(size);
-    ::close(handle);
-    return isPlain;
+    return true;
 }
 
 QVariant applicationPathVariable(const QString &name)
@@ -303,13 +298,21 @@ void FileUtility::dirEntryList(const QDir &dir, const QString &relativePath, QSt
 
 QByteArray FileUtility::readFile(const QString &path)
 {
-    QByteArray bytes;
-    if (path.startsWith(QLatin1Char('/')) && readPlainFile(path, bytes))
-        return bytes;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    if (!path.startsWith(QLatin1Char('/'))) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    const int handle = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (handle < 0)
         return QByteArray();
-    return file.readAll();
+    QByteArray bytes;
+    if (readPlainFile(handle, bytes)) {
+        ::close(handle);
+        return bytes;
+    }
+    QFile file; // of the same handle: the writer of a pipe would find the first reader gone
+    return file.open(handle, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle) ? file.readAll()
+                                                                                : QByteArray();
 }
 
 bool FileUtility::writeFile(const QString &path, const QByteArray &data)
@@ -319,6 +322,17 @@ bool FileUtility::writeFile(const QString &path, const QByteArray &data)
         return false;
     // QFile::write counts what is only buffered; the flush tells whether the disk took it.
     return file.write(data) >= data.size() && file.flush();
+}
+
+std::optional<qint64> FileUtility::lastModified(const QString &path)
+{
+    struct stat status;
+    if (path.startsWith(QLatin1Char('/'))
+        && ::stat(QFile::encodeName(path).constData(), &status) == 0)
+        return status.st_mtim.tv_sec * Q_INT64_C(1000) + status.st_mtim.tv_nsec / 1000000;
+    const QFileInfo info(path);
+    return info.exists() ? std::make_optional(info.lastModified().toMSecsSinceEpoch())
+                         : std::nullopt;
 }
 
 bool FileUtility::copyDateTime(const QString &fromFilePath, const QString &toFilePath)

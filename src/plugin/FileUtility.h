@@ -10,6 +10,8 @@
 #include <QUrl>
 #include <QVariantMap>
 
+#include <optional>
+
 // Path variables and small file tools, static functions only.
 //
 // A path may begin with a variable: "~/x", "$HOME/x", "$NAME/x", "~NAME/x"; "~" alone is HOME. A
@@ -79,6 +81,9 @@ public:
     // Replaces the file's content; false unless every byte reached the file.
     static bool writeFile(const QString &path, const QByteArray &data);
 
+    // In milliseconds since the epoch; none for what isn't there. For who looks at thousands: the
+    // dates of QFileInfo ask for the time zone one by one.
+    static std::optional<qint64> lastModified(const QString &path);
     static bool copyDateTime(const QString &fromFilePath, const QString &toFilePath);
     // Times are kept to the second.
     static bool setDateTime(const QString &filePath, const QDateTime &lastRead,

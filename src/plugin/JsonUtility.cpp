@@ -10,7 +10,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <array>
+#include <vector>
 
 namespace {
 
@@ -57,7 +57,6 @@ public:
         return list;
     }
 
-private:
     QVariant value(const QCborValue &value, Nulls nulls)
     {
         switch (value.type()) {
@@ -72,16 +71,18 @@ private:
         }
     }
 
+private:
     // Records repeat their keys: those met lately share one text.
     const QString &sharedKey(const QString &key)
     {
+        m_keys.resize(256); // when the first one comes: a list of texts has none
         QString &known = m_keys[qHash(key) % m_keys.size()];
         if (known != key)
             known = key;
         return known;
     }
 
-    std::array<QString, 256> m_keys;
+    std::vector<QString> m_keys;
 };
 
 QVariantMap toMap(const QJsonObject &object, bool convertNull)
@@ -94,6 +95,21 @@ QVariantList toList(const QJsonArray &array, bool convertNull)
 {
     return TreeBuilder().list(QCborArray::fromJsonArray(array),
                               convertNull ? Nulls::Pointer : Nulls::Invalid);
+}
+
+// Empty for no text, and with a line that says why for text that isn't an object.
+QJsonObject parsedObject(const QByteArray &bytes, const char *function)
+{
+    if (bytes.isEmpty())
+        return QJsonObject();
+
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
+    if (!document.isObject()) {
+        qCDebug(CATEGORY_UTILITY) << function << "Error" << error.error << "Offset" << error.offset
+                                  << error.errorString();
+    }
+    return document.object(); // empty where it isn't one
 }
 
 } // namespace
@@ -128,19 +144,31 @@ QVariantMap JsonUtility::readFile(const QString &path)
     return toVariantMap(FileUtility::readFile(path), false);
 }
 
+QJsonObject JsonUtility::toObject(const QByteArray &bytes)
+{
+    return parsedObject(bytes, Q_FUNC_INFO);
+}
+
+QVariantMap JsonUtility::toVariantMap(const QJsonObject &object)
+{
+    return toMap(object, false);
+}
+
+// Found as JSON, which halves its way to a key where CBOR looks at each; both share their elements.
+QVariant JsonUtility::value(const QJsonObject &object, const QString &key,
+                            const QVariant &defaultValue)
+{
+    const auto found = object.constFind(key);
+    if (found == object.constEnd())
+        return defaultValue;
+    const QCborMap elements = QCborMap::fromJsonObject(object);
+    const auto element = elements.constBegin() + (found - object.constBegin());
+    return TreeBuilder().value(element.value(), Nulls::Invalid);
+}
+
 QVariantMap JsonUtility::toVariantMap(const QByteArray &bytes, bool convertNull)
 {
-    if (bytes.isEmpty())
-        return QVariantMap();
-
-    QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
-    if (!document.isObject()) {
-        qCDebug(CATEGORY_UTILITY) << Q_FUNC_INFO << "Error" << error.error << "Offset"
-                                  << error.offset << error.errorString();
-        return QVariantMap();
-    }
-    return toMap(document.object(), convertNull);
+    return toMap(parsedObject(bytes, Q_FUNC_INFO), convertNull);
 }
 
 QVariant JsonUtility::toVariant(const QByteArray &bytes, bool convertNull)

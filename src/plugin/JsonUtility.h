@@ -3,6 +3,7 @@
 #include "plugin/TessalineGlobal.h"
 
 #include <QByteArray>
+#include <QJsonObject>
 #include <QString>
 #include <QVariant>
 #include <QVariantList>
@@ -23,6 +24,12 @@ public:
     static bool writeFile(const QString &path, const QVariantMap &map);
     // A null in the file stays an invalid value.
     static QVariantMap readFile(const QString &path);
+    // The object of a text before it becomes variants, for who parses many and asks for little: a
+    // catalogue of apps wants five keys of thirty. value() makes one of them; nulls stay invalid.
+    static QJsonObject toObject(const QByteArray &bytes);
+    static QVariantMap toVariantMap(const QJsonObject &object);
+    static QVariant value(const QJsonObject &object, const QString &key,
+                          const QVariant &defaultValue = QVariant());
 
     // With `convertNull` a null becomes a value that scripts see as null; without, it is invalid,
     // which scripts see as undefined. A null directly in a list stays invalid either way.

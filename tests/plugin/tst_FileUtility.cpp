@@ -10,7 +10,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <optional>
 #include <sys/stat.h>
+#include <thread>
 #include <utime.h>
 
 // HOME is in the environment of every test process, and TEMP and the variables named here are not.
@@ -70,12 +72,16 @@ private slots:
     void filesRoundTrip_data();
     void filesRoundTrip();
     void readFileOfNothing();
+    void readFileWithoutASize();
+    void readFileOfAPipeLosesNoWriter();
     void writeFileTruncates();
     void writeFileFails_data();
     void writeFileFails();
 
     void copyDateTime();
     void copyDateTimeOfMissingFiles();
+    void lastModified_data();
+    void lastModified();
     void setDateTimeIsInWholeSeconds();
     void setDateTimeBeyond32Bits_data();
     void setDateTimeBeyond32Bits();
@@ -630,6 +636,29 @@ void tst_FileUtility::readFileOfNothing()
     QCOMPARE(log.count(QtDebugMsg), 0);
 }
 
+// The size of such a file is 0, and a read may bring less than there is.
+void tst_FileUtility::readFileWithoutASize()
+{
+    QVERIFY(FileUtility::readFile("/proc/self/status").startsWith("Name:"));
+    QVERIFY(FileUtility::readFile("/dev/null").isEmpty());
+}
+
+void tst_FileUtility::readFileOfAPipeLosesNoWriter()
+{
+    const QTemporaryDir dir;
+    const QByteArray path = QFile::encodeName(dir.filePath("pipe"));
+    QCOMPARE(mkfifo(path.constData(), 0600), 0);
+    const QByteArray text(200000, 'x'); // more than a pipe holds
+    std::thread writer([&] {
+        QFile file(QFile::decodeName(path));
+        if (file.open(QIODevice::WriteOnly))
+            file.write(text); // waits for the reader
+    });
+    const QByteArray read = FileUtility::readFile(QFile::decodeName(path));
+    writer.join();
+    QVERIFY(read == text);
+}
+
 void tst_FileUtility::writeFileTruncates()
 {
     const QTemporaryDir dir;
@@ -683,6 +712,27 @@ void tst_FileUtility::copyDateTimeOfMissingFiles()
     QVERIFY(!FileUtility::copyDateTime(missing, missing));
     QCOMPARE(log.count(QtWarningMsg, category, "fromFilePath not found:"), 2);
     QCOMPARE(log.messages().size(), 3);
+}
+
+void tst_FileUtility::lastModified_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("absolute") << QDir::current().filePath("file");
+    QTest::newRow("relative") << "file";
+    QTest::newRow("folder") << QDir::currentPath();
+    QTest::newRow("resource") << ":/images/defaultThumbnail.png";
+}
+
+void tst_FileUtility::lastModified()
+{
+    QFETCH(QString, path);
+    QVERIFY(writeBytes(QDir::current().filePath("file"), "x"));
+    const QFileInfo info(path);
+    QVERIFY(info.exists());
+    const std::optional<qint64> time = FileUtility::lastModified(path);
+    QVERIFY(time);
+    QCOMPARE(*time, info.lastModified().toMSecsSinceEpoch());
+    QVERIFY(!FileUtility::lastModified(path + "/missing"));
 }
 
 void tst_FileUtility::setDateTimeIsInWholeSeconds()

@@ -41,6 +41,9 @@ private slots:
     void convertNullValuesConvertsTreesOfQt();
     void convertNullValuesOfOtherContainers();
 
+    void valuesOfAnObject_data();
+    void valuesOfAnObject();
+    void objectOfTextThatIsNoObject();
     void repeatedKeyTakesItsLastValue();
     void deepNestingIsUnparsable();
 
@@ -360,6 +363,40 @@ void tst_JsonUtility::convertNullValuesOfOtherContainers()
     JsonUtility::convertNullValues(map);
     QCOMPARE(described(map), QString("{hash:{a:pointer},names:[QString(x),QString(y)],"
                                      "number:int(5),text:QString(kept)}"));
+}
+
+void tst_JsonUtility::valuesOfAnObject_data()
+{
+    QTest::addColumn<QString>("key");
+    for (const char *key : {"a", "b", "bool", "double", "integer", "list", "map", "null", "text",
+                            "", "missing", "über"})
+        QTest::newRow(key) << QString::fromUtf8(key);
+}
+
+void tst_JsonUtility::valuesOfAnObject()
+{
+    QFETCH(QString, key);
+    const QByteArray json = R"({"text":"t\u00e4","integer":1500000000123,"double":1.5,"bool":true,
+        "null":null,"list":[1,null,{"x":null}],"map":{"x":null,"y":[]},"":"empty","über":"ü",
+        "a":1,"b":2,"a":3})";
+    const QJsonObject object = JsonUtility::toObject(json);
+    const QVariantMap map = JsonUtility::toVariantMap(json, false);
+    const QVariant value = JsonUtility::value(object, key, "default");
+    const QVariant expected = map.value(key, "default");
+    QCOMPARE(described(value), described(expected));
+    QCOMPARE(value.userType(), expected.userType());
+    QCOMPARE(described(JsonUtility::toVariantMap(object)), described(map));
+}
+
+void tst_JsonUtility::objectOfTextThatIsNoObject()
+{
+    LogCapture log;
+    QVERIFY(JsonUtility::toObject("").isEmpty());
+    QCOMPARE(log.messages().size(), 0);
+    QVERIFY(JsonUtility::toObject("[1]").isEmpty());
+    QVERIFY(JsonUtility::toObject("{").isEmpty());
+    QCOMPARE(log.count(QtDebugMsg, category, "Error"), 2);
+    QVERIFY(!JsonUtility::value(QJsonObject(), "key").isValid());
 }
 
 void tst_JsonUtility::repeatedKeyTakesItsLastValue()
