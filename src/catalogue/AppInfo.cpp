@@ -329,8 +329,13 @@ const char itemInfoPrefix[] = "itemInfo/";
 // As QDir::filePath() gives it, but a QDir takes longer to make than a small file to read.
 QString filePath(const QString &folder, const char *name)
 {
-    const QString separator = folder.endsWith(QLatin1Char('/')) ? QString() : QStringLiteral("/");
-    return (folder.isEmpty() ? QStringLiteral(".") : folder) + separator + QLatin1String(name);
+    const QLatin1Char slash('/');
+    QString path = folder.isEmpty() ? QStringLiteral(".") : folder;
+    if (path.size() > 1 && path.endsWith(slash))
+        path.chop(1);
+    if (!path.endsWith(slash))
+        path += slash;
+    return path + QLatin1String(name);
 }
 
 bool isItemInfoKey(const QString &key)
@@ -846,9 +851,14 @@ bool AppInfo::exists(const QString &path)
     const QString adjusted = adjustPath(path);
     const QFileInfo info(adjusted);
     if (info.isDir())
-        return QDir(adjusted).exists(QLatin1String(appInfoFileName));
+        return isAppFolder(adjusted);
     return hasSuffix(info, QLatin1String("qml"))
            || info.dir().exists(QLatin1String(appInfoFileName));
+}
+
+bool AppInfo::isAppFolder(const QString &folder)
+{
+    return QFileInfo::exists(filePath(folder, appInfoFileName));
 }
 
 QString AppInfo::adjustPath(const QString &path)

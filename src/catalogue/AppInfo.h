@@ -167,6 +167,8 @@ public:
     // folder or in the file's folder. A path that ends in ".qml" counts whether or not it exists,
     // unless it is a folder.
     static bool exists(const QString &path);
+    // For a path that is known to be a folder's.
+    static bool isAppFolder(const QString &folder);
     // ":/a" for "qrc:/a".
     static QString adjustPath(const QString &path);
     static QVariant infoValue(const QVariantMap &map, const QString &key,

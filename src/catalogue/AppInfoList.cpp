@@ -476,9 +476,10 @@ void AppInfoList::addApplets(const QString &path)
         if (m_filter.hidden()
             && (name.startsWith(QLatin1Char('.')) || name.startsWith(QLatin1Char('_'))))
             continue;
-        auto app = std::make_unique<AppInfo>(dir.filePath(name), nullptr);
-        if (!app->isLocal())
-            continue; // no appinfo.json
+        const QString folder = dir.filePath(name);
+        if (!AppInfo::isAppFolder(folder))
+            continue;
+        auto app = std::make_unique<AppInfo>(folder, nullptr);
         if (!m_filter.matchesTypes(app.get()))
             continue;
         if (!m_filter.owner().isEmpty() && m_filter.owner() != app->owner())
@@ -690,8 +691,8 @@ void AppInfoList::processResponse(const QVariantMap &map)
     appListChanged();
 }
 
-// All items again at each page: each app that is one of them is told. Their addresses change with the
-// token only, and their apps with the list.
+// All items again at each page: each app that is one of them is told. Their addresses change with
+// the token only, and their apps with the list.
 void AppInfoList::processSearchResults()
 {
     const QHash<QString, AppInfo *> &byId = appsById();
@@ -700,9 +701,12 @@ void AppInfoList::processSearchResults()
             m_foundApps.append(app);
     }
     addressItems();
-    const QList<AppInfo *> shown = m_foundApps; // a handler may sign out, which drops the items
-    for (AppInfo *app : shown)
-        emit app->thumbnailChanged();
+    // A handler may sign out, which drops the items, or read the list anew and free the former apps.
+    const QVector<QPointer<AppInfo>> shown = m_foundApps;
+    for (const QPointer<AppInfo> &app : shown) {
+        if (app)
+            emit app->thumbnailChanged();
+    }
 }
 
 void AppInfoList::addressItems()

@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QHash>
 #include <QList>
+#include <QPointer>
 #include <QQmlListProperty>
 #include <QQmlParserStatus>
 #include <QSet>
@@ -17,6 +18,7 @@
 #include <QStringList>
 #include <QUrl>
 #include <QVariantMap>
+#include <QVector>
 
 class TessalineError;
 
@@ -178,7 +180,6 @@ private:
     void addApplets(const QString &path);
     void addAppInfo(AppInfo *app);
     void addApplet(AppInfo *app);
-    void appendApp(AppInfo *app);
     void updateLists();
     void sortApplets();
     template <typename Key, typename KeyOf>
@@ -232,13 +233,13 @@ private:
     bool m_isReading = false; // the disk
     QString m_searchQuery;
     NetworkRequest m_request;
-    QList<QVariantMap> m_portalItems;     // of the last search
-    QStringList m_portalItemIds;          // theirs, in the same order
-    QString m_addressBase;                // what their thumbnails' addresses were made from
-    int m_addressedItems = 0;             // how many of them have such an address
-    QHash<QString, AppInfo *> m_appsById; // the first app of each id; empty: to be made
-    QList<AppInfo *> m_foundApps;         // those of the search's items, by that index
-    int m_soughtItems = 0;                // how many items these are of
+    QList<QVariantMap> m_portalItems;       // of the last search
+    QStringList m_portalItemIds;            // theirs, in the same order
+    QString m_addressBase;                  // what their thumbnails' addresses were made from
+    int m_addressedItems = 0;               // how many of them have such an address
+    QHash<QString, AppInfo *> m_appsById;   // the first app of each id; empty: to be made
+    QVector<QPointer<AppInfo>> m_foundApps; // those of the search's items, by that index
+    int m_soughtItems = 0;                  // how many items these are of
     bool m_signinRequired = true;
     bool m_autoRefresh = true;
     QString m_nullTitle;

@@ -8,10 +8,10 @@
 #include <QVariant>
 #include <QVariantMap>
 
-// What one of an app's JSON files says. Its text is parsed when a key is asked for, and becomes a tree
-// of variants when all of it is asked for or a key is written: a catalogue reads a few keys of each of
-// thousands of files, and most of what reading them would cost is the making of variants that nobody
-// looks at.
+// What one of an app's JSON files says. Its text is parsed when a key is asked for, and becomes a
+// tree of variants when all of it is asked for or a key is written: a catalogue reads a few keys of
+// each of thousands of files, and most of what reading them would cost is the making of variants
+// that nobody looks at.
 class TESSALINE_EXPORT InfoMap
 {
 public:

@@ -25,8 +25,10 @@ bool readPlainFile(int handle, QByteArray &bytes)
 {
     const off_t end =
         lseek(handle, 0, SEEK_END); // cheaper than fstat; -1 for a pipe, 0 for a device
-    if (end <= 0 || end > maxPlainRead)
+    if (end <= 0 || end > maxPlainRead) {
+        lseek(handle, 0, SEEK_SET); // who reads it otherwise begins at its beginning
         return false;
+    }
     bytes.resize(static_cast<int>(end));
     int size = 0;
     ssize_t count = 1;
@@ -300,7 +302,7 @@ QByteArray FileUtility::readFile(const QString &path)
 {
     if (!path.startsWith(QLatin1Char('/'))) {
         QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        return !path.isEmpty() && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
     const int handle = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
     if (handle < 0)
@@ -330,9 +332,9 @@ std::optional<qint64> FileUtility::lastModified(const QString &path)
     if (path.startsWith(QLatin1Char('/'))
         && ::stat(QFile::encodeName(path).constData(), &status) == 0)
         return status.st_mtim.tv_sec * Q_INT64_C(1000) + status.st_mtim.tv_nsec / 1000000;
-    const QFileInfo info(path);
-    return info.exists() ? std::make_optional(info.lastModified().toMSecsSinceEpoch())
-                         : std::nullopt;
+    const QDateTime time =
+        QFileInfo(path).lastModified(); // none of a resource that wasn't given one
+    return time.isValid() ? std::make_optional(time.toMSecsSinceEpoch()) : std::nullopt;
 }
 
 bool FileUtility::copyDateTime(const QString &fromFilePath, const QString &toFilePath)

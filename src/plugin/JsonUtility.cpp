@@ -14,6 +14,8 @@
 
 namespace {
 
+const char mapFunction[] = "static QVariantMap JsonUtility::toVariantMap(const QByteArray&, bool)";
+
 // What becomes of a null. Qt's own conversion makes it a std::nullptr_t, which is neither.
 enum class Nulls {
     Invalid, // undefined in a script
@@ -144,9 +146,11 @@ QVariantMap JsonUtility::readFile(const QString &path)
     return toVariantMap(FileUtility::readFile(path), false);
 }
 
+// Its line in the log is that of toVariantMap(): who looks there for a damaged file finds it
+// whichever way it was read.
 QJsonObject JsonUtility::toObject(const QByteArray &bytes)
 {
-    return parsedObject(bytes, Q_FUNC_INFO);
+    return parsedObject(bytes, mapFunction);
 }
 
 QVariantMap JsonUtility::toVariantMap(const QJsonObject &object)
@@ -168,7 +172,7 @@ QVariant JsonUtility::value(const QJsonObject &object, const QString &key,
 
 QVariantMap JsonUtility::toVariantMap(const QByteArray &bytes, bool convertNull)
 {
-    return toMap(parsedObject(bytes, Q_FUNC_INFO), convertNull);
+    return toMap(parsedObject(bytes, mapFunction), convertNull);
 }
 
 QVariant JsonUtility::toVariant(const QByteArray &bytes, bool convertNull)

@@ -8,9 +8,15 @@
 #include "support/RawServer.h"
 #include "support/SignalRecorder.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLoggingCategory>
 #include <QNetworkAccessManager>
 #include <QNetworkProxy>
 #include <QSignalSpy>
+
+#include <map>
 
 // The list of apps: what of the disk gets into it, in which order, and how a portal's items meet
 // it.
@@ -49,6 +55,12 @@ private slots:
     void searchWithoutAPortalAsksThePublicOne();
     void firstPageIsOne();
     void everyPageIsLoggedAndHandledAgain();
+    void everyPageTellsAllAppsBeforeIt_data();
+    void everyPageTellsAllAppsBeforeIt();
+    void pagesMeetTheListAsItIs();
+    void anotherTokenChangesTheAddressesOfAllPages();
+    void formerAppsMayGoOutOfAThumbnailsSignal();
+    void foldersThatAreNoAppsAreNotRead();
     void thumbnails();
     void signOutOutOfAThumbnailsSignal();
     void portalItemsOfOtherTypesAreLeftOut();
@@ -74,6 +86,7 @@ private:
     void writeApp(const QString &folder, const QByteArray &itemInfo,
                   const QByteArray &appInfo = "{}");
     void usePortal(const QByteArray &answer);
+    void usePortalOfPages(int count, const QByteArray &thumbnail = "t.png");
     void search();
     static QString home(const QString &name)
     {
@@ -141,6 +154,21 @@ void tst_AppCatalogue::usePortal(const QByteArray &answer)
     m_portal = makePortalElement(m_engine, m_server.url("").toString());
     m_list->setPortal(m_portal.get());
     m_list->setSigninRequired(false);
+}
+
+// A portal with one item on each page: i1, i2, ...
+void tst_AppCatalogue::usePortalOfPages(int count, const QByteArray &thumbnail)
+{
+    usePortal("{}");
+    m_server.on("/sharing/rest/search", [=](const HttpServer::Request &request) {
+        const QUrlQuery form(QString::fromUtf8(request.body));
+        const int page = form.queryItemValue("start").toInt();
+        const QJsonObject item{{"id", QString("i%1").arg(page)},
+                               {"thumbnail", QString::fromUtf8(thumbnail)}};
+        const QJsonObject answer{{"results", QJsonArray{item}},
+                                 {"nextStart", page < count ? page + 1 : -1}};
+        return HttpServer::Answer{QJsonDocument(answer).toJson(), 200, "application/json"};
+    });
 }
 
 void tst_AppCatalogue::search()
@@ -534,15 +562,7 @@ void tst_AppCatalogue::firstPageIsOne()
 
 void tst_AppCatalogue::everyPageIsLoggedAndHandledAgain()
 {
-    usePortal("{}");
-    std::atomic<int> page{0};
-    m_server.on("/sharing/rest/search", [&page](const HttpServer::Request &) {
-        const int number = ++page;
-        const QByteArray next = number < 3 ? QByteArray::number(number + 1) : QByteArray("-1");
-        return HttpServer::Answer{"{\"results\": [{\"id\": \"i" + QByteArray::number(number)
-                                      + "\"}], \"nextStart\": " + next + "}",
-                                  200, "application/json"};
-    });
+    usePortalOfPages(3, "");
     LogCapture log;
     search();
     for (const char *words :
@@ -551,6 +571,115 @@ void tst_AppCatalogue::everyPageIsLoggedAndHandledAgain()
         QVERIFY2(log.count(QtDebugMsg, manager, words) == 1, words);
     QCOMPARE(log.count(QtDebugMsg, manager, "Using default thumbnail"), 1 + 2 + 3);
     QCOMPARE(ids(), QStringList({"i1", "i2", "i3"}));
+}
+
+// With and without the log lines of each item, which make all of them be handled anew.
+void tst_AppCatalogue::everyPageTellsAllAppsBeforeIt_data()
+{
+    QTest::addColumn<bool>("logged");
+    QTest::newRow("logged") << true;
+    QTest::newRow("quiet") << false;
+}
+
+void tst_AppCatalogue::everyPageTellsAllAppsBeforeIt()
+{
+    QFETCH(bool, logged);
+    QLoggingCategory::setFilterRules(logged ? "*.debug=true" : "*.debug=false");
+    for (const char *id : {"i1", "i2", "i3", "i4"})
+        writeApp(QByteArray("Apps/") + id, QByteArray("{\"id\": \"") + id + "\"}");
+    usePortalOfPages(3);
+    list()->refresh(true);
+    std::map<QString, int> changes;
+    for (const QString &id : ids())
+        connect(list()->findById(id), &AppInfo::thumbnailChanged, this,
+                [&changes, id] { ++changes[id]; });
+    QTRY_VERIFY(!list()->isRefreshing());
+    QLoggingCategory::setFilterRules(QString());
+    QCOMPARE(changes, (std::map<QString, int>{{"i1", 3}, {"i2", 2}, {"i3", 1}}));
+    for (const char *number : {"1", "2", "3"}) {
+        QVariantMap item;
+        QVERIFY(list()->findPortalItem(QString("i") + number, item));
+        QVERIFY(item.value("thumbnailUrl")
+                    .toUrl()
+                    .path()
+                    .endsWith("/i" + QString(number) + "/info/t.png"));
+    }
+}
+
+// Between two pages the list is read anew, and then an app gets the id of an item to come.
+void tst_AppCatalogue::pagesMeetTheListAsItIs()
+{
+    writeApp("Apps/a", "{\"id\": \"i1\"}");
+    writeApp("Apps/b", "{\"id\": \"other\"}");
+    usePortalOfPages(3);
+    list()->refresh(true);
+    AppInfo *former = list()->findById("i1");
+    QSignalSpy formerChanged(former, &AppInfo::thumbnailChanged);
+    QVERIFY(formerChanged.wait()); // page 1
+    list()->refresh(false);
+    AppInfo *app = list()->findById("i1");
+    AppInfo *other = list()->findById("other");
+    QVERIFY(app != former);
+    QSignalSpy changed(app, &AppInfo::thumbnailChanged);
+    QSignalSpy otherChanged(other, &AppInfo::thumbnailChanged);
+    QVERIFY(changed.wait()); // page 2
+    QCOMPARE(otherChanged.count(), 0);
+    other->setItemId("i3");
+    QTRY_VERIFY(!list()->isRefreshing());
+    QCOMPARE(formerChanged.count(), 1);
+    QCOMPARE(changed.count(), 2);
+    QCOMPARE(otherChanged.count(), 1);
+    delete former;
+}
+
+void tst_AppCatalogue::anotherTokenChangesTheAddressesOfAllPages()
+{
+    QLoggingCategory::setFilterRules("*.debug=false");
+    writeApp("Apps/a", "{\"id\": \"i1\"}");
+    usePortalOfPages(3);
+    list()->setAutoRefresh(false);
+    m_portal->setProperty("token", "one");
+    list()->refresh(true);
+    QSignalSpy changed(list()->findById("i1"), &AppInfo::thumbnailChanged);
+    QVERIFY(changed.wait());
+    m_portal->setProperty("token", "two");
+    QTRY_VERIFY(!list()->isRefreshing());
+    QLoggingCategory::setFilterRules(QString());
+    for (const char *id : {"i1", "i2", "i3"}) {
+        QVariantMap item;
+        QVERIFY(list()->findPortalItem(id, item));
+        QCOMPARE(item.value("thumbnailUrl").toUrl().query(), QString("token=two"));
+    }
+}
+
+// Nobody but the catalogue's user owns them.
+void tst_AppCatalogue::formerAppsMayGoOutOfAThumbnailsSignal()
+{
+    for (const char *id : {"i1", "i2"})
+        writeApp(QByteArray("Apps/") + id, QByteArray("{\"id\": \"") + id + "\"}");
+    usePortal("{\"results\": [{\"id\": \"i1\"}, {\"id\": \"i2\"}]}");
+    list()->refresh(true);
+    AppInfo *second = list()->findById("i2");
+    int calls = 0;
+    connect(list()->findById("i1"), &AppInfo::thumbnailChanged, this, [&] {
+        ++calls;
+        list()->refresh(false);
+        delete second;
+    });
+    QTRY_VERIFY(!list()->isRefreshing());
+    QCOMPARE(calls, 1);
+    QCOMPARE(ids(), QStringList({"i1", "i2"}));
+}
+
+void tst_AppCatalogue::foldersThatAreNoAppsAreNotRead()
+{
+    writeApp("Apps/a", "{\"id\": \"a\"}");
+    writeApp("Apps/none", "{\"id\": damaged");
+    QVERIFY(QFile::remove(home("Apps/none/appinfo.json")));
+    LogCapture log;
+    list()->refresh();
+    QCOMPARE(ids(), QStringList({"a"}));
+    QCOMPARE(log.count(QtDebugMsg, "Zemrik.Runtime.Utility", "Error"), 0);
 }
 
 void tst_AppCatalogue::thumbnails()
