@@ -7,6 +7,8 @@
 #include <QMessageAuthenticationCode>
 #include <QRandomGenerator>
 
+#include <algorithm>
+
 namespace {
 
 const int MaximumTokens = 10000;
@@ -31,6 +33,7 @@ bool equalInConstantTime(const QByteArray &a, const QByteArray &b)
 
 Accounts::Accounts()
     : m_salt(randomBytes())
+    , m_nobodysHash(hashed(QString()))
 {
 }
 
@@ -50,6 +53,10 @@ bool Accounts::load(const QString &path, QString &error)
     }
     const QJsonObject users = document.object();
     for (auto user = users.begin(); user != users.end(); ++user) {
+        if (user.key().isEmpty()) { // stands for nobody where tokens are looked up
+            error = QStringLiteral("%1: the name of a user is empty").arg(path);
+            return false;
+        }
         const QJsonValue password = user.value().toObject().value(QLatin1String("password"));
         if (!password.isString()) {
             error = QStringLiteral("%1: the user \"%2\" has no password").arg(path, user.key());
@@ -72,9 +79,10 @@ void Accounts::addUser(const QString &name, const QString &password, const QVari
 
 bool Accounts::passwordMatches(const QString &name, const QString &password) const
 {
-    // An unknown user takes as long as a known one with a wrong password.
-    const bool known = m_users.contains(name);
-    const QByteArray expected = known ? m_users.value(name).passwordHash : hashed(QString());
+    // An unknown user takes as long as a known one: one hash is made for either.
+    const auto user = m_users.constFind(name);
+    const bool known = user != m_users.constEnd();
+    const QByteArray expected = known ? user->passwordHash : m_nobodysHash;
     return equalInConstantTime(expected, hashed(password)) && known;
 }
 
@@ -116,6 +124,7 @@ void Accounts::dropOldTokens()
         else
             ++session;
     }
+    const auto endsFirst = [](const Session &a, const Session &b) { return a.expires < b.expires; };
     while (m_sessions.size() >= MaximumTokens)
-        m_sessions.erase(m_sessions.begin());
+        m_sessions.erase(std::min_element(m_sessions.begin(), m_sessions.end(), endsFirst));
 }

@@ -21,7 +21,7 @@ public:
     // Signing in works for nobody until users are loaded or added.
     Accounts();
 
-    // False with a message for people if the file can't be read or isn't as above.
+    // False with a message for people if the file can't be read or isn't as above. No name is empty.
     bool load(const QString &path, QString &error);
     void addUser(const QString &name, const QString &password, const QVariantMap &details);
 
@@ -54,6 +54,7 @@ private:
     void dropOldTokens();
 
     const QByteArray m_salt;
+    const QByteArray m_nobodysHash;
     QMap<QString, User> m_users;
     QHash<QByteArray, Session> m_sessions; // by the token's hash
     std::mutex m_mutex;                    // of the sessions; users don't change while serving

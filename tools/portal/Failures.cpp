@@ -63,7 +63,7 @@ void sendUpTo(httplib::Response &response, const std::string &body, const std::s
         Clock::time_point next;
     };
     const auto state = std::make_shared<State>(State{body, Clock::now() + pause});
-    const size_t piece = std::max<size_t>(1, body.size() / pieces);
+    const size_t piece = std::max<size_t>(1, (body.size() + pieces - 1) / pieces);
     response.set_content_provider(
         body.size(), type, [=](size_t offset, size_t length, httplib::DataSink &sink) {
             // Back to the server after a short while at most: it looks there whether it is to stop.

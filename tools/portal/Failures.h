@@ -19,7 +19,7 @@ struct Response;
 //                error      status 200 with an error in JSON
 //                truncated  the connection ends in the middle of the body
 //                damaged    the body's second half is zeros
-//                slow       the body comes in 20 pieces, one every 50 milliseconds
+//                slow       the body comes in 20 pieces at most, one every 50 milliseconds
 //                silent     no byte of the body comes for 10 minutes
 class Failures
 {

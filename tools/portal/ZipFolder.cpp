@@ -9,6 +9,14 @@
 
 namespace {
 
+// The years that a date in an archive can have; a file of another time gets the nearest one.
+QDateTime storable(const QDateTime &time)
+{
+    const QDateTime first(QDate(1980, 1, 1), QTime(0, 0));
+    const QDateTime last(QDate(2107, 12, 31), QTime(23, 59, 58));
+    return qBound(first, time, last);
+}
+
 zip_fileinfo entryInfo(const QDateTime &time)
 {
     zip_fileinfo info = {};
@@ -40,7 +48,7 @@ bool addFile(zipFile archive, const QString &path, const QString &name)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return false;
-    const zip_fileinfo info = entryInfo(QFileInfo(file).lastModified());
+    const zip_fileinfo info = entryInfo(storable(QFileInfo(file).lastModified()));
     const bool zip64 = file.size() >= 0xffffffffLL;
     if (zipOpenNewFileInZip4_64(archive, name.toUtf8().constData(), &info, nullptr, 0, nullptr, 0,
                                 nullptr, Z_DEFLATED, Z_DEFAULT_COMPRESSION, 0, -MAX_WBITS,
