@@ -15,6 +15,7 @@ class tst_EchoServer : public QObject
 private slots:
     void initTestCase();
     void helpTellsThePaths();
+    void certificateOfARunningServerStays();
     void badArgumentsEndWithAMessage_data();
     void badArgumentsEndWithAMessage();
     void echoTellsMethodQueryAndHeaders();
@@ -67,6 +68,20 @@ void tst_EchoServer::helpTellsThePaths()
     const QByteArray output = process.readAll();
     for (const char *path : {"/echo", "/bytes/N", "/redirect/N", "/status/N"})
         QVERIFY2(output.contains(path), path);
+    QVERIFY2(!output.contains("openssl"), output.constData()); // no option takes a key
+}
+
+void tst_EchoServer::certificateOfARunningServerStays()
+{
+    m_server.writeFile("portal.pem", "the certificate of another");
+    QProcess process;
+    process.start(program(), {"--port", QString::number(m_server.port()), "--https",
+                              "--certificate", m_server.path("portal.pem")});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.exitCode(), 1);
+    QFile file(m_server.path("portal.pem"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("the certificate of another"));
 }
 
 void tst_EchoServer::badArgumentsEndWithAMessage_data()
@@ -78,6 +93,13 @@ void tst_EchoServer::badArgumentsEndWithAMessage_data()
         << QStringList{"--port", QString::number(m_server.port())} << QByteArray("is taken");
     QTest::newRow("certificate alone")
         << QStringList{"--port", "0", "--certificate", "a.pem"} << QByteArray("needs --https");
+    QTest::newRow("certificate alone, without a name")
+        << QStringList{"--port", "0", "--certificate", ""} << QByteArray("needs --https");
+    QTest::newRow("certificate without a name")
+        << QStringList{"--port", "0", "--https", "--certificate", ""}
+        << QByteArray("needs the name of a file");
+    QTest::newRow("no option's argument")
+        << QStringList{"--port", "0", "x"} << QByteArray("no option takes the argument \"x\"");
     QTest::newRow("no room for the certificate")
         << QStringList{"--port", "0", "--https", "--certificate", "/no/a.pem"}
         << QByteArray("/no/a.pem");

@@ -1,5 +1,7 @@
 #include "portal/Certificate.h"
 
+#include <QFile>
+
 #include <openssl/bio.h>
 #include <openssl/ec.h>
 #include <openssl/evp.h>
@@ -78,4 +80,13 @@ QByteArray Certificate::toPem() const
     char *bytes = nullptr;
     const long size = BIO_get_mem_data(memory.get(), &bytes);
     return QByteArray(bytes, static_cast<int>(size));
+}
+
+bool Certificate::writeTo(const QString &path, QString &error) const
+{
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.write(toPem()) > 0 && file.flush())
+        return true;
+    error = QStringLiteral("can't write the certificate to %1: %2").arg(path, file.errorString());
+    return false;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 
 #include <memory>
 
@@ -20,6 +21,8 @@ public:
     EVP_PKEY *key() const { return m_key.get(); }
     // What clients add to those that they trust.
     QByteArray toPem() const;
+    // The same into a file. False with a message for people.
+    bool writeTo(const QString &path, QString &error) const;
 
 private:
     struct Deleter
