@@ -1,14 +1,18 @@
 #include "support/DevelopmentPortal.h"
 #include "support/IsolatedHome.h"
 
+#include <QElapsedTimer>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QSslCertificate>
 #include <QSslConfiguration>
 #include <QSslSocket>
 #include <QTcpServer>
 #include <QTcpSocket>
 
+#include <atomic>
 #include <csignal>
+#include <thread>
 
 // The program as a client and as its user on the command line see it.
 class tst_DevelopmentPortal : public QObject
@@ -22,15 +26,22 @@ private slots:
     void badArgumentsEndWithAMessage();
     void takenPort_data();
     void takenPort();
+    void certificateOfARunningPortalStays();
     void theManPageHasEveryOption();
     void theShippedProgramDoesNotFailOnPurpose();
     void endsCleanlyOnSignals_data();
     void endsCleanlyOnSignals();
+    void endsWhileAnUploadTrickles_data();
+    void endsWhileAnUploadTrickles();
     void info();
     void jsonForms();
     void tokens();
     void tokenRunsOut();
     void usersOfAFile();
+    void usersFilesThatAreRefused_data();
+    void usersFilesThatAreRefused();
+    void onlyPicturesAreServedBesideTheUsersFile_data();
+    void onlyPicturesAreServedBesideTheUsersFile();
     void selfByDefault();
     void self();
     void https();
@@ -44,12 +55,21 @@ private slots:
     void privateItemsNeedAToken();
     void noWayOutOfTheFolder_data();
     void noWayOutOfTheFolder();
+    void linkedFoldersLeadNowhere();
+    void linksInsideAreFollowed();
+    void missingThumbnailIsTold();
     void largeRequestsAreRefused();
     void unboundedRequestsAreRefused_data();
     void unboundedRequestsAreRefused();
+    void otherMethodsAreRefused_data();
+    void otherMethodsAreRefused();
+    void refusedBodyIsNoRequest();
+    void headHasNoBody();
+    void failuresAreJson();
     void passwordsOfEveryKind_data();
     void passwordsOfEveryKind();
     void logHasNoSecrets();
+    void logHasNoNames();
 };
 
 static const QString Rest = "/sharing/rest";
@@ -62,6 +82,28 @@ static int runProgram(const QStringList &arguments, QByteArray &output)
     const bool ended = process.waitForFinished(10000);
     output = process.readAll();
     return ended ? process.exitCode() : -1;
+}
+
+// All that comes back until the portal closes the connection.
+static QByteArray rawAnswer(const DevelopmentPortal &portal, const QByteArray &request)
+{
+    QTcpSocket socket;
+    socket.connectToHost("127.0.0.1", portal.port());
+    if (!socket.waitForConnected())
+        return QByteArray();
+    socket.write(request);
+    QByteArray answer;
+    while (socket.waitForReadyRead(10000))
+        answer += socket.readAll();
+    const bool closed = socket.state() == QAbstractSocket::UnconnectedState;
+    return closed ? answer : "left open: " + answer;
+}
+
+// The number of the error that such an answer has in its body.
+static int errorCodeIn(const QByteArray &answer)
+{
+    const QByteArray body = answer.mid(answer.indexOf("\r\n\r\n") + 4);
+    return QJsonDocument::fromJson(body)["error"]["code"].toInt();
 }
 
 void tst_DevelopmentPortal::helpAndVersion_data()
@@ -110,6 +152,16 @@ void tst_DevelopmentPortal::badArgumentsEndWithAMessage_data()
         << QStringList{"--https", "--certificate", "/does/not/exist/x"}
         << QByteArray("can't write the certificate");
     QTest::newRow("flag") << QStringList{"--is-portal", "maybe"} << QByteArray("--is-portal");
+    QTest::newRow("certificate without HTTPS or a name")
+        << QStringList{"--certificate", ""} << QByteArray("--certificate needs --https");
+    QTest::newRow("certificate without a name") << QStringList{"--https", "--certificate", ""}
+                                                << QByteArray("--certificate needs the name");
+    QTest::newRow("users without a name")
+        << QStringList{"--users", ""} << QByteArray("can't read the users file");
+    QTest::newRow("items without a name")
+        << QStringList{"--items", ""} << QByteArray("there is no readable folder");
+    QTest::newRow("no option's argument")
+        << QStringList{"my-items"} << QByteArray("no option takes the argument \"my-items\"");
     QTest::newRow("option") << QStringList{"--nonsense"} << QByteArray("nonsense");
 }
 
@@ -118,6 +170,10 @@ void tst_DevelopmentPortal::badArgumentsEndWithAMessage()
     QFETCH(QStringList, arguments);
     QFETCH(QByteArray, words);
     QByteArray output;
+    // Where the mistake isn't noticed, it must not be the port that ends the program.
+    if (!arguments.contains("--port"))
+        arguments << "--port"
+                  << "0";
     QCOMPARE(runProgram(arguments, output), 1);
     QVERIFY2(output.contains(words), output.constData());
 }
@@ -139,6 +195,19 @@ void tst_DevelopmentPortal::takenPort()
     QVERIFY2(second.output().contains(QString("port %1 is taken").arg(first.port())),
              qPrintable(second.output()));
     QCOMPARE(second.exitCode(), 1);
+}
+
+void tst_DevelopmentPortal::certificateOfARunningPortalStays()
+{
+    DevelopmentPortal first;
+    const QString path = first.path("portal.pem");
+    QVERIFY2(first.start({"--https", "--certificate", path}), qPrintable(first.output()));
+    const auto certificates = QSslCertificate::fromPath(path);
+    QCOMPARE(certificates.size(), 1);
+    DevelopmentPortal second;
+    QVERIFY(
+        !second.start({"--https", "--certificate", path, "--port", QString::number(first.port())}));
+    QCOMPARE(QSslCertificate::fromPath(path), certificates);
 }
 
 void tst_DevelopmentPortal::theManPageHasEveryOption()
@@ -182,6 +251,52 @@ void tst_DevelopmentPortal::endsCleanlyOnSignals()
     QVERIFY2(portal.start(), qPrintable(portal.output()));
     QCOMPARE(::kill(static_cast<pid_t>(portal.processId()), signal), 0);
     QCOMPARE(portal.stop(), 0); // the signal of stop() comes second or too late
+}
+
+void tst_DevelopmentPortal::endsWhileAnUploadTrickles_data()
+{
+    QTest::addColumn<bool>("twice");
+    QTest::addColumn<int>("atLeast");
+    QTest::addColumn<int>("atMost");
+    QTest::newRow("after its limit") << false << 2500 << 4900;
+    QTest::newRow("at the second signal") << true << 0 << 2500;
+}
+
+void tst_DevelopmentPortal::endsWhileAnUploadTrickles()
+{
+    QFETCH(bool, twice);
+    QFETCH(int, atLeast);
+    QFETCH(int, atMost);
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+
+    std::atomic<bool> done{false};
+    std::thread client([&done, port = portal.port()] {
+        QTcpSocket socket;
+        socket.connectToHost("127.0.0.1", port);
+        socket.waitForConnected();
+        socket.write("POST /sharing/rest/info HTTP/1.1\r\nHost: x\r\nContent-Length: 1000\r\n\r\n");
+        while (!done && socket.state() == QAbstractSocket::ConnectedState) {
+            socket.write("x");
+            socket.waitForBytesWritten(100);
+            QThread::msleep(100);
+        }
+    });
+    QTest::qWait(500); // the request has begun
+    QElapsedTimer timer;
+    timer.start();
+    if (twice) {
+        ::kill(static_cast<pid_t>(portal.processId()), SIGINT);
+        QTest::qWait(500);
+    }
+    const int exitCode = portal.stop();
+    const qint64 elapsed = timer.elapsed();
+    done = true;
+    client.join();
+    QCOMPARE(exitCode, 0);
+    QVERIFY2(portal.output().contains("ended in the middle of a request"),
+             qPrintable(portal.output()));
+    QVERIFY2(elapsed >= atLeast && elapsed <= atMost, qPrintable(QString::number(elapsed)));
 }
 
 void tst_DevelopmentPortal::info()
@@ -271,6 +386,51 @@ void tst_DevelopmentPortal::usersOfAFile()
     QCOMPARE(portal.call(Rest + "/community/users/jo/info/jo.png", {}, true).body,
              QByteArray("a picture"));
     QCOMPARE(portal.call(Rest + "/community/users/jo/info/users.json", {}, true).status, 404);
+}
+
+void tst_DevelopmentPortal::usersFilesThatAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("users");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("empty name") << QByteArray(R"({"": {"password": "x"}})")
+                                << "the name of a user is empty";
+    QTest::newRow("no password") << QByteArray(R"({"jo": {}})")
+                                 << "the user \"jo\" has no password";
+}
+
+void tst_DevelopmentPortal::usersFilesThatAreRefused()
+{
+    QFETCH(QByteArray, users);
+    QFETCH(QString, words);
+    DevelopmentPortal portal;
+    portal.writeFile("users.json", users);
+    QVERIFY(!portal.start({"--users", portal.path("users.json")}));
+    QVERIFY2(portal.output().contains(words), qPrintable(portal.output()));
+}
+
+void tst_DevelopmentPortal::onlyPicturesAreServedBesideTheUsersFile_data()
+{
+    QTest::addColumn<QString>("picture");
+    QTest::newRow("the users file") << "users.json";
+    QTest::newRow("a link to it") << "link.png";
+    QTest::newRow("a link to elsewhere") << "out.png";
+    QTest::newRow("elsewhere") << "../secret.png";
+}
+
+void tst_DevelopmentPortal::onlyPicturesAreServedBesideTheUsersFile()
+{
+    QFETCH(QString, picture);
+    DevelopmentPortal portal;
+    portal.writeFile("secret.png", "secret words");
+    portal.writeFile("users/users.json", "{\"jo\": {\"password\": \"secret\", \"thumbnail\": \""
+                                             + picture.toUtf8() + "\"}}");
+    QVERIFY(QFile::link(portal.path("users/users.json"), portal.path("users/link.png")));
+    QVERIFY(QFile::link(portal.path("secret.png"), portal.path("users/out.png")));
+    QVERIFY2(portal.start({"--users", portal.path("users/users.json")}),
+             qPrintable(portal.output()));
+    const auto answer = portal.call(Rest + "/community/users/jo/info/" + picture, {}, true);
+    QCOMPARE(answer.status, 404);
+    QVERIFY(!answer.body.contains("secret"));
 }
 
 void tst_DevelopmentPortal::selfByDefault()
@@ -501,6 +661,61 @@ void tst_DevelopmentPortal::noWayOutOfTheFolder()
     QVERIFY(!answer.contains("root:"));
 }
 
+void tst_DevelopmentPortal::linkedFoldersLeadNowhere()
+{
+    DevelopmentPortal portal;
+    portal.writeFile("outside/iteminfo.json", "{\"title\": \"secret words\"}");
+    portal.writeFile("outside/appinfo.json", "{}");
+    portal.addItem("linked-data", {});
+    portal.addItem("linked-folder", {}, {{"appinfo.json", "{}"}});
+    portal.writeFile("items/linked-info/appinfo.json", "{}");
+    const QString outside = portal.path("outside");
+    QVERIFY(QFile::link(outside, portal.path("items/linked-item")));
+    QVERIFY(QFile::link(outside, portal.path("items/linked-data/data")));
+    QVERIFY(QFile::link(outside, portal.path("items/linked-folder/outside")));
+    QVERIFY(
+        QFile::link(outside + "/iteminfo.json", portal.path("items/linked-info/iteminfo.json")));
+    QVERIFY(QFile::link(portal.path("items"), portal.path("items/linked-data/up")));
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    QVERIFY2(portal.output().contains("linked-item leads out of the folder of items: left out"),
+             qPrintable(portal.output()));
+
+    const QJsonObject found = portal.call(Rest + "/search").json;
+    QCOMPARE(found["total"].toInt(), 2);
+    QVERIFY(!QJsonDocument(found).toJson().contains("secret words"));
+    QCOMPARE(portal.call(Rest + "/content/items/linked-item/data").status, 400);
+    QCOMPARE(portal.call(Rest + "/content/items/linked-data/data").status, 404);
+    const auto packed = portal.call(Rest + "/content/items/linked-folder/data");
+    QCOMPARE(packed.status, 200);
+    QVERIFY(!packed.body.contains("outside"));
+}
+
+void tst_DevelopmentPortal::linksInsideAreFollowed()
+{
+    DevelopmentPortal portal;
+    portal.addItem("one", {}, {{"build/appinfo.json", "{}"}});
+    QVERIFY(QFile::link("build", portal.path("items/one/data")));
+    QVERIFY(QFile::link("one", portal.path("items/two")));
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    for (const char *id : {"one", "two"}) {
+        const auto data = portal.call(Rest + "/content/items/" + id + "/data");
+        QCOMPARE(data.status, 200);
+        QVERIFY(data.body.contains("appinfo.json"));
+        QVERIFY(!data.body.contains("build"));
+    }
+}
+
+void tst_DevelopmentPortal::missingThumbnailIsTold()
+{
+    DevelopmentPortal portal;
+    portal.addItem("none", {});
+    portal.addItem("named", {{"thumbnail", "photo.jpg"}});
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    const QString line = "tessaline-portal: named has no file for its thumbnail \"photo.jpg\"\n";
+    QVERIFY2(portal.output().contains(line), qPrintable(portal.output()));
+    QCOMPARE(portal.output().count("thumbnail"), 1);
+}
+
 void tst_DevelopmentPortal::largeRequestsAreRefused()
 {
     DevelopmentPortal portal;
@@ -533,6 +748,10 @@ void tst_DevelopmentPortal::unboundedRequestsAreRefused_data()
                                  << QByteArray("415");
     QTest::newRow("long form") << post + form + "Content-Length: 1048577\r\n\r\n"
                                << QByteArray("413");
+    // The library's own bound for a plain form, which is lower.
+    QTest::newRow("plain form of 9,000 bytes")
+        << post + form + "Content-Length: 9000\r\n\r\nq=" + QByteArray(8998, 'x')
+        << QByteArray("413");
     QTest::newRow("long address") << "GET /sharing/rest/search?q=" + QByteArray(9000, 'x')
                                          + " HTTP/1.1\r\nHost: x\r\n\r\n"
                                   << QByteArray("414");
@@ -546,16 +765,72 @@ void tst_DevelopmentPortal::unboundedRequestsAreRefused()
     QFETCH(QByteArray, status);
     DevelopmentPortal portal;
     QVERIFY2(portal.start(), qPrintable(portal.output()));
-    QTcpSocket socket;
-    socket.connectToHost("127.0.0.1", portal.port());
-    QVERIFY(socket.waitForConnected());
-    socket.write(request);
-    QByteArray answer;
-    while (!answer.contains("\r\n") && socket.waitForReadyRead(10000))
-        answer += socket.readAll();
+    const QByteArray answer = rawAnswer(portal, request);
     QVERIFY2(answer.startsWith("HTTP/1.1 " + status), answer.constData());
-    socket.abort();
+    QVERIFY2(errorCodeIn(answer) == status.toInt(), answer.constData());
     QCOMPARE(portal.call(Rest + "/search").status, 200);
+}
+
+void tst_DevelopmentPortal::otherMethodsAreRefused_data()
+{
+    QTest::addColumn<QByteArray>("method");
+    for (const char *method : {"PUT", "PATCH", "DELETE", "PRI", "OPTIONS", "TRACE", "CONNECT"})
+        QTest::newRow(method) << QByteArray(method);
+}
+
+void tst_DevelopmentPortal::otherMethodsAreRefused()
+{
+    QFETCH(QByteArray, method);
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    const QByteArray head = method + " /sharing/rest/info HTTP/1.1\r\nHost: x\r\n";
+    // Without a length too: it is answered before a byte of the body is waited for.
+    for (const QByteArray length : {"Content-Length: 200000000\r\n", ""}) {
+        const QByteArray answer = rawAnswer(portal, head + length + "\r\n");
+        QVERIFY2(answer.startsWith("HTTP/1.1 405"), answer.constData());
+        QVERIFY2(answer.contains("Allow: GET, HEAD, POST\r\n"), answer.constData());
+        QCOMPARE(errorCodeIn(answer), 405);
+    }
+}
+
+void tst_DevelopmentPortal::refusedBodyIsNoRequest()
+{
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    const QByteArray hidden = "GET /sharing/rest/info HTTP/1.1\r\nHost: x\r\n\r\n";
+    for (const QByteArray head :
+         {"POST /a HTTP/1.1\r\nTransfer-Encoding: chunked\r\n\r\n",
+          "POST /a HTTP/1.1\r\nContent-Encoding: gzip\r\nContent-Length: 100\r\n\r\n",
+          "PUT /a HTTP/1.1\r\nContent-Length: 100\r\n\r\n",
+          "GET /a HTTP/1.1\r\nContent-Length: 100\r\n\r\n"}) {
+        const QByteArray answer = rawAnswer(portal, head + hidden);
+        QCOMPARE(answer.count("HTTP/1.1 "), 1);
+        QVERIFY2(answer.startsWith("HTTP/1.1 4"), answer.constData());
+    }
+}
+
+void tst_DevelopmentPortal::headHasNoBody()
+{
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    const QByteArray answer =
+        rawAnswer(portal, "HEAD /sharing/rest/info HTTP/1.1\r\nHost: x\r\n\r\n");
+    QVERIFY2(answer.startsWith("HTTP/1.1 200"), answer.constData());
+    QVERIFY2(answer.endsWith("\r\n\r\n"), answer.constData());
+}
+
+void tst_DevelopmentPortal::failuresAreJson()
+{
+    DevelopmentPortal portal;
+    portal.addItem("gone", {}, {{"data", "text"}});
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    QVERIFY(QFile::remove(portal.path("items/gone/data")));
+    const auto gone = portal.call(Rest + "/content/items/gone/data");
+    QCOMPARE(gone.status, 500);
+    QCOMPARE(gone.errorCode(), 500);
+    QVERIFY(gone.contentType.startsWith("application/json"));
+    const auto indented = portal.call(Rest + "/content/items/gone/data", {{"f", "pjson"}});
+    QVERIFY2(indented.body.startsWith("{\n    \"error\""), indented.body.constData());
 }
 
 void tst_DevelopmentPortal::passwordsOfEveryKind_data()
@@ -591,6 +866,20 @@ void tst_DevelopmentPortal::logHasNoSecrets()
              qPrintable(portal.output()));
     QVERIFY(!portal.output().contains("demo-pass"));
     QVERIFY(!portal.output().contains("t0ken"));
+}
+
+void tst_DevelopmentPortal::logHasNoNames()
+{
+    DevelopmentPortal portal;
+    QVERIFY2(portal.start(), qPrintable(portal.output()));
+    portal.call(Rest + "/community/users/demo", {}, true);
+    portal.call(Rest + "/community/users/demo/info/demo.png", {}, true);
+    portal.call(Rest + "//community/users/demo", {}, true);
+    rawAnswer(portal, "GET /sharing/rest/community%2Fusers%2Fdemo HTTP/1.1\r\n\r\n");
+    QCOMPARE(portal.stop(), 0);
+    QVERIFY2(portal.output().contains("GET /sharing/rest/community/users/* 200\n"),
+             qPrintable(portal.output()));
+    QVERIFY2(!portal.output().contains("demo"), qPrintable(portal.output()));
 }
 
 TESSALINE_TEST_MAIN(tst_DevelopmentPortal)

@@ -1,4 +1,5 @@
 #include "portal/ItemStore.h"
+#include "portal/PathInside.h"
 #include "portal/ZipFolder.h"
 
 #include <QDateTime>
@@ -16,17 +17,6 @@ void setDefault(QVariantMap &map, const QString &key, const QVariant &value)
         map.insert(key, value);
 }
 
-// The file's path if it is one that lies in the folder, links followed; otherwise empty.
-QString fileInside(const QString &folder, const QString &name)
-{
-    if (name.isEmpty())
-        return QString();
-    const QFileInfo file(QDir(folder), name);
-    const QString path = file.canonicalFilePath();
-    const QString root = QFileInfo(folder).canonicalFilePath() + QLatin1Char('/');
-    return file.isFile() && path.startsWith(root) ? path : QString();
-}
-
 } // namespace
 
 bool ItemStore::load(const QString &folder, QString &error)
@@ -42,7 +32,11 @@ bool ItemStore::load(const QString &folder, QString &error)
     }
     const QStringList ids = root.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
     for (const QString &id : ids) {
-        if (!addItem(id, root.filePath(id), error))
+        const QString item = folderInside(folder, id);
+        if (item.isEmpty())
+            m_warnings.append(
+                QStringLiteral("%1 leads out of the folder of items: left out").arg(id));
+        else if (!addItem(id, item, error))
             return false;
     }
     return true;
@@ -50,8 +44,8 @@ bool ItemStore::load(const QString &folder, QString &error)
 
 bool ItemStore::addItem(const QString &id, const QString &folder, QString &error)
 {
-    QFile file(QDir(folder).filePath(QStringLiteral("iteminfo.json")));
-    if (!file.exists())
+    QFile file(fileInside(folder, QStringLiteral("iteminfo.json")));
+    if (file.fileName().isEmpty())
         return true;
     QJsonParseError parseError;
     QJsonDocument document;
@@ -78,7 +72,7 @@ bool ItemStore::addItem(const QString &id, const QString &folder, QString &error
     setDefault(item.info, QStringLiteral("modified"), modified);
     if (!addData(item, id, folder, error))
         return false;
-    addThumbnail(item, folder);
+    addThumbnail(item, id, folder);
     m_items.insert(id, item);
     return true;
 }
@@ -86,10 +80,10 @@ bool ItemStore::addItem(const QString &id, const QString &folder, QString &error
 bool ItemStore::addData(Item &item, const QString &id, const QString &folder, QString &error)
 {
     const QDir dir(folder);
-    const QString dataFolder = dir.filePath(QStringLiteral("data"));
+    const QString dataFolder = folderInside(folder, QStringLiteral("data"));
     const QString name = item.info.value(QStringLiteral("name")).toString();
     QString toPack;
-    if (QFileInfo(dataFolder).isDir())
+    if (!dataFolder.isEmpty())
         toPack = dataFolder;
     else if (!fileInside(folder, name).isEmpty())
         item.dataPath = fileInside(folder, name);
@@ -111,7 +105,7 @@ bool ItemStore::addData(Item &item, const QString &id, const QString &folder, QS
     return true;
 }
 
-void ItemStore::addThumbnail(Item &item, const QString &folder)
+void ItemStore::addThumbnail(Item &item, const QString &id, const QString &folder)
 {
     const QString key = QStringLiteral("thumbnail");
     const QString usual = QStringLiteral("thumbnail.png");
@@ -123,6 +117,8 @@ void ItemStore::addThumbnail(Item &item, const QString &folder)
     QString path = fileInside(folder, name);
     if (path.isEmpty())
         path = fileInside(folder, QFileInfo(name).fileName());
-    if (!name.isEmpty() && !path.isEmpty())
+    if (!path.isEmpty())
         item.resources.insert(name, path);
+    else if (!name.isEmpty())
+        m_warnings.append(QStringLiteral("%1 has no file for its thumbnail \"%2\"").arg(id, name));
 }

@@ -2,6 +2,7 @@
 
 #include <QMap>
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 #include <QVariantMap>
 
@@ -13,7 +14,8 @@
 //                     appinfo.json lies beside, the whole sub-folder, packed
 //     thumbnail       the file that "thumbnail" in iteminfo.json gives, or thumbnail.png
 //
-// What iteminfo.json leaves out gets a usual value. Requests are answered from these maps: no path
+// What iteminfo.json leaves out gets a usual value. Links that lead out of an item's folder, and
+// items that are links out of the folder of items, count as not being there. Requests are answered from these maps: no path
 // is ever made of what a client sends.
 class ItemStore
 {
@@ -29,12 +31,17 @@ public:
     bool load(const QString &folder, QString &error);
 
     const QMap<QString, Item> &items() const { return m_items; }
+    // What people should know about the folder, though it can be served.
+    QStringList warnings() const { return m_warnings; }
+    // For a program that ends without its destructors. Nothing packed can be served any more.
+    void removePackages() { m_packages.remove(); }
 
 private:
     bool addItem(const QString &id, const QString &folder, QString &error);
     bool addData(Item &item, const QString &id, const QString &folder, QString &error);
-    static void addThumbnail(Item &item, const QString &folder);
+    void addThumbnail(Item &item, const QString &id, const QString &folder);
 
     QMap<QString, Item> m_items;
+    QStringList m_warnings;
     QTemporaryDir m_packages; // of the folders that were packed
 };

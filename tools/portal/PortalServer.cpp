@@ -5,9 +5,9 @@
 #include "portal/Failures.h"
 #endif
 #include "portal/ItemStore.h"
+#include "portal/PathInside.h"
 #include "portal/SearchQuery.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -67,19 +67,76 @@ std::unique_ptr<httplib::Server> makeServer(const Certificate *certificate)
 }
 
 // The library bounds a body by its stated length only: one that states none, or that would grow
-// when it is unpacked, is refused before it is read. Clients of portals send neither.
+// when it is unpacked, is refused before it is read, and so is a method that nothing answers, whose
+// body it would read all the same. Clients of portals send none of these. What comes before the
+// body has no bound: the library reads the first line and all headers before it asks anybody, and
+// looks at the length of each line only then.
 httplib::Server::HandlerResponse refuseUnbounded(const httplib::Request &request,
                                                  httplib::Response &response)
 {
     const bool hasBody = request.method == "POST";
-    if (request.has_header("Transfer-Encoding")
-        || (hasBody && !request.has_header("Content-Length")))
+    if (!hasBody && request.method != "GET" && request.method != "HEAD") {
+        response.status = 405;
+        response.set_header("Allow", "GET, HEAD, POST");
+    } else if (request.has_header("Transfer-Encoding")
+               || (hasBody && !request.has_header("Content-Length"))) {
         response.status = 411;
-    else if (request.has_header("Content-Encoding"))
+    } else if (request.has_header("Content-Encoding")) {
         response.status = 415;
-    else
+    } else {
         return httplib::Server::HandlerResponse::Unhandled;
+    }
     return httplib::Server::HandlerResponse::Handled;
+}
+
+QString messageFor(int status)
+{
+    switch (status) {
+    case 405:
+        return QStringLiteral("Only GET, HEAD and POST are answered.");
+    case 411:
+        return QStringLiteral("The request must state its length.");
+    case 413:
+        return QStringLiteral("The request is too large.");
+    case 414:
+        return QStringLiteral("The address is too long.");
+    case 415:
+        return QStringLiteral("The request must not be packed.");
+    case 416:
+        return QStringLiteral("The file has no such part.");
+    default:
+        return status >= 500 ? QStringLiteral("The portal failed.")
+                             : QStringLiteral("The request can't be understood.");
+    }
+}
+
+void sendJson(const httplib::Request &request, httplib::Response &response,
+              const QJsonObject &object)
+{
+    const bool indented = parameter(request, "f") == QLatin1String("pjson");
+    const QByteArray json =
+        QJsonDocument(object).toJson(indented ? QJsonDocument::Indented : QJsonDocument::Compact);
+    response.set_content(json.toStdString(), "application/json; charset=utf-8");
+}
+
+// What the library refuses by itself has no body, and a file that can't be read has none either.
+httplib::Server::HandlerResponse explainFailure(const httplib::Request &request,
+                                                httplib::Response &response)
+{
+    if (!response.body.empty() || response.content_provider_)
+        return httplib::Server::HandlerResponse::Unhandled;
+    sendJson(request, response, errorObject(response.status, messageFor(response.status)));
+    return httplib::Server::HandlerResponse::Handled;
+}
+
+// The path for the log: without the query, which holds tokens and passwords, and without the names
+// of users. Encoded, so that it stays one line.
+QByteArray pathForLog(const httplib::Request &request)
+{
+    const QByteArray path = QByteArray::fromStdString(request.path).toPercentEncoding("/");
+    const QByteArray users = "/community/users/";
+    const int at = path.indexOf(users);
+    return at < 0 ? path : path.left(at + users.size()) + '*';
 }
 
 // Sends the file in pieces: a package may be larger than memory.
@@ -140,6 +197,7 @@ private:
 
     Visitor visitor(const httplib::Request &request);
     QString baseUrl(const httplib::Request &request) const;
+    QString pictureFile(const QString &picture) const;
     static bool isVisible(const ItemStore::Item &item, const Visitor &visitor);
     static QJsonObject fileError(const QJsonObject &error, httplib::Response &response);
 
@@ -157,10 +215,14 @@ PortalServer::Private::Private(const ItemStore &store, Accounts &accounts, const
         handle(request, response);
     };
     server->set_pre_routing_handler(refuseUnbounded);
+    server->set_error_handler(httplib::Server::HandlerWithResponse(explainFailure));
     server->Get(".*", handler);
     server->Post(".*", handler);
     server->set_payload_max_length(MaximumRequestBody);
-    server->set_keep_alive_timeout(1); // what stopping waits for at most
+    server->set_keep_alive_timeout(1); // what stopping waits for at most where no request comes
+    // One request per connection: the body of a refused one is left unread, and would be taken for
+    // the next request.
+    server->set_keep_alive_max_count(1);
     server->set_tcp_nodelay(true);
     // Without the library's SO_REUSEPORT, which would let a second portal take the same port.
     server->set_socket_options([](socket_t socket) {
@@ -179,12 +241,8 @@ void PortalServer::Private::handle(const httplib::Request &request, httplib::Res
     const QStringList path = text(request.path).split(QLatin1Char('/'));
     const QStringList rest = path.mid(0, 3) == prefix ? path.mid(3) : QStringList();
     const QJsonObject object = answer(request, rest, response);
-    if (!object.isEmpty()) { // otherwise a file
-        const bool indented = parameter(request, "f") == QLatin1String("pjson");
-        const QByteArray json = QJsonDocument(object).toJson(indented ? QJsonDocument::Indented
-                                                                      : QJsonDocument::Compact);
-        response.set_content(json.toStdString(), "application/json; charset=utf-8");
-    }
+    if (!object.isEmpty()) // otherwise a file
+        sendJson(request, response, object);
 #ifdef PORTAL_FAILURES
     if (settings.failures)
         settings.failures->apply(rest, response);
@@ -194,9 +252,8 @@ void PortalServer::Private::handle(const httplib::Request &request, httplib::Res
 void PortalServer::Private::log(const httplib::Request &request,
                                 const httplib::Response &response) const
 {
-    // The path alone: queries hold tokens and passwords. Encoded, so that it stays one line.
-    std::fprintf(stderr, "%s %s %d\n", request.method.c_str(),
-                 QByteArray::fromStdString(request.path).toPercentEncoding("/").constData(),
+    const QByteArray method = QByteArray::fromStdString(request.method).toPercentEncoding();
+    std::fprintf(stderr, "%s %s %d\n", method.constData(), pathForLog(request).constData(),
                  response.status);
 }
 
@@ -310,13 +367,9 @@ QJsonObject PortalServer::Private::user(const QStringList &path, const Visitor &
     if (path.size() == 1)
         return errorObject(400, QStringLiteral("User does not exist or is inaccessible."));
 
-    // Only the picture that the users file names, and only beside that file.
     const QString picture = details.value(QStringLiteral("thumbnail")).toString();
-    const bool plainName = !picture.isEmpty() && picture == QFileInfo(picture).fileName();
-    const QString file = QDir(settings.usersFolder).filePath(picture);
-    if (!settings.usersFolder.isEmpty() && plainName
-        && path.mid(1).join(QLatin1Char('/')) == QLatin1String("info/") + picture
-        && QFileInfo(file).isFile()) {
+    const QString file = pictureFile(picture);
+    if (!file.isEmpty() && path.mid(1).join(QLatin1Char('/')) == QLatin1String("info/") + picture) {
         sendFile(response, file);
         return QJsonObject();
     }
@@ -344,6 +397,16 @@ QJsonObject PortalServer::Private::item(const QStringList &path, const Visitor &
         return fileError(errorObject(404, QStringLiteral("The item has no such file.")), response);
     sendFile(response, file);
     return QJsonObject();
+}
+
+// Only what lies beside the users file, and never that file, which holds the passwords.
+QString PortalServer::Private::pictureFile(const QString &picture) const
+{
+    if (settings.usersFile.isEmpty() || picture != QFileInfo(picture).fileName())
+        return QString();
+    const QFileInfo users(settings.usersFile);
+    const QString file = fileInside(users.absolutePath(), picture);
+    return file != users.canonicalFilePath() ? file : QString();
 }
 
 PortalServer::Private::Visitor PortalServer::Private::visitor(const httplib::Request &request)
@@ -395,11 +458,6 @@ bool PortalServer::bind(quint16 port)
                                 : (d->server->bind_to_port(address, port) ? port : -1);
     d->port = static_cast<quint16>(qMax(bound, 0));
     return bound > 0;
-}
-
-quint16 PortalServer::port() const
-{
-    return d->port;
 }
 
 QString PortalServer::url() const

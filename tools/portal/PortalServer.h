@@ -22,8 +22,8 @@ public:
         QString version;
         QVariantMap self;       // the answer of portals/self
         qint64 tokenLife = 0;   // milliseconds, for every token; 0: what the request asks for
-        QString usersFolder;    // where the users' pictures lie; may be empty
-        bool accessLog = false; // a line per request on the standard error output, without queries
+        QString usersFile;      // the users' pictures lie beside it; may be empty
+        bool accessLog = false; // a line per request on the standard error output, without names
         const Certificate *certificate = nullptr; // for HTTPS; must outlive the server
         Failures *failures = nullptr;             // of the tests; must outlive the server
     };
@@ -33,7 +33,6 @@ public:
 
     // 0 takes a free port. False if the port is taken or not ours to use.
     bool bind(quint16 port);
-    quint16 port() const;
     // Where clients reach it, without a trailing slash.
     QString url() const;
     // Returns after stop(), which another thread calls.

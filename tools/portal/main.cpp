@@ -1,29 +1,26 @@
 // tessaline-portal: a portal for applet authors, which serves a folder of items to this machine.
 #include "portal/Accounts.h"
-#include "portal/Certificate.h"
 #ifdef PORTAL_FAILURES
 #include "portal/Failures.h"
 #endif
 #include "portal/ItemStore.h"
 #include "portal/PortalServer.h"
+#include "portal/ServerOptions.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
-#include <QFile>
-#include <QFileInfo>
 
 #include <csignal>
 #include <cstdio>
-#include <memory>
+#include <cstdlib>
 #include <thread>
+
+#include <unistd.h>
 
 namespace {
 
-int fail(const QString &message)
-{
-    std::fprintf(stderr, "tessaline-portal: %s\n", qPrintable(message));
-    return 1;
-}
+const quint16 UsualPort = 8080;
+const time_t StopSeconds = 3; // how long a client may hold up the end
 
 void addOptions(QCommandLineParser &parser)
 {
@@ -31,18 +28,10 @@ void addOptions(QCommandLineParser &parser)
         "Serves a folder of items to applets on this machine, the way a portal does.\n"
         "Each item is a sub-folder named by its id, with iteminfo.json, a file or folder \"data\"\n"
         "and thumbnail.png. Without --users, the user \"demo\" signs in with \"demo\"."));
-    parser.addHelpOption();
-    parser.addVersionOption();
+    ServerOptions::add(parser, UsualPort);
     parser.addOptions({
         {QStringLiteral("items"), QStringLiteral("The folder of items (default: this folder)."),
          QStringLiteral("folder"), QStringLiteral(".")},
-        {QStringLiteral("port"), QStringLiteral("The port; 0 takes a free one (default: 8080)."),
-         QStringLiteral("number"), QStringLiteral("8080")},
-        {QStringLiteral("https"),
-         QStringLiteral("HTTPS, with a certificate that is made at start.")},
-        {QStringLiteral("certificate"),
-         QStringLiteral("With --https: writes the certificate to this file, for clients to trust."),
-         QStringLiteral("file")},
         {QStringLiteral("users"),
          QStringLiteral("A JSON file: { \"name\": { \"password\": \"...\" } }."),
          QStringLiteral("file")},
@@ -105,40 +94,14 @@ bool readSettings(const QCommandLineParser &parser, PortalServer::Settings &sett
 bool readUsers(const QCommandLineParser &parser, Accounts &accounts,
                PortalServer::Settings &settings, QString &error)
 {
-    const QString path = parser.value(QStringLiteral("users"));
-    if (path.isEmpty()) {
+    // Only without the option: an empty name may be a variable that isn't set, and must not let
+    // somebody else in.
+    if (!parser.isSet(QStringLiteral("users"))) {
         accounts.addUser(QStringLiteral("demo"), QStringLiteral("demo"), QVariantMap());
         return true;
     }
-    settings.usersFolder = QFileInfo(path).absolutePath();
-    return accounts.load(path, error);
-}
-
-// Makes the certificate for HTTPS, if that is wanted, and tells it to who wants it.
-bool prepareHttps(const QCommandLineParser &parser, std::unique_ptr<Certificate> &certificate,
-                  PortalServer::Settings &settings, QString &error)
-{
-    const QString path = parser.value(QStringLiteral("certificate"));
-    if (!parser.isSet(QStringLiteral("https"))) {
-        if (parser.isSet(QStringLiteral("certificate")))
-            error = QStringLiteral("--certificate needs --https");
-        return error.isEmpty();
-    }
-    certificate = std::make_unique<Certificate>();
-    settings.certificate = certificate.get();
-    if (!certificate->isValid()) {
-        error = QStringLiteral("can't make a certificate");
-        return false;
-    }
-    QFile file(path);
-    if (parser.isSet(QStringLiteral("certificate"))
-        && (!file.open(QIODevice::WriteOnly) || file.write(certificate->toPem()) < 0
-            || !file.flush())) {
-        error =
-            QStringLiteral("can't write the certificate to %1: %2").arg(path, file.errorString());
-        return false;
-    }
-    return true;
+    settings.usersFile = parser.value(QStringLiteral("users"));
+    return accounts.load(settings.usersFile, error);
 }
 
 #ifdef PORTAL_FAILURES
@@ -157,13 +120,47 @@ bool readFailures(const QCommandLineParser &parser, Failures &failures,
 }
 #endif
 
-// Serves until SIGINT or SIGTERM, which all threads have blocked: this one waits for them.
-int serve(PortalServer &server, const sigset_t &endSignals)
+// SIGINT and SIGTERM end the program; with SIGUSR1 the listening thread tells that it has ended.
+sigset_t awaitedSignals()
 {
-    std::thread thread([&server] { server.run(); });
+    sigset_t awaited;
+    sigemptyset(&awaited);
+    sigaddset(&awaited, SIGINT);
+    sigaddset(&awaited, SIGTERM);
+    sigaddset(&awaited, SIGUSR1);
+    return awaited;
+}
+
+// Without waiting for the threads, whatever they do.
+[[noreturn]] void endAtOnce(ItemStore &store, int status)
+{
+    store.removePackages();
+    std::_Exit(status);
+}
+
+// Serves until one of the signals comes. All threads have them blocked; this one waits for them.
+int serve(PortalServer &server, ItemStore &store)
+{
+    std::thread thread([&server] {
+        server.run();
+        ::kill(::getpid(), SIGUSR1);
+    });
+    const sigset_t awaited = awaitedSignals();
     int received = 0;
-    sigwait(&endSignals, &received);
+    sigwait(&awaited, &received);
+    if (received == SIGUSR1) // nobody asked for the end
+        endAtOnce(store, ServerOptions::fail(QStringLiteral("can't listen any more")));
+
+    // The requests that are under way come to their end, unless a second signal ends them. The
+    // library limits each read only: a client that sends a byte now and then would hold this up for
+    // as long as it likes.
     server.stop();
+    const timespec limit{StopSeconds, 0};
+    received = sigtimedwait(&awaited, nullptr, &limit);
+    if (received != SIGUSR1) {
+        ServerOptions::fail(QStringLiteral("ended in the middle of a request"));
+        endAtOnce(store, 0);
+    }
     thread.join();
     return 0;
 }
@@ -172,11 +169,8 @@ int serve(PortalServer &server, const sigset_t &endSignals)
 
 int main(int argc, char **argv)
 {
-    sigset_t endSignals;
-    sigemptyset(&endSignals);
-    sigaddset(&endSignals, SIGINT);
-    sigaddset(&endSignals, SIGTERM);
-    pthread_sigmask(SIG_BLOCK, &endSignals, nullptr);
+    const sigset_t awaited = awaitedSignals();
+    pthread_sigmask(SIG_BLOCK, &awaited, nullptr);
 
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("tessaline-portal"));
@@ -185,31 +179,32 @@ int main(int argc, char **argv)
     addOptions(parser);
     parser.process(app);
 
-    bool isPort = false;
-    const quint16 port = parser.value(QStringLiteral("port")).toUShort(&isPort);
-    if (!isPort)
-        return fail(QStringLiteral("--port takes 0 to 65535, not \"%1\"")
-                        .arg(parser.value(QStringLiteral("port"))));
-
     QString error;
     PortalServer::Settings settings;
     Accounts accounts;
     ItemStore store;
-    std::unique_ptr<Certificate> certificate;
-    if (!readSettings(parser, settings, error) || !readUsers(parser, accounts, settings, error)
-        || !store.load(parser.value(QStringLiteral("items")), error)
-        || !prepareHttps(parser, certificate, settings, error))
-        return fail(error);
+    ServerOptions options;
+    if (!options.read(parser, error) || !readSettings(parser, settings, error)
+        || !readUsers(parser, accounts, settings, error)
+        || !store.load(parser.value(QStringLiteral("items")), error))
+        return ServerOptions::fail(error);
+    settings.certificate = options.certificate();
 #ifdef PORTAL_FAILURES
     Failures failures;
     if (!readFailures(parser, failures, settings, error))
-        return fail(error);
+        return ServerOptions::fail(error);
 #endif
 
     PortalServer server(store, accounts, settings);
-    if (!server.bind(port))
-        return fail(QStringLiteral("port %1 is taken or can't be used").arg(port));
+    if (!server.bind(options.port()))
+        return ServerOptions::fail(
+            QStringLiteral("port %1 is taken or can't be used").arg(options.port()));
+    if (!options.writeCertificate(error))
+        return ServerOptions::fail(error);
+    const QStringList warnings = store.warnings();
+    for (const QString &warning : warnings)
+        std::fprintf(stderr, "tessaline-portal: %s\n", qPrintable(warning));
     std::printf("%d items at %s\n", store.items().size(), qPrintable(server.url()));
     std::fflush(stdout);
-    return serve(server, endSignals);
+    return serve(server, store);
 }
