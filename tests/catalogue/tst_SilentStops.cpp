@@ -23,6 +23,7 @@ private slots:
     void appStaysDownloading();
     void appWhoseFolderCannotBeMadeStaysDownloading();
     void appWhoseEntriesOverlapStaysDownloading();
+    void appWithDamagedEntriesIsReady();
     void itemStaysDownloading_data();
     void itemStaysDownloading();
     void searchNeverEnds_data();
@@ -62,6 +63,7 @@ QStringList withoutProgress(QStringList names)
 void tst_SilentStops::initTestCase()
 {
     QVERIFY(ArchiveMaker::make("overlapping", m_work.filePath("overlapping.zip")));
+    QVERIFY(ArchiveMaker::make("incomplete_app", m_work.filePath("incomplete_app.zip")));
 }
 
 void tst_SilentStops::init()
@@ -82,6 +84,8 @@ void tst_SilentStops::start(const QStringList &rules)
                       {{"data/a.txt", "text"}, {"t.png", "picture"}});
     m_server->addItem("overlapping", {},
                       {{"data", ArchiveMaker::read(m_work.filePath("overlapping.zip"))}});
+    m_server->addItem("incomplete", {},
+                      {{"data", ArchiveMaker::read(m_work.filePath("incomplete_app.zip"))}});
     QStringList arguments;
     for (const QString &rule : rules)
         arguments << "--fail" << rule;
@@ -168,6 +172,34 @@ void tst_SilentStops::appWhoseEntriesOverlapStaysDownloading()
     QCOMPARE(m_package->status(), ItemPackage::Downloading);
     QVERIFY(QFile::exists(home(".cache/packages/overlapping.zip")));
     QVERIFY(QDir(home("Apps/overlapping")).isEmpty());
+}
+
+// Single entries don't stop the others: the app counts as downloaded, and the log alone tells what
+// it lacks.
+void tst_SilentStops::appWithDamagedEntriesIsReady()
+{
+    start({});
+    LogCapture log;
+    SignalRecorder recorder(m_package.get());
+    downloadApp("incomplete");
+    QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    QCOMPARE(m_package->error()->message(), QString());
+    QCOMPARE(recorder.names().count("errorChanged"), 0);
+    const auto logged = [&log](QtMsgType type, const QString &words) {
+        return log.count(type, "default", "UnZipFile::extractCurrentFile" + words) == 1;
+    };
+    QVERIFY(logged(QtWarningMsg, ":Extracting: \"wrong.txt\""));
+    QVERIFY(logged(QtCriticalMsg, " - unzReadCurrentFile -3"));
+    QVERIFY(logged(QtCriticalMsg, ":Extracting: \"broken.txt\""));
+    QCOMPARE(log.count(QtCriticalMsg), 2);
+
+    const QString app = home("Apps/incomplete/");
+    QCOMPARE(ArchiveMaker::read(app + "wrong.txt"), QByteArray("content"));
+    QVERIFY(QFile::exists(app + "broken.txt")); // as far as it could be read: not at all
+    QCOMPARE(ArchiveMaker::read(app + "broken.txt"), QByteArray());
+    QCOMPARE(ArchiveMaker::read(app + "main.qml"), QByteArray("Item {}"));
+    QVERIFY(QFile::exists(app + "iteminfo.json"));
+    QVERIFY(!QFile::exists(home(".cache/packages/incomplete.zip")));
 }
 
 void tst_SilentStops::itemStaysDownloading_data()

@@ -199,6 +199,21 @@ def raw_wrong_crc():
     return body + directory + end(1, len(directory), len(body))
 
 
+def raw_incomplete_app():
+    """An app with a wrong checksum, an entry that breaks off by itself, and a good one behind them."""
+    names = [b"appinfo.json", b"wrong.txt", b"broken.txt", b"main.qml"]
+    datas = [b"{}", b"content", b"text" * 10000, b"Item {}"]
+    body = directory = b""
+    for name, data in zip(names, datas):
+        crc = 0x12345678 if name == b"wrong.txt" else zlib.crc32(data)
+        packed = deflate(data)
+        if name == b"broken.txt":
+            packed = b"\x07" + packed[1:]  # a block of a type that doesn't exist
+        directory += central(name, len(body), len(packed), len(data), crc, 8)
+        body += local(name, data, packed, crc=crc)
+    return body + directory + end(len(names), len(directory), len(body))
+
+
 def raw_huge_claim():
     """Claims 4,294,967,280 bytes, which is -16 as an int."""
     data = b"small"
