@@ -53,6 +53,10 @@ void tst_PublishingGuide::appletSignsInListsAndDownloads()
     QVERIFY(window.expose());
     QTRY_COMPARE(window.text("message"), QString("Press an app to download it."));
     QTRY_VERIFY(window.item("tide-table"));
+    QCOMPARE(window.item("message")->property("textFormat").toInt(), int(Qt::PlainText));
+    const auto *title = window.item("tide-table")->property("contentItem").value<QQuickItem *>();
+    QVERIFY(title && title->property("textFormat").isValid()); // not the button's own label
+    QCOMPARE(title->property("textFormat").toInt(), int(Qt::PlainText));
     window.picture(); // the list is laid out now
     window.click("tide-table");
     QTRY_VERIFY(window.text("message").startsWith("Downloaded to "));

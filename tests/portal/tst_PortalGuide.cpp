@@ -155,6 +155,13 @@ void tst_PortalGuide::searching()
         return texts;
     };
     QTRY_COMPARE(shown(), QStringList(QString::fromUtf8("Field notes ↓")));
+    for (const QQuickItem *row : rows->childItems()) { // never HTML of the portal's
+        if (row->property("text").isValid()) {
+            const QVariant format = QQmlProperty::read(row, "contentItem.textFormat");
+            QVERIFY(format.isValid());
+            QCOMPARE(format.toInt(), int(Qt::PlainText));
+        }
+    }
 }
 
 void tst_PortalGuide::downloadingAnApp()
