@@ -21,7 +21,8 @@ public:
     // Signing in works for nobody until users are loaded or added.
     Accounts();
 
-    // False with a message for people if the file can't be read or isn't as above. No name is empty.
+    // False with a message for people if the file can't be read, isn't as above or has a nameless
+    // user.
     bool load(const QString &path, QString &error);
     void addUser(const QString &name, const QString &password, const QVariantMap &details);
 

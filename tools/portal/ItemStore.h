@@ -15,8 +15,8 @@
 //     thumbnail       the file that "thumbnail" in iteminfo.json gives, or thumbnail.png
 //
 // What iteminfo.json leaves out gets a usual value. Links that lead out of an item's folder, and
-// items that are links out of the folder of items, count as not being there. Requests are answered from these maps: no path
-// is ever made of what a client sends.
+// items that are links out of the folder of items, count as not being there. Requests are answered
+// from these maps: no path is ever made of what a client sends.
 class ItemStore
 {
 public:
