@@ -75,26 +75,28 @@
 
 /*!
     \qmlmethod bool ZipReader::exists(string fileName)
-    Whether there is an entry of exactly that name.
+    Returns whether there is an entry named exactly \a fileName.
 */
 
 /*!
     \qmlmethod ZipFileInfo ZipReader::fileInfo(string fileName)
-    The metadata of an entry, null if there is none of that name.
+    The metadata of the entry \a fileName, null if there is none of that name.
 */
 
 /*!
     \qmlmethod bool ZipReader::extractFile(string fileName, string outputFilePath)
-    Writes one entry to a file, replacing it, with the entry's date. The output path is taken as it
-   is: resolve variables with \c{Tessaline.resolvedPath()}. Its folder must exist. False if the
-   entry is missing or damaged or the file can't be written.
+    Writes the entry \a fileName to the file \a outputFilePath, replacing it, with the entry's date.
+    The output path is taken as it is: resolve variables with \c{Tessaline.resolvedPath()}. Its
+    folder must exist. Returns false if the entry is missing or damaged or the file can't be
+    written.
 */
 
 /*!
     \qmlmethod bool ZipReader::extractAll(string outputPath, string basePath)
-    Writes all entries below the output folder, making folders as needed. With a \a basePath only
-   the entries directly inside that folder of the archive, without the folder's name. Returns true
-   once the archive could be opened, whatever was extracted; watch \l error for damaged entries.
+    Writes all entries below the folder \a outputPath, making folders as needed. With a \a basePath
+    only the entries directly inside that folder of the archive, without the folder's name. Returns
+    true once the archive could be opened, whatever was extracted; watch \l error for damaged
+    entries.
 */
 
 /*!
@@ -104,23 +106,25 @@
 
 /*!
     \qmlmethod string ZipReader::readTextFile(string fileName)
-    The text of an entry, taken as UTF-8 up to the first NUL.
+    The text of the entry \a fileName, taken as UTF-8 up to the first NUL.
 */
 
 /*!
     \qmlmethod object ZipReader::readJsonFile(string fileName)
-    The JSON object in an entry; empty if it isn't one.
+    The JSON object in the entry \a fileName; empty if it isn't one.
 */
 
 /*!
     \qmlsignal ZipReader::error(string fileName, string outputFileName, Result result)
-    An entry's data can't be read. What came before is in the output file.
+    The data of the entry \a fileName can't be read, for the reason \a result. What came before is
+    in the file \a outputFileName.
 */
 
 /*!
     \qmlsignal ZipReader::progress(string fileName, string outputFileName, double percent)
-    Before each 4,096 bytes of an entry are written, with the part that is out already, and with 100
-    when the entry is done. For an empty entry the first value is not a number.
+    Before each 4,096 bytes of the entry \a fileName are written to \a outputFileName, with the part
+    that is out already as \a percent, and with 100 when the entry is done. For an empty entry the
+    first value is not a number.
 */
 
 /*!

@@ -51,11 +51,11 @@
 
 /*!
     \qmlmethod bool ZipWriter::addFile(string filePath, string archivedFilePath, string comment, bool append)
-    Adds a file. \a archivedFilePath is its name in the archive, its own file name when
-   left out or empty. With \a append false (default true) the archive is replaced by one that holds
-   only this file. \a filePath is taken as it is: resolve variables with
-   \c{Tessaline.resolvedPath()}. False if the file can't be read or the archive not written; the log
-   says why. Files over 4 GiB aren't supported.
+    Adds a file with a \a comment. \a archivedFilePath is its name in the archive, its own file name
+    when left out or empty. With \a append false (default true) the archive is replaced by one that
+    holds only this file. \a filePath is taken as it is: resolve variables with
+    \c{Tessaline.resolvedPath()}. Returns false if the file can't be read or the archive not
+    written; the log says why. Files over 4 GiB aren't supported.
 */
 
 namespace {

@@ -127,12 +127,12 @@
 
 /*!
     \qmlmethod bool File::flush()
-    Writes out what waits in the buffer. False, with \l error, if the disk doesn't take it.
+    Writes out what waits in the buffer. Returns false, with \l error, if the disk doesn't take it.
 */
 
 /*!
     \qmlmethod bool File::reset()
-    Moves \l position to the start.
+    Moves \l position to the start. Returns whether it could.
 */
 
 /*!
@@ -158,8 +158,8 @@
 
 /*!
     \qmlmethod void File::write(var data)
-    Writes a text in the file's \l textEncoding, or the bytes of an ArrayBuffer as they are. Of any
-    other value nothing is written.
+    Writes \a data: a text in the file's \l textEncoding, or the bytes of an ArrayBuffer as they
+    are. Of any other value nothing is written.
 */
 
 File::File(QObject *parent)

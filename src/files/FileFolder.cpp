@@ -77,12 +77,12 @@
 
 /*!
     \qmlmethod bool FileFolder::cdUp()
-    Moves to the folder above.
+    Moves to the folder above. Returns false if it doesn't exist.
 */
 
 /*!
     \qmlmethod bool FileFolder::cd(string path)
-    Moves to a folder, relative to this one. False, and it stays, if there is none.
+    Moves to the folder \a path, relative to this one. Returns false, and stays, if there is none.
 */
 
 /*!
@@ -95,17 +95,18 @@
 
 /*!
     \qmlmethod list<string> FileFolder::folderNames(var nameFilter, bool subFolders)
-    The names of the folders, as fileNames() gives those of the files.
+    The names of the folders, with \a nameFilter and \a subFolders as fileNames() gives those of the
+    files.
 */
 
 /*!
     \qmlmethod bool FileFolder::makeFolder()
-    Makes this folder, and those above it that are missing. True also if it exists.
+    Makes this folder, and those above it that are missing. Returns true also if it exists.
 */
 
 /*!
     \qmlmethod bool FileFolder::removeFolder()
-    Removes this folder and everything in it. True also if it doesn't exist.
+    Removes this folder and everything in it. Returns true also if it doesn't exist.
 */
 
 /*!
@@ -116,97 +117,102 @@
 
 /*!
     \qmlmethod bool FileFolder::makePath(string path)
-    Makes a folder below this one, and those between that are missing.
+    Makes the folder \a path below this one, and those between that are missing. Returns whether it
+    is there.
 */
 
 /*!
     \qmlmethod bool FileFolder::removePath(string path)
-    Removes an empty folder below this one, and those between as far as they are empty then.
+    Removes the empty folder \a path below this one, and those between as far as they are empty
+    then. Returns false if it couldn't be removed.
 */
 
 /*!
     \qmlmethod string FileFolder::filePath(string fileName)
-    The absolute path of a file in this folder.
+    The absolute path of \a fileName in this folder.
 */
 
 /*!
     \qmlmethod string FileFolder::relativeFilePath(string fileName)
-    The path of a file as seen from this folder.
+    The path of \a fileName as seen from this folder.
 */
 
 /*!
     \qmlmethod url FileFolder::fileUrl(string fileName)
-    The URL of a file in this folder.
+    The URL of \a fileName in this folder.
 */
 
 /*!
     \qmlmethod bool FileFolder::fileExists(string fileName)
-    Whether there is a file or folder of that name.
+    Returns whether there is a file or folder \a fileName.
 */
 
 /*!
     \qmlmethod bool FileFolder::removeFile(string fileName)
-    Removes a file. True also if it doesn't exist.
+    Removes the file \a fileName. Returns true also if it doesn't exist.
 */
 
 /*!
     \qmlmethod bool FileFolder::renameFile(string oldFileName, string newFileName)
-    Renames a file or folder. Nothing is overwritten.
+    Renames the file or folder \a oldFileName to \a newFileName. Nothing is overwritten.
+    Returns whether it is renamed.
 */
 
 /*!
     \qmlmethod bool FileFolder::copyFile(string fileName, string filePath)
-    Copies a file or a whole folder to \a filePath, a path of its own. A file that exists is never
-    overwritten; a folder that exists is added to, until a file is in the way. Symbolic links are
-    followed, and a folder can't be copied into itself.
+    Copies the file or the whole folder \a fileName to \a filePath, a path of its own. Returns false
+    if a file isn't copied. A file that exists is never overwritten; a folder that exists is added
+    to, until a file is in the way. Symbolic links are followed, and a folder can't be copied into
+    itself.
 */
 
 /*!
     \qmlmethod File FileFolder::file(string fileName)
-    A new \l File object on a file of this folder.
+    A new \l File object on the file \a fileName of this folder.
 */
 
 /*!
     \qmlmethod FileInfo FileFolder::fileInfo(string fileName)
-    A new \l FileInfo object on a file of this folder.
+    A new \l FileInfo object on the file \a fileName of this folder.
 */
 
 /*!
     \qmlmethod FileFolder FileFolder::folder(string folderName)
-    A new object on a folder below this one.
+    A new object on the folder \a folderName below this one.
 */
 
 /*!
     \qmlmethod ArrayBuffer FileFolder::readFile(string fileName, object options)
-    The bytes of a file; none if it can't be read. \c{{ encode: "base64" }} or \c{{ encode: "hex" }}
-    gives the bytes of their encoding.
+    The bytes of the file \a fileName; none if it can't be read. Of \a options,
+    \c{{ encode: "base64" }} or \c{{ encode: "hex" }} gives the bytes of their encoding.
 */
 
 /*!
     \qmlmethod bool FileFolder::writeFile(string fileName, var content, object options)
-    Replaces the content of a file by a text, in UTF-8, or by the bytes of an ArrayBuffer.
-    \c{{ decode: "base64" }} or \c{{ decode: "hex" }} writes the bytes that the text stands for.
-    False unless all of it is on the disk.
+    Replaces the file \a fileName by \a content: a text, in UTF-8, or the bytes of an ArrayBuffer.
+    Of \a options, \c{{ decode: "base64" }} or \c{{ decode: "hex" }} writes the bytes that the text
+    stands for. Returns false unless all of it is on the disk.
 */
 
 /*!
     \qmlmethod object FileFolder::readJsonFile(string fileName)
-    The object in a JSON file; an empty one if there is none.
+    The object in the JSON file \a fileName; an empty one if there is none.
 */
 
 /*!
     \qmlmethod bool FileFolder::writeJsonFile(string fileName, object json)
-    Writes an object as JSON. False unless all of it is on the disk.
+    Writes the object \a json to the file \a fileName. Returns false unless all of it is on the
+    disk.
 */
 
 /*!
     \qmlmethod string FileFolder::readTextFile(string fileName)
-    The text of a file in UTF-8; empty if it can't be read.
+    The text of the file \a fileName, in UTF-8; empty if it can't be read.
 */
 
 /*!
     \qmlmethod bool FileFolder::writeTextFile(string fileName, string text)
-    Writes a text in UTF-8. False unless all of it is on the disk.
+    Writes \a text to the file \a fileName, in UTF-8. Returns false unless all of it is on the disk.
 */
 
 /*!

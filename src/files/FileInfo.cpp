@@ -144,7 +144,7 @@
 
 /*!
     \qmlmethod bool FileInfo::setPermissions(enumeration permission)
-    As setting \l permissions, but tells whether it could be done.
+    As setting \l permissions to \a permission, but returns whether it could be done.
 */
 
 /*!
@@ -154,17 +154,17 @@
 
 /*!
     \qmlmethod bool FileInfo::hasExtendedProperty(string name)
-    False: no file has extended properties.
+    Returns false, whatever the \a name: no file has extended properties.
 */
 
 /*!
     \qmlmethod var FileInfo::getExtendedProperty(string name)
-    Undefined: no file has extended properties.
+    Undefined, whatever the \a name: no file has extended properties.
 */
 
 /*!
     \qmlmethod bool FileInfo::setExtendedProperty(string name, var value)
-    False: no file has extended properties.
+    Stores no \a value under any \a name and returns false: no file has extended properties.
 */
 
 FileInfo::FileInfo(QObject *parent)

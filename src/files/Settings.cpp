@@ -68,52 +68,53 @@
 
 /*!
     \qmlmethod var Settings::value(string key, var defaultValue)
-    The stored value, or \a defaultValue, undefined if left out, if there is none or a blank text.
-    A text comes with the blanks around it.
+    The value stored under \a key, or \a defaultValue, undefined if left out, if there is none or a
+    blank text. A text comes with the blanks around it.
 */
 
 /*!
     \qmlmethod void Settings::setValue(string key, var value, var defaultValue)
-    Stores \a value and emits valueChanged(). Undefined, null, a blank text, an object, and a value
-    equal to \a defaultValue remove the key instead, without a signal. \a defaultValue may be left
-    out.
+    Stores \a value under \a key and emits valueChanged(). Undefined, null, a blank text, an object,
+    and a value equal to \a defaultValue remove the key instead, without a signal. \a defaultValue
+    may be left out.
 */
 
 /*!
     \qmlmethod color Settings::colorValue(string key, color defaultValue)
-    The stored value as a colour; \a defaultValue if there is none, and an invalid colour if what is
-    stored is none.
+    The value stored under \a key as a colour; \a defaultValue if there is none, and an invalid
+    colour if what is stored is none.
 */
 
 /*!
     \qmlmethod void Settings::setColorValue(string key, color value)
-    Stores the colour as "#rrggbb", or "#aarrggbb" if it isn't opaque.
+    Stores the colour \a value under \a key as "#rrggbb", or "#aarrggbb" if it isn't opaque.
 */
 
 /*!
     \qmlmethod bool Settings::boolValue(string key, bool defaultValue)
-    The stored value as a bool; the texts "false" and "0" are false.
+    Returns the value stored under \a key as a bool; the texts "false" and "0" are false.
     \a defaultValue is false if left out.
 */
 
 /*!
     \qmlmethod real Settings::numberValue(string key, real defaultValue)
-    The stored value as a number, 0 for what is none. \a defaultValue is 0 if left out.
+    The value stored under \a key as a number, 0 for what is none. \a defaultValue is 0 if left out.
 */
 
 /*!
     \qmlmethod void Settings::remove(string key)
-    Removes the value, and all values of the group of that name. An empty key removes everything.
+    Removes the value of \a key, and all values of the group of that name. An empty key removes
+    everything.
 */
 
 /*!
     \qmlmethod bool Settings::contains(string key)
-    True if something is stored under the key, be it a blank text.
+    Returns true if something is stored under \a key, be it a blank text.
 */
 
 /*!
     \qmlsignal Settings::valueChanged(string key)
-    A value was stored. Removals have no signal.
+    A value was stored under \a key. Removals have no signal.
 */
 
 namespace {

@@ -96,17 +96,17 @@
 
 /*!
     \qmlmethod var ExifInfo::imageValue(int imageTag)
-    The value of one of the \l imageTags, undefined for any other.
+    The value of \a imageTag, one of the \l imageTags, undefined for any other.
 */
 
 /*!
     \qmlmethod var ExifInfo::extendedValue(int extendedTag)
-    The value of one of the \l extendedTags, undefined for any other.
+    The value of \a extendedTag, one of the \l extendedTags, undefined for any other.
 */
 
 /*!
     \qmlmethod var ExifInfo::gpsValue(int gpsTag)
-    The value of one of the \l gpsTags, undefined for any other.
+    The value of \a gpsTag, one of the \l gpsTags, undefined for any other.
 */
 
 /*!

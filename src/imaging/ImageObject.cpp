@@ -203,8 +203,8 @@
     Loads a file. Its \a path may begin with a path variable, as in \c{"~/photo.jpg"}. \a format,
    one of \l availableReadFormats, is found out if left out.
 
-    False, and the object is \l empty, if that fails. A file that claims a size far beyond what its
-    bytes can hold counts as damaged.
+    Returns false, and the object is \l empty, if that fails. A file that claims a size far beyond
+    what its bytes can hold counts as damaged.
 */
 
 /*!
@@ -219,7 +219,7 @@
     \qmlmethod bool ImageObject::save(string path, string format = "", int quality = -1)
     Writes the image to a file, whose \a path may begin with a path variable. \a format is one of
     \l availableWriteFormats and goes by the file's suffix if left out. \a quality is 0 (smallest
-    file) to 100, -1 for the format's default. False if not all of it was written.
+    file) to 100, -1 for the format's default. Returns false if not all of it was written.
 */
 
 /*!
@@ -290,27 +290,28 @@
 
 /*!
     \qmlmethod ImageObject ImageObject::scaled(int width, int height, enumeration aspectRatioMode = ImageObject.AspectRatioKeep, enumeration transformationMode = ImageObject.TransformationModeFast)
-    Returns a new object; see scale().
+    Returns a new object, scaled to \a width and \a height by \a aspectRatioMode and
+    \a transformationMode; see scale().
 */
 
 /*!
     \qmlmethod void ImageObject::scaleToWidth(int width, enumeration transformationMode = ImageObject.TransformationModeFast)
-    Scales, keeping the aspect ratio.
+    Scales to \a width, keeping the aspect ratio, by \a transformationMode.
 */
 
 /*!
     \qmlmethod ImageObject ImageObject::scaledToWidth(int width, enumeration transformationMode = ImageObject.TransformationModeFast)
-    Returns a new object; see scaleToWidth().
+    Returns a new object, scaled to \a width by \a transformationMode; see scaleToWidth().
 */
 
 /*!
     \qmlmethod void ImageObject::scaleToHeight(int height, enumeration transformationMode = ImageObject.TransformationModeFast)
-    Scales, keeping the aspect ratio.
+    Scales to \a height, keeping the aspect ratio, by \a transformationMode.
 */
 
 /*!
     \qmlmethod ImageObject ImageObject::scaledToHeight(int height, enumeration transformationMode = ImageObject.TransformationModeFast)
-    Returns a new object; see scaleToHeight().
+    Returns a new object, scaled to \a height by \a transformationMode; see scaleToHeight().
 */
 
 /*!
@@ -321,7 +322,7 @@
 
 /*!
     \qmlmethod ImageObject ImageObject::convertedToFormat(enumeration format, int flags = 0)
-    Returns a new object; see convertToFormat().
+    Returns a new object in \a format, made with \a flags; see convertToFormat().
 */
 
 /*!
@@ -331,7 +332,7 @@
 
 /*!
     \qmlmethod ImageObject ImageObject::mirrored(bool horizontal, bool vertical)
-    Returns a new object; see mirror().
+    Returns a new object, mirrored as \a horizontal and \a vertical say; see mirror().
 */
 
 /*!
@@ -347,18 +348,18 @@
 
 /*!
     \qmlmethod ImageObject ImageObject::copy(int x, int y, int width, int height)
-    Returns a new object; see clip().
+    Returns a new object with the part at \a x and \a y of \a width and \a height; see clip().
 */
 
 /*!
     \qmlmethod ImageObject ImageObject::copy(rect rect)
-    Returns a new object; see clip().
+    Returns a new object with the part \a rect; see clip().
 */
 
 /*!
     \qmlmethod void ImageObject::rotate(real angle, int x = -1, int y = -1, enumeration transformationMode = ImageObject.TransformationModeFast)
-    Turns the image by \a angle degrees, clockwise. The image becomes as large as it needs, with
-    transparent or black corners.
+    Turns the image by \a angle degrees, clockwise, by \a transformationMode. The image becomes as
+    large as it needs, with transparent or black corners.
 
     \a x and \a y, the point about which it turns (the middle if negative), don't shift the picture:
     the result is always cut to the turned picture's own bounds.
@@ -366,7 +367,8 @@
 
 /*!
     \qmlmethod ImageObject ImageObject::rotated(real angle, int x = -1, int y = -1, enumeration transformationMode = ImageObject.TransformationModeFast)
-    Returns a new object; see rotate().
+    Returns a new object, turned by \a angle about \a x and \a y by \a transformationMode; see
+    rotate().
 */
 
 /*!

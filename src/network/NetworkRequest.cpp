@@ -564,7 +564,8 @@ void NetworkRequest::abort()
 
 /*!
     \qmlmethod void NetworkRequest::open(string method, url url, bool async)
-    Sets \l method, \l async (true if it is left out) and \l url. Nothing is sent yet.
+    Sets the properties \a method, \a async (true if it is left out) and \a url. Nothing is sent
+    yet.
 */
 
 void NetworkRequest::open(const QString &method, const QUrl &url, bool async)
@@ -584,7 +585,7 @@ void NetworkRequest::open(const QString &method, const QUrl &url)
 /*!
     \qmlmethod void NetworkRequest::send(var body)
 
-    Sends the request. It is refused in the states 0, 2 and 3.
+    Sends the request with \a body. It is refused in the states 0, 2 and 3.
 
     \table
     \header \li Body \li What is sent
@@ -993,17 +994,17 @@ void NetworkRequest::onProxyAuthenticationRequired(const QNetworkProxy &proxy,
     \qmlsignal NetworkRequest::sslErrors(list errors)
 
     The server can't be trusted, and the transfer is about to fail; a handler can't change that.
-    Each error is a map with \c error (a number of \c{QSslError::SslError}), \c errorString and
-    \c certificate. The certificate is a map with \c effectiveDate, \c expiryDate,
-    \c isBlacklisted, \c isNull, \c isSelfSigned, \c text, and the names in \c subject and \c
-   issuer: maps of lists under "CN", "O", "OU", "L", "ST", "C", "EM", "SN" and "DQ", as far as there
-   are any.
+    Each of \a errors is a map with \c error (a number of \c{QSslError::SslError}), \c errorString
+    and \c certificate. The certificate is a map with \c effectiveDate, \c expiryDate,
+    \c isBlacklisted, \c isNull, \c isSelfSigned, \c text, and the names in \c subject and \c issuer:
+    maps of lists under "CN", "O", "OU", "L", "ST", "C", "EM", "SN" and "DQ", as far as there are
+    any.
 */
 
 /*!
     \qmlsignal NetworkRequest::sslErrorsIgnored(list errors)
-    The server can't be trusted, and the transfer goes on because of \l ignoreSslErrors. The errors
-    are as in \l sslErrors().
+    The server can't be trusted, and the transfer goes on because of \l ignoreSslErrors. The
+    \a errors are as in \l sslErrors().
 */
 
 void NetworkRequest::onSslErrors(QNetworkReply *reply, const QList<QSslError> &errors)

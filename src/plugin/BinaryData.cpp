@@ -134,7 +134,7 @@ QJSValue BinaryData::dataAt(int index) const
 
 /*!
     \qmlmethod bool BinaryData::setDataAt(int index, int byteValue)
-    Stores the low 8 bits of \a byteValue at \a index. False if there is no such byte.
+    Stores the low 8 bits of \a byteValue at \a index. Returns false if there is no such byte.
 */
 bool BinaryData::setDataAt(int index, int byteValue)
 {
@@ -161,8 +161,8 @@ void BinaryData::fill(int byteValue, int size)
 
 /*!
     \qmlmethod string BinaryData::stringData(enumeration encoding = BinaryData.TextEncodingUtf8)
-    The bytes as a text, up to the first zero byte (in UTF-16, the first zero unit). The property
-    \l textEncoding is not consulted.
+    The bytes as a text in \a encoding, up to the first zero byte (in UTF-16, the first zero unit).
+    The property \l textEncoding is not consulted.
 */
 QString BinaryData::stringData(TextEncoding encoding) const
 {

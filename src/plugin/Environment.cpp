@@ -21,35 +21,35 @@
 
 /*!
     \qmlmethod var Environment::value(string variable, var defaultValue)
-    The variable's text, which may be empty; \a defaultValue, undefined if left out, if it
-    isn't set.
+    The text of \a variable, which may be empty; \a defaultValue, undefined if left out, if it isn't
+    set.
 */
 
 /*!
     \qmlmethod var Environment::setValue(string name, var value)
-    Sets the variable to the value's text, or unsets it for undefined and null. Returns the former
-    text, undefined if there was none.
+    Sets the variable \a name to the text of \a value, or unsets it for undefined and null. Returns
+    the former text, undefined if there was none.
 */
 
 /*!
     \qmlmethod var Environment::remove(string name)
-    Unsets the variable and returns its text, undefined if there was none. Emits nothing.
+    Unsets the variable \a name and returns its text, undefined if there was none. Emits nothing.
 */
 
 /*!
     \qmlmethod bool Environment::isSet(string name)
-    True if the variable is set, be it to an empty text.
+    Returns true if the variable \a name is set, be it to an empty text.
 */
 
 /*!
     \qmlmethod bool Environment::isEmpty(string name)
-    True if the variable is empty or isn't set.
+    Returns true if the variable \a name is empty or isn't set.
 */
 
 /*!
     \qmlsignal Environment::valueChanged(string name, var value)
-    setValue() was called, whether or not it changed something. \a value is the variable's text now,
-    empty after a removal.
+    setValue() was called, whether or not it changed something. \a value is the text of the variable
+    \a name now, empty after a removal.
 */
 
 Environment::Environment(QObject *parent)

@@ -34,7 +34,7 @@
 
 /*!
     \qmlsignal PropertySet::valueChanged(string key, var value)
-    A script, \l json, or clear() has given the key a new value.
+    A script, \l json, or clear() has given \a key a new \a value.
 */
 
 namespace {
@@ -164,7 +164,7 @@ QJSValue PropertySet::replaceVariablesFunction()
 
 /*!
     \qmlmethod bool PropertySet::containsKey(string key)
-    Whether the set has the \a key, with whatever value.
+    Returns whether the set has the \a key, with whatever value.
 */
 
 bool PropertySet::containsKey(const QString &key) const

@@ -64,39 +64,41 @@ FileFolder *newFolder(const QString &path)
 
 /*!
     \qmlmethod string StandardPaths::displayName(enumeration type)
-    The location's name for the user, in the user's language.
+    The name of the location \a type for the user, in the user's language.
 */
 
 /*!
     \qmlmethod string StandardPaths::locate(enumeration type, string fileName, enumeration options)
-    The path of the first file of that name in the location's folders; with
+    The path of the first file \a fileName in the folders of the location \a type; with
     \c{StandardPaths.LocateDirectory} that of the first folder. Empty if there is none.
     \a options is \c{StandardPaths.LocateFile} if left out.
 */
 
 /*!
     \qmlmethod list<string> StandardPaths::locateAll(enumeration type, string fileName, enumeration options)
-    The same for all of them, in the order of standardLocations().
+    The same, with \a type, \a fileName and \a options, for all of them, in the order of
+    standardLocations().
 */
 
 /*!
     \qmlmethod string StandardPaths::writableLocation(enumeration type)
-    The folder to write to, which need not exist yet; empty if there is none.
+    The folder of the location \a type to write to, which need not exist yet; empty if there is
+    none.
 */
 
 /*!
     \qmlmethod list<string> StandardPaths::standardLocations(enumeration type)
-    All folders of the location, the one to write to first.
+    All folders of the location \a type, the one to write to first.
 */
 
 /*!
     \qmlmethod FileFolder StandardPaths::writableFolder(enumeration type)
-    A new object for writableLocation(); null if that is empty.
+    A new object for the writableLocation() of \a type; null if that is empty.
 */
 
 /*!
     \qmlmethod FileFolder StandardPaths::defaultFolder(enumeration type)
-    A new object for the first of standardLocations(); null if there is none.
+    A new object for the first of the standardLocations() of \a type; null if there is none.
 */
 
 StandardPaths::StandardPaths(QObject *parent)

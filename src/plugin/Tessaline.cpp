@@ -551,7 +551,7 @@ QString Tessaline::resolvedPath(const QUrl &pathUrl) const
 
 /*!
     \qmlmethod url Tessaline::resolvedPathUrl(string pathUrl)
-    The resolved path as a URL, which is what an \c Image or a \c Loader wants.
+    The resolved path of \a pathUrl as a URL, which is what an \c Image or a \c Loader wants.
 */
 QUrl Tessaline::resolvedPathUrl(const QString &pathUrl) const
 {
@@ -560,7 +560,7 @@ QUrl Tessaline::resolvedPathUrl(const QString &pathUrl) const
 
 /*!
     \qmlmethod string Tessaline::pathVariable(string name)
-    The value of a path variable, empty if it is set nowhere.
+    The value of the path variable \a name, empty if it is set nowhere.
 */
 QString Tessaline::pathVariable(const QString &name) const
 {
@@ -569,7 +569,7 @@ QString Tessaline::pathVariable(const QString &name) const
 
 /*!
     \qmlmethod void Tessaline::setPathVariable(string name, string value)
-    Sets a path variable for the whole process; an empty value removes it.
+    Sets the path variable \a name to \a value for the whole process; an empty one removes it.
 */
 void Tessaline::setPathVariable(const QString &name, const QString &value)
 {
@@ -578,7 +578,7 @@ void Tessaline::setPathVariable(const QString &name, const QString &value)
 
 /*!
     \qmlmethod url Tessaline::resolvedUrl(url url)
-    The URL as it is, without looking at path variables.
+    The \a url as it is, without looking at path variables.
 */
 QUrl Tessaline::resolvedUrl(const QUrl &url) const
 {
@@ -587,7 +587,7 @@ QUrl Tessaline::resolvedUrl(const QUrl &url) const
 
 /*!
     \qmlmethod UrlInfo Tessaline::urlInfo(url url)
-    A new object that takes the URL apart.
+    A new object that takes \a url apart.
 */
 UrlInfo *Tessaline::urlInfo(const QUrl &url) const
 {
@@ -606,7 +606,7 @@ QColor Tessaline::contrastColor(const QColor &color, const QColor &tintColor) co
 
 /*!
     \qmlmethod color Tessaline::alphaColor(color color, real alpha)
-    The colour with another alpha, 0.0 to 1.0.
+    The colour \a color with another \a alpha, 0.0 to 1.0.
 */
 QColor Tessaline::alphaColor(const QColor &color, double alpha) const
 {
@@ -657,7 +657,7 @@ void Tessaline::trimComponentCache()
 
 /*!
     \qmlmethod void Tessaline::addImportPath(string path)
-    Adds a folder in which the engine looks for modules.
+    Adds the folder \a path, in which the engine looks for modules.
 */
 void Tessaline::addImportPath(const QString &path)
 {
@@ -670,7 +670,7 @@ void Tessaline::addImportPath(const QString &path)
 
 /*!
     \qmlmethod void Tessaline::removeImportPath(string path)
-    Removes a folder from importPathList; nothing happens if it isn't there.
+    Removes the folder \a path from importPathList; nothing happens if it isn't there.
 */
 void Tessaline::removeImportPath(const QString &path)
 {
@@ -695,7 +695,7 @@ void Tessaline::collectGarbage()
 
 /*!
     \qmlmethod string Tessaline::typeOf(var value, bool displayName)
-    The name of the value's type: "undefined", "null", "string", "function", "bool", "int",
+    The name of the type of \a value: "undefined", "null", "string", "function", "bool", "int",
    "double", "number", "array", "object", "date", "url", "rect", "size", "point", "regexp", "font",
    "color", "matrix4x4", "vector2d", "vector3d", "vector4d", "quaternion", "list", or of an object
    its class name. With \a displayName true a class name loses what the engine and Qt put around it:
@@ -726,8 +726,8 @@ QString Tessaline::typeOf(const QJSValue &value, bool displayName) const
 
 /*!
     \qmlmethod bool Tessaline::instanceOf(var value, var type)
-    Whether \a value is of a type or, if it is an object, derives from it. \a type is the type's
-   name as typeOf gives it, or any value of that type.
+    Returns whether \a value is of a type or, if it is an object, derives from it. \a type is the
+    type's name as typeOf gives it, or any value of that type.
 
     \badcode
     Tessaline.instanceOf(item, "QQuickItem")
@@ -749,7 +749,8 @@ bool Tessaline::instanceOf(const QJSValue &value, const QJSValue &type) const
 
 /*!
     \qmlmethod bool Tessaline::grabWindowToClipboard(rect rect)
-    Puts a picture of the window, or of the part \a rect of it, on the clipboard.
+    Puts a picture of the window, or of the part \a rect of it, on the clipboard. Returns
+    whether there is a window.
 */
 bool Tessaline::grabWindowToClipboard(const QRect &rect)
 {
@@ -766,9 +767,9 @@ bool Tessaline::grabWindowToClipboard(const QRect &rect)
 
 /*!
     \qmlmethod bool Tessaline::grabWindowToFile(string path, rect rect)
-    Saves a picture of the window, or of the part \a rect of it. The format follows the file's
-   suffix, and the path may begin with a path variable. False if there is no window or the file
-   can't be written.
+    Saves a picture of the window, or of the part \a rect of it, as the file \a path. The
+    format follows its suffix, and it may begin with a path variable. Returns false if there is no
+    window or the file can't be written.
 */
 bool Tessaline::grabWindowToFile(const QString &path, const QRect &rect)
 {
@@ -782,9 +783,9 @@ bool Tessaline::grabWindowToFile(const QString &path, const QRect &rect)
 
 /*!
     \qmlmethod object Tessaline::xmlToJson(string xml, object options)
-    An XML document as an object: attributes, texts and child elements become its keys. \a options
-    may hold \c attributePrefix ("@"), \c textProperty ("#text"), \c commentProperty ("#comment"),
-    \c nodesProperty ("#nodes"), \c indexFormat ("[%1]"), \c rootProperty (false) and
+    The document \a xml as an object: attributes, texts and child elements become its keys.
+    \a options may hold \c attributePrefix ("@"), \c textProperty ("#text"), \c commentProperty
+    ("#comment"), \c nodesProperty ("#nodes"), \c indexFormat ("[%1]"), \c rootProperty (false) and
     \c preserveNamespaces (false). Text that doesn't parse gives an empty object.
 */
 QVariantMap Tessaline::xmlToJson(const QString &xml, const QVariantMap &options) const
@@ -839,7 +840,7 @@ FileInfo *Tessaline::fileInfo(const QUrl &pathUrl) const
 
 /*!
     \qmlmethod string Tessaline::objectToString(object object)
-    Writes the object's properties, methods and base classes to the log, at debug level under
+    Writes the properties, methods and base classes of \a object to the log, at debug level under
     "Zemrik.Tessaline.Core". The result is empty, or "null" for a null object.
 */
 QString Tessaline::objectToString(QObject *object) const

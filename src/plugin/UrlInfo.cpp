@@ -388,8 +388,8 @@ void UrlInfo::setQueryValueDelimiter(const QString &delimiter)
 
 /*!
     \qmlmethod bool UrlInfo::isParentOf(url url)
-    Whether \a url lies below this URL: scheme and authority are equal or missing in \a url, and its
-    path continues this URL's path behind a slash.
+    Returns whether \a url lies below this URL: scheme and authority are equal or missing in \a url,
+    and its path continues this URL's path behind a slash.
 */
 
 bool UrlInfo::isParentOf(const QUrl &url) const
@@ -400,10 +400,10 @@ bool UrlInfo::isParentOf(const QUrl &url) const
 /*!
     \qmlmethod bool UrlInfo::fromUserInput(string userInput, string workingDirectory)
 
-    Replaces the URL by what a user may have meant, as the address field of a browser does:
-    "example.com" becomes an http URL, and a path of an existing file a file URL. Relative paths are
-    looked up in \a workingDirectory, which can be left out. Returns whether the result is valid.
-    Notifies in any case.
+    Replaces the URL by what a user may have meant, by \a userInput, as the address field of a
+    browser does: "example.com" becomes an http URL, and a path of an existing file a file URL.
+    Relative paths are looked up in \a workingDirectory, which can be left out. Returns whether the
+    result is valid. Notifies in any case.
 */
 
 bool UrlInfo::fromUserInput(const QString &userInput, const QString &workingDirectory)
