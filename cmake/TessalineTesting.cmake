@@ -42,12 +42,17 @@ function(tessaline_set_test_environment name)
         LABELS "${arg_LABELS}")
 endfunction()
 
-function(tessaline_test_command variable xvfb)
+# The command with its environment, after the options that its caller has parsed into arg_*.
+function(tessaline_register_test name)
     set(command ${ARGN})
-    if(xvfb)
+    set(xvfb "")
+    if(arg_XVFB)
         set(command "${TESSALINE_TEST_SUPPORT_DIR}/with-xvfb" ${command})
+        set(xvfb XVFB)
     endif()
-    set(${variable} ${command} PARENT_SCOPE)
+    add_test(NAME ${name} COMMAND ${command})
+    tessaline_set_test_environment(${name} ${xvfb} TIMEOUT ${arg_TIMEOUT}
+        ENVIRONMENT ${arg_ENVIRONMENT} LABELS ${arg_LABELS})
 endfunction()
 
 # One moc call for a test's only source. AUTOMOC would add a scan and a further, empty translation unit
@@ -72,25 +77,13 @@ function(tessaline_add_test source)
     if(NOT arg_EXTRA_SOURCES)
         tessaline_moc_own_source(${name} ${source})
     endif()
-    tessaline_test_command(command "${arg_XVFB}" $<TARGET_FILE:${name}>)
-    add_test(NAME ${name} COMMAND ${command})
-    if(arg_XVFB)
-        set(xvfb XVFB)
-    endif()
-    tessaline_set_test_environment(${name} ${xvfb} TIMEOUT ${arg_TIMEOUT}
-        ENVIRONMENT ${arg_ENVIRONMENT} LABELS ${arg_LABELS})
+    tessaline_register_test(${name} $<TARGET_FILE:${name}>)
 endfunction()
 
 function(tessaline_add_qml_test document)
     cmake_parse_arguments(arg "XVFB" "TIMEOUT" "ENVIRONMENT;LABELS" ${ARGN})
     get_filename_component(name ${document} NAME_WE)
     set(name "qml_${name}")
-    tessaline_test_command(command "${arg_XVFB}" $<TARGET_FILE:tessaline-qmltest>
+    tessaline_register_test(${name} $<TARGET_FILE:tessaline-qmltest>
         -import "${TESSALINE_QML_IMPORT_DIR}" -input "${CMAKE_CURRENT_SOURCE_DIR}/${document}")
-    add_test(NAME ${name} COMMAND ${command})
-    if(arg_XVFB)
-        set(xvfb XVFB)
-    endif()
-    tessaline_set_test_environment(${name} ${xvfb} TIMEOUT ${arg_TIMEOUT}
-        ENVIRONMENT ${arg_ENVIRONMENT} LABELS ${arg_LABELS})
 endfunction()

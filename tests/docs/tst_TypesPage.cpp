@@ -58,7 +58,7 @@ void tst_TypesPage::namesEveryType()
     const QString modules = "src/imports/Zemrik/Tessaline/";
     QStringList types =
         found(read(modules + "plugins.qmltypes"), "exports: \\[\"Zemrik.Tessaline/(\\w+) ");
-    for (const QString &module : {"Controls", "Dialogs", "Portal"})
+    for (const char *module : {"Controls", "Dialogs", "Portal"})
         types += found(read(modules + module + "/qmldir"), "^(\\w+) [0-9.]+ \\w+\\.qml$");
     types.removeDuplicates();
     types.sort();
