@@ -140,11 +140,29 @@ App {
                         }
                     ]
 
-                    Setting { id: tailSetting; name: "tailWidth"; sliderName: name; unit: app.unit; from: 2; to: 60; value: 16 }
-                    Setting { name: "width"; sliderName: "calloutWidth"; unit: app.unit; from: 60; to: 180; value: 120; onMoved: callout.width = value * app.unit }
-                    Setting { name: "height"; sliderName: "calloutHeight"; unit: app.unit; from: 40; to: 120; value: 64; onMoved: callout.height = value * app.unit }
-                    Setting { id: radiusSetting; name: "radius"; sliderName: name; unit: app.unit; from: 0; to: 24; value: 6 }
-                    Setting { id: borderSetting; name: "border.width"; sliderName: name; unit: app.unit; from: 1; to: 6; stepSize: 1; value: 1; onMoved: callout.redraw() }
+                    Setting {
+                        id: tailSetting; name: "tailWidth"; sliderName: name
+                        unit: app.unit; from: 2; to: 60; value: 16
+                    }
+                    Setting {
+                        name: "width"; sliderName: "calloutWidth"
+                        unit: app.unit; from: 60; to: 180; value: 120
+                        onMoved: callout.width = value * app.unit
+                    }
+                    Setting {
+                        name: "height"; sliderName: "calloutHeight"
+                        unit: app.unit; from: 40; to: 120; value: 64
+                        onMoved: callout.height = value * app.unit
+                    }
+                    Setting {
+                        id: radiusSetting; name: "radius"; sliderName: name
+                        unit: app.unit; from: 0; to: 24; value: 6
+                    }
+                    Setting {
+                        id: borderSetting; name: "border.width"; sliderName: name
+                        unit: app.unit; from: 1; to: 6; stepSize: 1; value: 1
+                        onMoved: callout.redraw()
+                    }
                     Swatches {
                         name: "color"
                         unit: app.unit
@@ -196,17 +214,40 @@ App {
                         }
                     ]
 
-                    Setting { id: timeoutSetting; name: "timeoutDuration"; sliderName: name; unit: app.unit; from: 0; to: 6000; stepSize: 100; value: 1500 }
-                    Setting { id: animationSetting; name: "animationDuration"; sliderName: name; unit: app.unit; from: 0; to: 6000; stepSize: 100; value: 1500 }
-                    Setting { id: minimumSetting; name: "minumumOpacity"; sliderName: name; unit: app.unit; from: 0; to: 1; stepSize: 0.05; value: 0.35; decimals: 2 }
-                    Setting { id: maximumSetting; name: "maximumOpacity"; sliderName: name; unit: app.unit; from: 0; to: 1; stepSize: 0.05; value: 1; decimals: 2 }
-                    Switcher { id: faderSwitch; objectName: "faderSwitch"; unit: app.unit; text: "enabled"; checked: true }
+                    Setting {
+                        id: timeoutSetting; name: "timeoutDuration"; sliderName: name
+                        unit: app.unit; from: 0; to: 6000; stepSize: 100; value: 1500
+                    }
+                    Setting {
+                        id: animationSetting; name: "animationDuration"; sliderName: name
+                        unit: app.unit; from: 0; to: 6000; stepSize: 100; value: 1500
+                    }
+                    Setting {
+                        id: minimumSetting; name: "minumumOpacity"; sliderName: name
+                        unit: app.unit; from: 0; to: 1; stepSize: 0.05; value: 0.35; decimals: 2
+                    }
+                    Setting {
+                        id: maximumSetting; name: "maximumOpacity"; sliderName: name
+                        unit: app.unit; from: 0; to: 1; stepSize: 0.05; value: 1; decimals: 2
+                    }
+                    Switcher {
+                        id: faderSwitch; objectName: "faderSwitch"
+                        unit: app.unit; text: "enabled"; checked: true
+                    }
                     RowLayout {
                         Layout.fillWidth: true
                         spacing: 8 * app.unit
 
-                        PlainButton { objectName: "startButton"; Layout.fillWidth: true; unit: app.unit; text: "start()"; onClicked: fader.start() }
-                        PlainButton { objectName: "stopButton"; Layout.fillWidth: true; unit: app.unit; text: "stop()"; onClicked: fader.stop() }
+                        PlainButton {
+                            objectName: "startButton"
+                            Layout.fillWidth: true; unit: app.unit; text: "start()"
+                            onClicked: fader.start()
+                        }
+                        PlainButton {
+                            objectName: "stopButton"
+                            Layout.fillWidth: true; unit: app.unit; text: "stop()"
+                            onClicked: fader.stop()
+                        }
                     }
                 }
 
@@ -248,7 +289,10 @@ App {
                         }
                     ]
 
-                    Setting { id: sizeSetting; name: "width, height"; sliderName: "buttonSize"; unit: app.unit; from: 24; to: 128; value: 80 }
+                    Setting {
+                        id: sizeSetting; name: "width, height"; sliderName: "buttonSize"
+                        unit: app.unit; from: 24; to: 128; value: 80
+                    }
                     Swatches {
                         name: "glowColor"
                         unit: app.unit

@@ -184,7 +184,8 @@ App {
                     Layout.preferredWidth: 1
                     unit: app.unit
                     title: "Sign in"
-                    about: "A name and a password for a portal. tessaline-portal is one to try it with: the name and the password are both \"demo\"."
+                    about: "A name and a password for a portal. tessaline-portal is one to try it with: "
+                           + "the name and the password are both \"demo\"."
                     action: portal.signedIn ? "Sign out" : "Sign in"
                     actionName: "portalButton"
                     outcomeName: "portalOutcome"

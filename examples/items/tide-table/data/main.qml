@@ -154,7 +154,10 @@ App {
         Item {
             id: chart
 
-            readonly property real highest: app.harbour ? app.harbour.constituents.reduce((sum, wave) => sum + wave.amplitude, app.harbour.mean) : 1
+            readonly property real highest: app.harbour
+                                            ? app.harbour.constituents.reduce((sum, wave) => sum + wave.amplitude,
+                                                                              app.harbour.mean)
+                                            : 1
 
             Layout.fillWidth: true
             Layout.fillHeight: true
