@@ -3,7 +3,6 @@
 #include "archives/ArchiveReader.h"
 #include "plugin/TessalineObject.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QStringList>
 #include <QVariantMap>

@@ -629,6 +629,7 @@ void NetworkRequest::send(const QVariant &body)
     } else if (body.canConvert<QVariantMap>()) {
         send(body.toMap(), headers);
     } else {
+        // Users look for this text; nothing is sent for a body of another type.
         qCWarning(FRAMEWORK_NETWORK) << Q_FUNC_INFO << "TODO";
         qCWarning(FRAMEWORK_NETWORK) << Q_FUNC_INFO << "body:" << body;
     }

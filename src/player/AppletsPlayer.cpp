@@ -6,7 +6,6 @@
 #include "plugin/PropertyHelper.h"
 #include "plugin/TessalineDebug.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QWindow>

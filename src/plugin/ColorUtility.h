@@ -4,6 +4,7 @@
 
 #include <QColor>
 
+// Colours that go with another one, and one by chance.
 class TESSALINE_EXPORT ColorUtility
 {
 public:
