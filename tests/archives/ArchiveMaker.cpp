@@ -1,5 +1,6 @@
 #include "archives/ArchiveMaker.h"
 
+#include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QProcess>
@@ -18,6 +19,22 @@ bool make(const QString &kind, const QString &path)
     const QString script = QString::fromLocal8Bit(qgetenv("TESSALINE_SOURCE_DIR"))
                            + "/tests/archives/data/make_archive.py";
     return !run(python(), {script, kind, path}).isNull();
+}
+
+QString archive(const QString &kind, const QString &folder)
+{
+    const QString path = folder + '/' + kind + ".zip";
+    if (!make(kind, path))
+        qFatal("no archive %s", qPrintable(kind));
+    return path;
+}
+
+QString outputFolder(const QString &folder)
+{
+    const QString path = folder + "/out";
+    if (!QDir().mkpath(path))
+        qFatal("no folder %s", qPrintable(path));
+    return path;
 }
 
 QByteArray run(const QString &program, const QStringList &arguments, const QString &folder)

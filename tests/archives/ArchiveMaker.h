@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QDir>
 #include <QString>
 #include <QStringList>
 
@@ -13,6 +12,11 @@ QString python();
 // Runs make_archive.py, which writes the archive of that kind (see there) with Python's zipfile or,
 // for what no tool writes, byte by byte.
 bool make(const QString &kind, const QString &path);
+
+// The same as "kind.zip" in `folder`, its path; without it there is no test.
+QString archive(const QString &kind, const QString &folder);
+// The folder "out" in `folder`, which is made.
+QString outputFolder(const QString &folder);
 
 // Runs a program in `folder`; its output, or a null array if it failed.
 QByteArray run(const QString &program, const QStringList &arguments, const QString &folder = {});

@@ -23,18 +23,8 @@ private slots:
     void datesAreCorrectedByADay();
 
 private:
-    QString archive(const QString &kind)
-    {
-        const QString path = m_dir->filePath(kind + ".zip");
-        if (!ArchiveMaker::make(kind, path))
-            qFatal("no archive %s", qPrintable(kind));
-        return path;
-    }
-    QDir output()
-    {
-        QDir().mkpath(m_dir->filePath("out"));
-        return QDir(m_dir->filePath("out"));
-    }
+    QString archive(const QString &kind) { return ArchiveMaker::archive(kind, m_dir->path()); }
+    QDir output() { return QDir(ArchiveMaker::outputFolder(m_dir->path())); }
 
     std::unique_ptr<QTemporaryDir> m_dir;
 };

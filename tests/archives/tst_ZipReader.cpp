@@ -71,18 +71,8 @@ private slots:
     void readsArchivesOfOtherTools();
 
 private:
-    QString archive(const QString &kind)
-    {
-        const QString path = m_dir->filePath(kind + ".zip");
-        if (!ArchiveMaker::make(kind, path))
-            qFatal("no archive %s", qPrintable(kind));
-        return path;
-    }
-    QString output()
-    {
-        QDir().mkpath(m_dir->filePath("out"));
-        return m_dir->filePath("out");
-    }
+    QString archive(const QString &kind) { return ArchiveMaker::archive(kind, m_dir->path()); }
+    QString output() { return ArchiveMaker::outputFolder(m_dir->path()); }
 
     std::unique_ptr<QTemporaryDir> m_dir;
 };

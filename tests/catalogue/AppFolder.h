@@ -5,6 +5,12 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+// A file or folder of the catalogue below the user's home.
+inline QString home(const QString &name)
+{
+    return QDir::homePath() + "/Zemrik/Halvora/" + name;
+}
+
 // An app's folder for one test. A new one is empty.
 class AppFolder
 {

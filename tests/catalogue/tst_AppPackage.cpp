@@ -1,5 +1,6 @@
 #include "catalogue/AppPackage.h"
 
+#include "catalogue/AppFolder.h"
 #include "catalogue/AppInfoList.h"
 #include "plugin/TessalineError.h"
 #include "support/DevelopmentPortal.h"
@@ -14,7 +15,6 @@
 #include <QImage>
 #include <QImageReader>
 #include <QNetworkAccessManager>
-#include <QSettings>
 #include <QSignalSpy>
 
 // One app with its dependencies, downloaded from the development portal.
@@ -51,7 +51,6 @@ private slots:
 
 private:
     void download(const QString &id, const QString &keyword = "app");
-    QString home(const QString &name) const { return QDir::homePath() + "/Zemrik/Halvora/" + name; }
 
     QQmlEngine m_engine;
     DevelopmentPortal m_server;

@@ -1,4 +1,5 @@
 #include "archives/ZipWriter.h"
+#include "catalogue/AppFolder.h"
 #include "catalogue/AppInfoList.h"
 #include "catalogue/AppPackage.h"
 #include "support/HttpServer.h"
@@ -38,10 +39,6 @@ private slots:
 private:
     void search(const QByteArray &answer);
     void checkLocalAppIsUnchanged();
-    static QString home(const QString &name)
-    {
-        return QDir::homePath() + "/Zemrik/Halvora/" + name;
-    }
 
     QQmlEngine m_engine;
     HttpServer m_server;

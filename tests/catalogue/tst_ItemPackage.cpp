@@ -1,5 +1,6 @@
 #include "catalogue/ItemPackage.h"
 
+#include "catalogue/AppFolder.h"
 #include "plugin/TessalineError.h"
 #include "support/DevelopmentPortal.h"
 #include "support/IsolatedHome.h"
@@ -7,7 +8,6 @@
 #include "support/PortalElement.h"
 #include "support/SignalRecorder.h"
 
-#include <QFileInfo>
 #include <QNetworkAccessManager>
 #include <QSignalSpy>
 
@@ -44,10 +44,6 @@ private slots:
 
 private:
     QStringList download(const QString &id);
-    static QString home(const QString &name)
-    {
-        return QDir::homePath() + "/Zemrik/Halvora/" + name;
-    }
 
     QQmlEngine m_engine;
     DevelopmentPortal m_server;

@@ -1,3 +1,4 @@
+#include "catalogue/AppFolder.h"
 #include "catalogue/AppInfoList.h"
 #include "catalogue/AppPackage.h"
 #include "plugin/TessalineError.h"
@@ -44,10 +45,6 @@ private:
     QByteArray startDownload(QProcess &process);
     void checkCatalogue();
     void checkNextDownload();
-    static QString home(const QString &name)
-    {
-        return QDir::homePath() + "/Zemrik/Halvora/" + name;
-    }
 
     DevelopmentPortal m_server;
     QByteArray m_content;

@@ -5,7 +5,6 @@
 #include "support/LogCapture.h"
 #include "support/PortalElement.h"
 
-#include <QQmlListReference>
 #include <QSslConfiguration>
 
 // Native requests know no ignoreSslErrors: over HTTPS they work with the portals whose certificate

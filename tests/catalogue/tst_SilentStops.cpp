@@ -1,4 +1,5 @@
 #include "archives/ArchiveMaker.h"
+#include "catalogue/AppFolder.h"
 #include "catalogue/AppInfoList.h"
 #include "catalogue/AppPackage.h"
 #include "support/DevelopmentPortal.h"
@@ -6,8 +7,6 @@
 #include "support/LogCapture.h"
 #include "support/PortalElement.h"
 #include "support/SignalRecorder.h"
-
-#include <QQmlListReference>
 
 // The failures after which nobody is told anything: the owner stays where it was, and only the log
 // says why. Who waits has to set a limit.
@@ -33,10 +32,6 @@ private slots:
 private:
     void start(const QStringList &rules);
     void downloadApp(const QString &id);
-    static QString home(const QString &name)
-    {
-        return QDir::homePath() + "/Zemrik/Halvora/" + name;
-    }
 
     QQmlEngine m_engine;
     QTemporaryDir m_work;

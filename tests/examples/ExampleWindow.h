@@ -22,8 +22,6 @@ public:
         const QString source = QString::fromLocal8Bit(qgetenv("TESSALINE_SOURCE_DIR"));
         m_player.commandLineParser()->parse({QStringLiteral("player")});
         m_view.reset(m_player.createAppView(source + "/examples/" + name, nullptr));
-        // The player's own module folder lies beside the program; here it is elsewhere.
-        m_warningCount = 0;
         QObject::connect(m_view->engine(), &QQmlEngine::warnings, m_view.get(),
                          [this](const QList<QQmlError> &list) { m_warningCount += list.size(); });
     }
@@ -36,6 +34,19 @@ public:
     QQuickItem *item(const QString &objectName) const
     {
         return findItem(m_view->rootObject(), objectName);
+    }
+    // All items of that name, in the order in which the tree has them.
+    QList<QQuickItem *> items(const QString &objectName) const
+    {
+        QList<QQuickItem *> found;
+        QList<QQuickItem *> rest{m_view->rootObject()};
+        while (!rest.isEmpty()) {
+            QQuickItem *item = rest.takeFirst();
+            if (item->objectName() == objectName)
+                found.append(item);
+            rest = item->childItems() + rest;
+        }
+        return found;
     }
     QString text(const QString &objectName, const char *property = "text") const
     {

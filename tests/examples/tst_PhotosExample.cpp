@@ -114,7 +114,6 @@ private:
     void saveAs(const QString &name);
     void drag(const QPointF &from, const QPointF &to);
     void key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    QList<QQuickItem *> items(const QString &objectName) const;
     bool isShown(const QString &objectName) const;
     QString tag(const QString &key) const { return m_window->text("tag " + key, "value"); }
     QString path(const QString &name) const { return m_pictures.filePath(name); }
@@ -208,7 +207,7 @@ void tst_PhotosExample::init()
     QMetaObject::invokeMethod(root->findChild<QObject *>("chooserDialog"), "close");
     if (root->property("page") == "edit")
         QMetaObject::invokeMethod(m_window->item("editPage"), "discard");
-    for (QQuickItem *tile : items("tileImage"))
+    for (QQuickItem *tile : m_window->items("tileImage"))
         QTRY_VERIFY(tile->property("status").toInt() != 2); // loading
     for (const QString &name : m_pictures.entryList({"out*"}, QDir::Files))
         QVERIFY(m_pictures.remove(name));
@@ -219,19 +218,6 @@ void tst_PhotosExample::init()
     if (root->property("page") == "photo")
         QMetaObject::invokeMethod(root, "showGrid");
     QTRY_VERIFY(isShown("grid"));
-}
-
-QList<QQuickItem *> tst_PhotosExample::items(const QString &objectName) const
-{
-    QList<QQuickItem *> found;
-    QList<QQuickItem *> rest{m_window->view()->rootObject()};
-    while (!rest.isEmpty()) {
-        QQuickItem *item = rest.takeFirst();
-        if (item->objectName() == objectName)
-            found.append(item);
-        rest = item->childItems() + rest;
-    }
-    return found;
 }
 
 bool tst_PhotosExample::isShown(const QString &objectName) const
@@ -335,10 +321,10 @@ void tst_PhotosExample::onlyWhatIsInSightIsDecoded()
     m_window->picture();
     m_window->click("tile Many");
     QTRY_COMPARE(m_window->text("summary"), QString("90 pictures"));
-    QTRY_VERIFY(!items("tileImage").isEmpty());
+    QTRY_VERIFY(!m_window->items("tileImage").isEmpty());
     const auto inSight = [this] {
         const QRectF window(0, -200, 900, 1040); // the view may begin the next row
-        for (QQuickItem *item : items("tileImage")) {
+        for (QQuickItem *item : m_window->items("tileImage")) {
             if (!window.intersects(
                     item->mapRectToScene(QRectF(0, 0, item->width(), item->height()))))
                 return false;
@@ -346,15 +332,15 @@ void tst_PhotosExample::onlyWhatIsInSightIsDecoded()
         return true;
     };
     QTRY_VERIFY(inSight());
-    QVERIFY(items("tileImage").size() < 45);
-    for (QQuickItem *item : items("tileImage")) {
+    QVERIFY(m_window->items("tileImage").size() < 45);
+    for (QQuickItem *item : m_window->items("tileImage")) {
         QVERIFY(item->property("asynchronous").toBool());
         QVERIFY(item->property("sourceSize").toSize().width() <= 256);
     }
     QVERIFY(!m_window->item("tile 9.png")); // the last one by name
     key(Qt::Key_End);
     QTRY_VERIFY(isShown("tile 9.png"));
-    QTRY_VERIFY(items("tileImage").size() < 45);
+    QTRY_VERIFY(m_window->items("tileImage").size() < 45);
     QTRY_VERIFY(inSight());
 }
 

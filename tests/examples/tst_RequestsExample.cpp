@@ -44,7 +44,6 @@ private:
     void settle();
     void clickInForm(QQuickItem *item);
     void clickInForm(const QString &objectName) { clickInForm(m_window->item(objectName)); }
-    QList<QQuickItem *> items(const QString &objectName) const;
     void send();
     void sendTo(const QUrl &url);
     bool isDone() const;
@@ -109,19 +108,6 @@ void tst_RequestsExample::clickInForm(QQuickItem *item)
     m_window->clickItem(item);
 }
 
-QList<QQuickItem *> tst_RequestsExample::items(const QString &objectName) const
-{
-    QList<QQuickItem *> found;
-    QList<QQuickItem *> rest{m_window->view()->rootObject()};
-    while (!rest.isEmpty()) {
-        QQuickItem *item = rest.takeFirst();
-        if (item->objectName() == objectName)
-            found.append(item);
-        rest = item->childItems() + rest;
-    }
-    return found;
-}
-
 bool tst_RequestsExample::isDone() const
 {
     return m_window->text("state") == "Done";
@@ -151,10 +137,10 @@ QString tst_RequestsExample::body() const
 
 void tst_RequestsExample::removeRows(const QString &kind)
 {
-    while (!items(kind + "Remove").isEmpty()) {
-        const int count = items(kind + "Remove").size();
-        clickInForm(items(kind + "Remove").first());
-        QTRY_COMPARE(items(kind + "Remove").size(), count - 1);
+    while (!m_window->items(kind + "Remove").isEmpty()) {
+        const int count = m_window->items(kind + "Remove").size();
+        clickInForm(m_window->items(kind + "Remove").first());
+        QTRY_COMPARE(m_window->items(kind + "Remove").size(), count - 1);
     }
 }
 
@@ -388,7 +374,7 @@ void tst_RequestsExample::helpFillsInAnAddress()
     m_window->click("helpButton");
     QTRY_VERIFY(m_window->item("help")->isVisible());
     QVERIFY(!m_window->item("form")->isVisible());
-    QQuickItem *address = items("address").value(1);
+    QQuickItem *address = m_window->items("address").value(1);
     QTRY_VERIFY(address && address->mapToScene(QPointF()).y() < m_window->view()->height());
     m_window->clickItem(address);
     QTRY_VERIFY(!m_window->item("help")->isVisible());

@@ -2,7 +2,6 @@
 #include "player/PlayerFixture.h"
 #include "support/IsolatedHome.h"
 
-#include <QDirIterator>
 #include <QLibraryInfo>
 #include <QSet>
 #include <QTest>

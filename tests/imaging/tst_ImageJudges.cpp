@@ -2,7 +2,6 @@
 #include "support/IsolatedHome.h"
 
 #include <QProcess>
-#include <QScopedPointer>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>

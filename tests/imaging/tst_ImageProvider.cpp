@@ -4,7 +4,6 @@
 #include "support/IsolatedHome.h"
 #include "support/LogCapture.h"
 
-#include <QPointer>
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QRegularExpression>

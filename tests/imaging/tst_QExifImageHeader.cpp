@@ -9,7 +9,6 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTransform>
 
 #include <functional>
 #include <random>

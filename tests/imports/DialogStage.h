@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QImage>
+#include <QMetaProperty>
 #include <QQmlComponent>
 #include <QQmlContext>
 #include <QQmlEngine>
@@ -12,7 +13,6 @@
 #include <QQuickItem>
 #include <QQuickView>
 #include <QQuickWindow>
-#include <QScreen>
 #include <QTest>
 #include <QtMath>
 #include <QTouchDevice>
@@ -253,6 +253,36 @@ public:
         static QTouchDevice *device = QTest::createTouchDevice();
         QTest::touchEvent(item->window(), device).press(0, center(item), item->window());
         QTest::touchEvent(item->window(), device).release(0, center(item), item->window());
+    }
+    // For what a mouse and a finger do alike: rows of data, and the row's own way.
+    static void addPointerRows()
+    {
+        QTest::addColumn<bool>("byTouch");
+        QTest::newRow("mouse") << false;
+        QTest::newRow("touch") << true;
+    }
+    static void press(QQuickItem *item)
+    {
+        QFETCH(bool, byTouch);
+        (byTouch ? tap : click)(item);
+    }
+
+    // For a dialog's properties: the columns of data, one row per property, and the test.
+    static void addPropertyColumns()
+    {
+        QTest::addColumn<QByteArray>("type");
+        QTest::addColumn<bool>("writable");
+        QTest::addColumn<QVariant>("value");
+    }
+    void testProperty() const
+    {
+        const QMetaObject *meta = subject()->metaObject();
+        const int index = meta->indexOfProperty(QTest::currentDataTag());
+        QVERIFY(index >= 0);
+        const QMetaProperty found = meta->property(index);
+        QTEST(QByteArray(found.typeName()), "type");
+        QTEST(found.isWritable(), "writable");
+        QTEST(found.read(subject()), "value");
     }
 
     static QColor pixel(const QImage &picture, const QPointF &point)

@@ -4,7 +4,6 @@
 #include <QCamera>
 #include <QCameraImageProcessing>
 #include <QElapsedTimer>
-#include <QSignalSpy>
 
 // The camera's settings and the documents that they are made of, with the synthetic camera.
 class tst_CameraProperties : public QObject
@@ -473,23 +472,19 @@ void tst_CameraProperties::chooserLaysOutItsColumns()
 
 void tst_CameraProperties::sectionTogglesTheChooser_data()
 {
-    QTest::addColumn<bool>("byTouch");
-    QTest::newRow("mouse") << false;
-    QTest::newRow("touch") << true;
+    DialogStage::addPointerRows();
 }
 
 void tst_CameraProperties::sectionTogglesTheChooser()
 {
     QVERIFY(showChooser());
-    QFETCH(bool, byTouch);
-    const auto press = byTouch ? DialogStage::tap : DialogStage::click;
     QCOMPARE(section(subject())->property("text").toString(), QString("Number"));
     QVERIFY(!section(subject())->property("active").toBool());
-    press(section(subject()));
+    DialogStage::press(section(subject()));
     QTRY_VERIFY(subject()->property("expanded").toBool());
     QVERIFY(section(subject())->property("active").toBool());
     QVERIFY(grid(subject())->isVisible());
-    press(section(subject()));
+    DialogStage::press(section(subject()));
     QTRY_VERIFY(!subject()->property("expanded").toBool());
     QVERIFY(!grid(subject())->isVisible());
 }

@@ -136,9 +136,7 @@ void tst_ImageCaptureDialog::cleanupTestCase()
 
 void tst_ImageCaptureDialog::hasItsProperties_data()
 {
-    QTest::addColumn<QByteArray>("type");
-    QTest::addColumn<bool>("writable");
-    QTest::addColumn<QVariant>("value");
+    DialogStage::addPropertyColumns();
     const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
     QTest::newRow("capturePath") << QByteArray("QString") << true << QVariant(pictures);
     QTest::newRow("imagePath") << QByteArray("QString") << true << QVariant(QString());
@@ -150,13 +148,7 @@ void tst_ImageCaptureDialog::hasItsProperties_data()
 void tst_ImageCaptureDialog::hasItsProperties()
 {
     QVERIFY(showDialog());
-    const QMetaObject *meta = m_stage->subject()->metaObject();
-    const int index = meta->indexOfProperty(QTest::currentDataTag());
-    QVERIFY(index >= 0);
-    const QMetaProperty found = meta->property(index);
-    QTEST(QByteArray(found.typeName()), "type");
-    QTEST(found.isWritable(), "writable");
-    QTEST(found.read(m_stage->subject()), "value");
+    m_stage->testProperty();
 }
 
 void tst_ImageCaptureDialog::beginsHiddenAndTitled()
@@ -441,19 +433,13 @@ void tst_ImageCaptureDialog::shutterLiesAtTheBottom()
 
 void tst_ImageCaptureDialog::shutterTakesAPicture_data()
 {
-    QTest::addColumn<bool>("byTouch");
-    QTest::newRow("mouse") << false;
-    QTest::newRow("touch") << true;
+    DialogStage::addPointerRows();
 }
 
 void tst_ImageCaptureDialog::shutterTakesAPicture()
 {
     QVERIFY(showOpenDialog());
-    QFETCH(bool, byTouch);
-    if (byTouch)
-        DialogStage::tap(button("camera"));
-    else
-        DialogStage::click(button("camera"));
+    DialogStage::press(button("camera"));
     QTRY_VERIFY(!isOpen());
     QCOMPARE(count("acceptedCount"), 1);
     QCOMPARE(count("rejectedCount"), 0);

@@ -5,7 +5,6 @@
 #include <QElapsedTimer>
 #include <QPainter>
 #include <QRandomGenerator>
-#include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTimer>
 
@@ -210,9 +209,7 @@ void tst_ImageChooserDialog::cleanupTestCase()
 
 void tst_ImageChooserDialog::hasItsProperties_data()
 {
-    QTest::addColumn<QByteArray>("type");
-    QTest::addColumn<bool>("writable");
-    QTest::addColumn<QVariant>("value");
+    DialogStage::addPropertyColumns();
     QTest::newRow("showFolders") << QByteArray("bool") << true << QVariant(true);
     QTest::newRow("imagePath") << QByteArray("QString") << true << QVariant(QString());
     QTest::newRow("imageUrl") << QByteArray("QUrl") << true << QVariant(QUrl());
@@ -224,13 +221,7 @@ void tst_ImageChooserDialog::hasItsProperties_data()
 void tst_ImageChooserDialog::hasItsProperties()
 {
     QVERIFY(showDialog());
-    const QMetaObject *meta = m_stage->subject()->metaObject();
-    const int index = meta->indexOfProperty(QTest::currentDataTag());
-    QVERIFY(index >= 0);
-    const QMetaProperty found = meta->property(index);
-    QTEST(QByteArray(found.typeName()), "type");
-    QTEST(found.isWritable(), "writable");
-    QTEST(found.read(m_stage->subject()), "value");
+    m_stage->testProperty();
 }
 
 void tst_ImageChooserDialog::beginsHiddenAndTitled()
@@ -425,19 +416,13 @@ void tst_ImageChooserDialog::namesWithSpecialCharactersAreDrawn()
 
 void tst_ImageChooserDialog::clickSelects_data()
 {
-    QTest::addColumn<bool>("byTouch");
-    QTest::newRow("mouse") << false;
-    QTest::newRow("touch") << true;
+    DialogStage::addPointerRows();
 }
 
 void tst_ImageChooserDialog::clickSelects()
 {
     QVERIFY(showOpenDialog());
-    QFETCH(bool, byTouch);
-    if (byTouch)
-        DialogStage::tap(cell("red.jpg"));
-    else
-        DialogStage::click(cell("red.jpg"));
+    DialogStage::press(cell("red.jpg"));
     QTRY_COMPARE(selected(), QString("red.jpg"));
     QCOMPARE(property("imagePath").toString(), m_pictures + "/red.jpg");
     QCOMPARE(property("imageUrl").toUrl(), QUrl::fromLocalFile(m_pictures + "/red.jpg"));

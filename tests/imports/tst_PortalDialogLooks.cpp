@@ -3,7 +3,6 @@
 #include "support/LogCapture.h"
 
 #include <QApplication>
-#include <QLocale>
 
 // What the dialog looks like in the language and at the font density of the environment: nothing is
 // cut or lies outside the window. TESSALINE_PICTURES names a folder for pictures to look at.

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QLoggingCategory>
 #include <QNetworkReply>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <functional>
@@ -49,6 +50,12 @@ inline QString writeFile(const QString &path, const QByteArray &bytes)
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
         qFatal("Can't write %s", qPrintable(path));
     return path;
+}
+
+// A file that is worth uploading, its path.
+inline QString makeFile(const QTemporaryDir &folder, const QString &name, int size)
+{
+    return writeFile(folder.filePath(name), HttpServer::pattern(size));
 }
 
 inline QByteArray readFile(const QString &path)

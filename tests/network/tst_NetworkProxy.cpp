@@ -8,7 +8,6 @@
 #include "support/SignalRecorder.h"
 
 #include <QNetworkProxy>
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace RequestTesting;

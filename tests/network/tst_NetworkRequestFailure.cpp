@@ -41,8 +41,6 @@ private slots:
     void abortBeforeARedirectTakesEffectBehindIt();
 
 private:
-    QString makeFile(const QString &name, int size) const;
-
     QTemporaryDir m_dir;
 };
 
@@ -50,11 +48,6 @@ void tst_NetworkRequestFailure::initTestCase()
 {
     silenceForms();
     qRegisterMetaType<QNetworkReply *>(); // for the spies
-}
-
-QString tst_NetworkRequestFailure::makeFile(const QString &name, int size) const
-{
-    return writeFile(m_dir.filePath(name), HttpServer::pattern(size));
 }
 
 void tst_NetworkRequestFailure::brokenAnswerEndsAsAnError_data()
@@ -268,7 +261,7 @@ void tst_NetworkRequestFailure::abortStopsAnUpload()
     server.setPaused(true);
     NetworkRequest request;
     request.open("POST", server.url());
-    request.send(form(makeFile("upload", 20000000)));
+    request.send(form(makeFile(m_dir, "upload", 20000000)));
     QTRY_VERIFY(request.progress() > 0.0);
     request.abort();
     QCOMPARE(request.readyState(), NetworkRequest::ReadyStateSending);
@@ -291,7 +284,7 @@ void tst_NetworkRequestFailure::abortFromTheProgressOfAnUpload()
         if (request.progress() > 0.1)
             request.abort();
     });
-    request.send(form(makeFile("upload", 3000000)));
+    request.send(form(makeFile(m_dir, "upload", 3000000)));
     QVERIFY(finish(request));
     QCOMPARE(request.errorCode(), int(QNetworkReply::OperationCanceledError));
     QCOMPARE(server.requests().size(), 0);

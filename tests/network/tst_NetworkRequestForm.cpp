@@ -8,9 +8,7 @@
 #include "support/SignalRecorder.h"
 
 #include <QFile>
-#include <QNetworkReply>
 #include <QRegularExpression>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 

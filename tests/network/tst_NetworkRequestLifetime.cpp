@@ -34,8 +34,6 @@ private slots:
     void replyThatIsStillThereIsDeletedAtOnce();
 
 private:
-    QString makeFile(const QString &name, int size) const;
-
     QTemporaryDir m_dir;
 };
 
@@ -43,11 +41,6 @@ void tst_NetworkRequestLifetime::initTestCase()
 {
     silenceForms();
     qRegisterMetaType<QNetworkReply *>(); // for the spies
-}
-
-QString tst_NetworkRequestLifetime::makeFile(const QString &name, int size) const
-{
-    return writeFile(m_dir.filePath(name), HttpServer::pattern(size));
 }
 
 void tst_NetworkRequestLifetime::requestDestroyedInAnyState_data()
@@ -116,7 +109,7 @@ void tst_NetworkRequestLifetime::uploadOfADestroyedRequestGoesOn()
     if (!ownManager)
         request->setNetworkAccessManager(&manager);
     request->open("POST", server.url());
-    request->send(form(makeFile("upload", 10000000)));
+    request->send(form(makeFile(m_dir, "upload", 10000000)));
     QTRY_VERIFY(request->progress() > 0.0);
     const QPointer<NetworkFormData> body = request->findChild<NetworkFormData *>();
     const QPointer<QNetworkAccessManager> used = request->networkAccessManager();
@@ -197,7 +190,7 @@ void tst_NetworkRequestLifetime::managerDestroyedDuringATransfer()
     auto manager = std::make_unique<QNetworkAccessManager>();
     request.setNetworkAccessManager(manager.get());
     request.open("POST", server.url());
-    request.send(form(makeFile("upload", 1000)));
+    request.send(form(makeFile(m_dir, "upload", 1000)));
     QTRY_COMPARE(server.requests().size(), 1);
 
     manager.reset();

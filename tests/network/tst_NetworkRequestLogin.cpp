@@ -6,7 +6,6 @@
 
 #include <QAuthenticator>
 #include <QNetworkAccessManager>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 

@@ -41,8 +41,6 @@ private slots:
     void formBehindARedirectDoesNotCancelIt();
 
 private:
-    QString makeFile(const QString &name, int size) const;
-
     QTemporaryDir m_dir;
 };
 
@@ -50,11 +48,6 @@ void tst_NetworkRequestReentry::initTestCase()
 {
     silenceForms();
     qRegisterMetaType<QNetworkReply *>(); // for the spies
-}
-
-QString tst_NetworkRequestReentry::makeFile(const QString &name, int size) const
-{
-    return writeFile(m_dir.filePath(name), HttpServer::pattern(size));
 }
 
 void tst_NetworkRequestReentry::sendFromAHandlerIsRefusedUntilStateFour_data()
@@ -150,7 +143,7 @@ void tst_NetworkRequestReentry::uploadFromAHandlerThatWroteReadyStateReplacesThe
 {
     // The handler runs while the reply reads the body that it takes away.
     HttpServer server;
-    const QString path = makeFile("upload", 1000000);
+    const QString path = makeFile(m_dir, "upload", 1000000);
     for (const QVariant &body : {form(path), QVariant("plain")}) {
         NetworkRequest request;
         request.open("POST", server.url("/echo"));
@@ -239,7 +232,7 @@ void tst_NetworkRequestReentry::secondFormCancelsTheUploadAndIsRefused()
     RawServer server;
     HttpServer second;
     server.setPaused(true);
-    const QString path = makeFile("upload", 20000000);
+    const QString path = makeFile(m_dir, "upload", 20000000);
     NetworkRequest request;
     request.open("POST", server.url());
     request.send(form(path));
@@ -265,7 +258,7 @@ void tst_NetworkRequestReentry::secondFormCancelsTheUploadAndIsRefused()
 
     server.setPaused(false);
     request.setUrl(second.url("/echo"));
-    request.send(form(makeFile("small", 10)));
+    request.send(form(makeFile(m_dir, "small", 10)));
     QVERIFY(finish(request));
     QCOMPARE(request.errorCode(), 0);
     QCOMPARE(second.lastRequest().parts.value("f").content, HttpServer::pattern(10));
@@ -275,7 +268,7 @@ void tst_NetworkRequestReentry::secondFormDuringTheAnswerCancelsItToo()
 {
     RawServer server;
     server.answer("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nabc");
-    const QString path = makeFile("upload", 1000);
+    const QString path = makeFile(m_dir, "upload", 1000);
     NetworkRequest request;
     request.open("POST", server.url());
     request.send(form(path));
@@ -293,7 +286,7 @@ void tst_NetworkRequestReentry::thirdFormIsNoWorse()
 {
     RawServer server;
     server.setPaused(true);
-    const QString path = makeFile("upload", 20000000);
+    const QString path = makeFile(m_dir, "upload", 20000000);
     NetworkRequest request;
     request.open("POST", server.url());
     request.send(form(path));
@@ -314,7 +307,7 @@ void tst_NetworkRequestReentry::secondFormThatFailsCancelsTheUploadToo()
     server.setPaused(true);
     NetworkRequest request;
     request.open("POST", server.url());
-    request.send(form(makeFile("upload", 20000000)));
+    request.send(form(makeFile(m_dir, "upload", 20000000)));
     QTRY_VERIFY(request.progress() > 0.0);
     QSignalSpy error(&request, &NetworkRequest::error);
 
@@ -354,7 +347,7 @@ void tst_NetworkRequestReentry::secondPlainSendLeavesTheUploadAlone()
     server.answer(RawServer::ok("thanks"));
     NetworkRequest request;
     request.open("POST", server.url());
-    request.send(form(makeFile("upload", 3000000)));
+    request.send(form(makeFile(m_dir, "upload", 3000000)));
     QTRY_VERIFY(request.progress() > 0.0);
     const LogCapture silence;
     request.send(QVariant("plain"));
@@ -371,10 +364,10 @@ void tst_NetworkRequestReentry::formBehindARedirectDoesNotCancelIt()
     HttpServer server;
     NetworkRequest request;
     request.open("POST", server.url("/redirect/302?" + target.url("/there").toString()));
-    request.send(form(makeFile("upload", 10)));
+    request.send(form(makeFile(m_dir, "upload", 10)));
     QTRY_COMPARE(target.requests().size(), 1);
     const LogCapture silence;
-    request.send(form(makeFile("upload", 10)));
+    request.send(form(makeFile(m_dir, "upload", 10)));
     QCOMPARE(request.errorText(), QString("UNEXPECTED"));
     target.sendMore(RawServer::ok("there"));
     QVERIFY(finish(request));

@@ -5,7 +5,6 @@
 #include <QJsonDocument>
 #include <QQmlComponent>
 #include <QQmlEngine>
-#include <QQmlProperty>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QRegularExpression>

@@ -7,7 +7,6 @@
 #include <QStringList>
 #include <QTemporaryDir>
 #include <QUrl>
-#include <QUrlQuery>
 #include <QVariantMap>
 
 // The program tessaline-portal with items made by the test, on a free port, ended with the object.

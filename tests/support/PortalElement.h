@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QObject>
 #include <QQmlComponent>
 #include <QQmlEngine>
