@@ -302,7 +302,7 @@
 
 /*!
     \qmlmethod void AppInfo::setValue(string key, var value)
-    Sets a key as value() reads it. Nothing reaches the disk before write().
+    Sets \a key, named as value() names it, to \a value. Nothing reaches the disk before write().
 */
 
 /*!

@@ -197,12 +197,13 @@
 
 /*!
     \qmlsignal AppInfoList::error(TessalineError error)
-    Isn't emitted; a search that fails is only logged.
+    Isn't emitted, so \a error never comes; a search that fails is only logged.
 */
 
 /*!
     \qmlmethod string AppInfoList::folderPath(enumeration type)
-    The path of one of the catalogue's folders; the first search path of those that have several.
+    Returns the path of the catalogue's folder for \a type; the first search path of those that have
+    several.
 
     \value AppInfoList.Apps      the apps
     \value AppInfoList.Templates the templates

@@ -1,3 +1,4 @@
+#include "catalogue/AppFolder.h"
 #include "catalogue/AppInfoList.h"
 #include "catalogue/AppPackage.h"
 #include "support/DevelopmentPortal.h"
@@ -88,10 +89,6 @@ private:
     void usePortal(const QByteArray &answer);
     void usePortalOfPages(int count, const QByteArray &thumbnail = "t.png");
     void search();
-    static QString home(const QString &name)
-    {
-        return QDir::homePath() + "/Zemrik/Halvora/" + name;
-    }
 
     QQmlEngine m_engine;
     HttpServer m_server;
