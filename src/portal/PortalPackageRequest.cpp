@@ -10,6 +10,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QImageReader>
 #include <QNetworkAccessManager>
 #include <QPixmap>
 #include <QScopedValueRollback>
@@ -18,6 +19,14 @@ namespace {
 
 const QLatin1String itemInfoFile("iteminfo.json");
 const QLatin1String thumbnailKey("thumbnail");
+const qint64 maximumThumbnailPixels = 64'000'000;
+
+// What the picture's own header claims is looked at before memory is taken for it.
+bool isTooLarge(const QString &path)
+{
+    const QSize size = QImageReader(path).size();
+    return qint64(size.width()) * size.height() > maximumThumbnailPixels;
+}
 
 // Belongs to nobody, as what a portal reports.
 TessalineError *nameError(const QString &name)
@@ -94,12 +103,17 @@ void PortalPackageRequest::setNetworkAccessManager(QNetworkAccessManager *manage
     m_thumbnailRequest->setNetworkAccessManager(manager);
 }
 
-void PortalPackageRequest::request(const QString &itemId, bool infoOnly)
+void PortalPackageRequest::cancel()
 {
     ++m_run;
+    dropRunningRequests();
+}
+
+void PortalPackageRequest::request(const QString &itemId, bool infoOnly)
+{
+    cancel();
     m_itemId = itemId;
     m_infoOnly = infoOnly;
-    dropRunningRequests();
     if (refuses(itemId))
         return;
     m_itemUrl = m_portal->restUrl() + QLatin1String("/content/items/") + itemId;
@@ -159,13 +173,25 @@ void PortalPackageRequest::onDataCompleted()
 {
     const QString path = m_dataRequest->responsePath();
     qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << path;
-    if (m_unpackData && !unpack(path))
+    if (!isComplete(path) || (m_unpackData && !unpack(path)))
         return;
     saveItemInfo();
     const int run = m_run;
     emit dataReady();
     if (run == m_run)
         requestThumbnail();
+}
+
+// A connection that breaks in the middle of the body has the status 200 all the same. A file that
+// nobody unpacks would pass for the whole one, so it goes.
+bool PortalPackageRequest::isComplete(const QString &path) const
+{
+    if (m_dataRequest->errorCode() == 0)
+        return true;
+    qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Download incomplete:" << path;
+    if (!m_unpackData)
+        QFile::remove(path);
+    return false;
 }
 
 bool PortalPackageRequest::unpack(const QString &packagePath)
@@ -261,7 +287,7 @@ void PortalPackageRequest::convertThumbnail()
     const QString source =
         outputPath(QLatin1String("thumbnail.") + QFileInfo(thumbnailText()).suffix());
     QPixmap picture;
-    if (!picture.load(source)) {
+    if (isTooLarge(source) || !picture.load(source)) {
         qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Thumbnail load failed" << source;
         return;
     }

@@ -34,6 +34,8 @@ public:
     // With `infoOnly` the chain stops after itemInfoReady(); requestData() continues it.
     void request(const QString &itemId, bool infoOnly);
     void requestData(bool unpack);
+    // Drops a chain that is under way: what comes of it reaches nobody.
+    void cancel();
 
     QDir packageFolder;      // where the download goes
     QString packageFileName; // its name; empty for the item id with ".zip"
@@ -63,6 +65,7 @@ private:
     void requestItemInfo();
     void send(PortalRequest *request, const QString &format);
     void requestThumbnail();
+    bool isComplete(const QString &path) const;
     bool unpack(const QString &packagePath);
     void saveItemInfo();
     void convertThumbnail();

@@ -83,6 +83,18 @@ QByteArray picture(const char *format)
     return bytes;
 }
 
+// A picture whose header claims another size.
+QByteArray claiming(int width, int height)
+{
+    QByteArray bytes = picture("JPG");
+    const int frame = bytes.indexOf("\xff\xc0"); // marker, length, precision, height, width
+    for (const auto &[place, value] : {std::pair(frame + 5, height), std::pair(frame + 7, width)}) {
+        bytes[place] = static_cast<char>(value >> 8);
+        bytes[place + 1] = static_cast<char>(value & 0xff);
+    }
+    return bytes;
+}
+
 QStringList withoutProgress(QStringList names)
 {
     names.removeAll("progress");
@@ -97,7 +109,8 @@ void tst_PortalPackageRequest::initTestCase()
         {"data/appinfo.json", "{\"a\": 1}"}, {"data/sub/main.qml", "Item {}"},
         {"photo.jpg", picture("JPG")},       {"logo.jpeg", picture("JPG")},
         {"upper.JPG", picture("JPG")},       {"damaged.jpg", "no picture"},
-        {"thumbnail.png", picture("PNG")}};
+        {"thumbnail.png", picture("PNG")},   {"huge.jpg", claiming(65500, 65500)},
+        {"large.jpg", claiming(8001, 8000)}};
     const auto info = [](const QString &thumbnail) {
         return QVariantMap{{"title", "An app"}, {"modified", Modified}, {"thumbnail", thumbnail}};
     };
@@ -106,6 +119,8 @@ void tst_PortalPackageRequest::initTestCase()
     m_server.addItem("jpeg", info("logo.jpeg"), app);
     m_server.addItem("upper", info("upper.JPG"), app);
     m_server.addItem("damaged", info("damaged.jpg"), app);
+    m_server.addItem("huge", info("huge.jpg"), app);
+    m_server.addItem("large", info("large.jpg"), app);
     m_server.addItem("none", info(""), app);
     m_server.addItem("lost", info("lost.png"), app);
     m_server.addItem("broken", info(""), {{"data", "PK no archive"}});
@@ -205,6 +220,14 @@ void tst_PortalPackageRequest::thumbnails_data()
     QTest::newRow("damaged jpg stays") << "damaged"
                                        << "thumbnail.jpg"
                                        << "thumbnail/thumbnail.jpg" << 2 << "Thumbnail load failed";
+    QTest::newRow("jpg that claims 4 gigapixels stays")
+        << "huge"
+        << "thumbnail.jpg"
+        << "thumbnail/thumbnail.jpg" << 2 << "Thumbnail load failed";
+    QTest::newRow("jpg that claims a few too many stays")
+        << "large"
+        << "thumbnail.jpg"
+        << "thumbnail/thumbnail.jpg" << 2 << "Thumbnail load failed";
     QTest::newRow("none") << "none"
                           << ""
                           << "" << 1 << "";
