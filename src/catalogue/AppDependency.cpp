@@ -16,8 +16,8 @@
 
     \qml
     App {
-        readonly property AppDependency basemap: dependencies.length > 0 ? dependency("basemap") :
-   null
+        readonly property AppDependency basemap:
+            dependencies.length > 0 ? dependency("basemap") : null
 
         FileInfo {
             filePath: basemap ? basemap.dataPath : ""

@@ -35,12 +35,13 @@
     \l download() fetches the app and then, one at a time and in their order, the dependencies that
     aren't on this machine. A failure other than a portal's own error leaves \l status at
     \c{ItemPackage.Downloading}: take a time without \l progress as a failure, and retry with a
-   fresh object.
+    fresh object.
 */
 
 /*!
     \qmlproperty AppInfo AppPackage::appInfo
-    The app, as a copy of its own. Writing it sets \l status back to \c{ItemPackage.Null}.
+    The app, as a copy of its own. Writing it sets \l status back to \c{ItemPackage.Null} and drops
+    a download that is under way.
 */
 
 /*!
@@ -100,6 +101,7 @@ AppPackage::AppPackage(QObject *parent)
 
 void AppPackage::_setAppInfo(AppInfo *info)
 {
+    stop();
     m_appInfo.clear();
     if (!info) {
         qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Null app info";
@@ -177,12 +179,22 @@ void AppPackage::download()
                                           : type == AppInfo::Tool   ? AppInfoList::Tools
                                                                     : AppInfoList::Apps);
     qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "packages" << packages << "output" << output;
+    stop();
     m_error.clear();
     setStatus(ItemPackage::Downloading);
     m_packageRequest.setPortal(&m_portalObject);
     m_packageRequest.packageFolder = packages;
     m_packageRequest.outputFolder = output;
     m_packageRequest.request(m_itemId, false);
+}
+
+// Ends what is under way: its signals would be taken for those of the next download.
+void AppPackage::stop()
+{
+    ++m_run;
+    m_packageRequest.cancel();
+    m_itemPackage.cancel();
+    m_dependencyRuns = false;
 }
 
 void AppPackage::onPackageItemInfoReady() {}
@@ -195,7 +207,10 @@ void AppPackage::onPackageReady()
     qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << folder;
     m_appInfo.setPath(folder);
     m_appInfo.readAppInfo();
+    const int run = m_run;
     emit appInfoChanged();
+    if (run != m_run)
+        return;
     qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << m_appInfo.title()
                                << "dependencies:" << m_appInfo.dependencies();
     m_dependencyIndex = 0;
@@ -227,8 +242,10 @@ void AppPackage::checkDependencies()
                 << Q_FUNC_INFO << "No itemId property" << m_dependencyIndex << dependency;
             continue;
         }
-        if (m_itemPackage.exists(id))
+        if (m_itemPackage.exists(id)
+            && !ItemPackage::isIncomplete(m_packageRequest.packageFolder, id))
             continue;
+        m_dependencyRuns = true;
         m_itemPackage.download(id);
         return;
     }
@@ -237,37 +254,50 @@ void AppPackage::checkDependencies()
 
 void AppPackage::onItemDownloadStarted()
 {
+    if (!m_dependencyRuns)
+        return;
     qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << m_itemPackage.title();
+    const int run = m_run;
     setStatusMessage(tr("Downloading dependency %1 of %2\r\n%3")
                          .arg(m_dependencyIndex)
                          .arg(m_appInfo.dependencies().size())
                          .arg(m_itemPackage.title()));
-    setStatus(ItemPackage::Downloading);
+    if (run == m_run)
+        setStatus(ItemPackage::Downloading);
 }
 
 void AppPackage::onItemDownloadComplete()
 {
+    if (!m_dependencyRuns)
+        return;
+    m_dependencyRuns = false;
     qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO;
     checkDependencies();
 }
 
 void AppPackage::onItemDownloadProgress(int percentage, int secondsRemainingEstimate)
 {
+    if (!m_dependencyRuns)
+        return;
     qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << percentage << "%";
     emit progress(percentage, secondsRemainingEstimate);
 }
 
 void AppPackage::onItemDownloadError(TessalineError *error)
 {
+    if (!m_dependencyRuns)
+        return;
     qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << error->message();
     fail(*error);
 }
 
 void AppPackage::fail(const TessalineError &error)
 {
+    const int run = m_run;
     m_error.setError(error);
     emit errorChanged();
-    setStatus(ItemPackage::Error);
+    if (run == m_run)
+        setStatus(ItemPackage::Error);
 }
 
 #include "moc_AppPackage.cpp"

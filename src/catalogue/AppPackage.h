@@ -65,6 +65,7 @@ private:
     void setItemId(const QString &itemId);
     void setStatus(ItemPackage::Status status);
     void setStatusMessage(const QString &message);
+    void stop();
     void checkDependencies();
     void fail(const TessalineError &error);
 
@@ -77,4 +78,6 @@ private:
     TessalineError m_error;
     int m_dependencyIndex = 0; // how many dependencies were taken up
     ItemPackage m_itemPackage;
+    int m_run = 0; // tells after a signal whether its handler has begun something else
+    bool m_dependencyRuns = false; // this run has started one that hasn't ended
 };

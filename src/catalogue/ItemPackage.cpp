@@ -17,6 +17,13 @@ TessalineError *folderError(const QString &message, const QString &details)
     return new TessalineError(message, details, nullptr);
 }
 
+// A tile package is written where exists() finds it, from the first byte on. This file in the cache
+// tells until the last byte that it isn't whole.
+QString markPath(const QDir &packages, const QString &itemId)
+{
+    return packages.filePath(itemId + QLatin1String(".incomplete"));
+}
+
 } // namespace
 
 /*!
@@ -63,7 +70,7 @@ TessalineError *folderError(const QString &message, const QString &details)
 /*!
     \qmlmethod bool ItemPackage::exists(string itemId)
     Whether the item's folder lies in the Data folder; after the download of a module, in the
-   Modules folder. An empty id asks about that folder itself.
+    Modules folder. An empty id asks about that folder itself.
 */
 
 /*!
@@ -121,6 +128,16 @@ void ItemPackage::setStatus(Status status)
 void ItemPackage::setNetworkAccessManager(QNetworkAccessManager *manager)
 {
     m_packageRequest.setNetworkAccessManager(manager);
+}
+
+void ItemPackage::cancel()
+{
+    m_packageRequest.cancel();
+}
+
+bool ItemPackage::isIncomplete(const QDir &packages, const QString &itemId)
+{
+    return QFile::exists(markPath(packages, itemId));
 }
 
 bool ItemPackage::exists(const QString &itemId)
@@ -206,6 +223,8 @@ bool ItemPackage::chooseFolder(const QStringList &tags, QDir &folder, QString &f
         emit downloadError(folderError(QStringLiteral("Not a file name:"), name));
         return false;
     }
+    m_mark = markPath(folders.cacheDir(AppInfoList::Packages), m_itemId);
+    QFile(m_mark).open(QIODevice::WriteOnly);
     folder = QDir(QDir(m_path).filePath(m_itemId));
     if (!FileUtility::mkpath(folder)) {
         qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Unable to create:" << folder;
@@ -215,7 +234,11 @@ bool ItemPackage::chooseFolder(const QStringList &tags, QDir &folder, QString &f
     return true;
 }
 
-void ItemPackage::onPackageDataReady() {}
+void ItemPackage::onPackageDataReady()
+{
+    if (m_isTilePackage)
+        QFile::remove(m_mark);
+}
 
 void ItemPackage::onPackageReady()
 {

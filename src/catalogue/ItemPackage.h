@@ -35,6 +35,12 @@ public:
     QString title() const { return m_title; }
 
     void setNetworkAccessManager(QNetworkAccessManager *manager);
+    // Drops a download that is under way: nothing more comes of it.
+    void cancel();
+
+    // Whether a download of the tile package has begun and not come to its end, also in an earlier
+    // process. Its folder is there then, and exists() is true.
+    static bool isIncomplete(const QDir &packages, const QString &itemId);
 
     // Whether the item lies in the Data folder (after a module item: the Modules folder).
     Q_INVOKABLE bool exists(const QString &itemId);
@@ -71,4 +77,5 @@ private:
     QString m_title;
     bool m_isData = false;
     bool m_isTilePackage = false;
+    QString m_mark; // the file that says so
 };

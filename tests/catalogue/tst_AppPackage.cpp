@@ -41,6 +41,11 @@ private slots:
     void hostileFileNameEndsInError();
     void writingTheAppInfoClearsTheError();
     void secondDownloadStartsAnew();
+    void secondDownloadDropsTheDependency();
+    void writingTheAppInfoDropsTheDownload_data();
+    void writingTheAppInfoDropsTheDownload();
+    void downloadOutOfAnErrorStartsAnew();
+    void tilesOfAnEarlierProcessAreFetchedAgain();
     void emptyIdIsAskedFor();
     void nullAppInfoLeavesTheId();
     void writingTheAppInfoSignalsInItsOrder();
@@ -185,6 +190,7 @@ void tst_AppPackage::traceOfOneDownload()
 
     const QString app = "Apps/trace/appinfo.json Apps/trace/iteminfo.json Apps/trace/main.qml";
     const QString done = app + " Apps/trace/thumbnail.png";
+    const QString mark = ".cache/packages/tiles.incomplete ";
     const QString tiles = done + " Data/tiles/t.tpk";
     // Each request tells its end before the owner goes on; one that is used again first tells where
     // it was.
@@ -194,9 +200,9 @@ void tst_AppPackage::traceOfOneDownload()
         "100: .cache/packages/trace.zip",            // the data
         "100: " + app + " Apps/trace/thumbnail.jpg", // the picture
         "app: " + done,
-        "100: " + done, // the first dependency's information
-        "message: " + done,
-        "100: " + tiles,
+        "100: " + done,            // the first dependency's information
+        "message: " + mark + done, // they aren't whole yet
+        "100: " + mark + tiles,
         "100: " + tiles, // the second one's, told again and anew
         "100: " + tiles,
         "100: " + tiles, // its data, told again
@@ -371,6 +377,93 @@ void tst_AppPackage::secondDownloadStartsAnew()
     QCOMPARE(m_package->appInfo()->path(), home("Apps/simple"));
 }
 
+void tst_AppPackage::secondDownloadDropsTheDependency()
+{
+    QStringList events;
+    bool again = false;
+    connect(m_package.get(), &AppPackage::statusMessageChanged, this, [&] {
+        if (again)
+            return;
+        again = true;
+        events.append("again");
+        m_package->download();
+    });
+    connect(m_package.get(), &AppPackage::statusChanged, this,
+            [&] { events.append(QString("status %1").arg(m_package->status())); });
+    download("depends");
+    connect(m_package.get(), &AppPackage::appInfoChanged, this, [&] { events.append("app"); });
+    QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    QCOMPARE(events, QStringList({"status 2", "app", "again", "app", "status 1"}));
+    QFile tiles(home("Data/tiles/t.tpk"));
+    QVERIFY(tiles.open(QIODevice::ReadOnly));
+    QCOMPARE(tiles.readAll(), QByteArray("tiles"));
+    QTest::qWait(200); // what was dropped could come later
+    QCOMPARE(events.size(), 5);
+}
+
+void tst_AppPackage::writingTheAppInfoDropsTheDownload_data()
+{
+    QTest::addColumn<QString>("signal");
+    QTest::newRow("while the app comes") << "progress";
+    QTest::newRow("when the app has come") << "appInfoChanged";
+    QTest::newRow("while a dependency comes") << "statusMessageChanged";
+}
+
+void tst_AppPackage::writingTheAppInfoDropsTheDownload()
+{
+    QFETCH(QString, signal);
+    download("depends");
+    AppInfo other(QVariantMap{{"id", "simple"}}, nullptr);
+    bool written = false;
+    const auto write = [&] {
+        if (written)
+            return;
+        written = true;
+        m_package->_setAppInfo(&other);
+    };
+    if (signal == "progress")
+        connect(m_package.get(), &AppPackage::progress, this, write);
+    else if (signal == "appInfoChanged")
+        connect(m_package.get(), &AppPackage::appInfoChanged, this, write);
+    else
+        connect(m_package.get(), &AppPackage::statusMessageChanged, this, write);
+    QTRY_VERIFY(written);
+    QCOMPARE(m_package->status(), ItemPackage::Null);
+    SignalRecorder recorder(m_package.get());
+    QTest::qWait(300);
+    QCOMPARE(recorder.names(), QStringList());
+    m_package->download();
+    QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    QCOMPARE(m_package->appInfo()->title(), QString("simple"));
+}
+
+void tst_AppPackage::downloadOutOfAnErrorStartsAnew()
+{
+    connect(m_package.get(), &AppPackage::errorChanged, this, [this] {
+        QVERIFY(QDir().mkpath(home("Data/nowhere")));
+        m_package->download();
+    });
+    download("lost");
+    QSignalSpy statuses(m_package.get(), &AppPackage::statusChanged);
+    QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    QCOMPARE(statuses.count(), 1); // never Error
+}
+
+void tst_AppPackage::tilesOfAnEarlierProcessAreFetchedAgain()
+{
+    for (const QString &name : {home("Data/tiles"), home(".cache/packages")})
+        QVERIFY(QDir().mkpath(name));
+    for (const QString &name :
+         {home("Data/tiles/t.tpk"), home(".cache/packages/tiles.incomplete")}) {
+        QFile file(name);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+    download("depends");
+    QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    QCOMPARE(QFileInfo(home("Data/tiles/t.tpk")).size(), 5);
+    QVERIFY(!QFile::exists(home(".cache/packages/tiles.incomplete")));
+}
+
 void tst_AppPackage::emptyIdIsAskedFor()
 {
     download(QString()); // no check is made; there is nothing at that address
@@ -458,9 +551,10 @@ void tst_AppPackage::downloadIsLogged()
     QCOMPARE(log.count(QtDebugMsg, category, "Null app info"), 1);
     download("depends");
     QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
-    QCOMPARE(log.count(QtDebugMsg, category, home(".cache/packages")) > 0, true);
-    for (const char *words : {"\"depends\" dependencies:", "100 %"})
-        QVERIFY2(log.count(QtDebugMsg, category, words) > 0, words);
+    for (const QString &words :
+         {"packages QDir( \"" + home(".cache/packages"), "output QDir( \"" + home("Apps"),
+          QString("\"depends\" dependencies:"), QString("100 %")})
+        QVERIFY2(log.count(QtDebugMsg, category, words) > 0, qPrintable(words));
     QCOMPARE(log.count(QtWarningMsg, category, "No itemId property 2"), 1);
 }
 

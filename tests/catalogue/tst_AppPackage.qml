@@ -176,7 +176,6 @@ TestCase {
     }
 
     function test_folderNamedByItsIdIsEnough() {
-        TestSupport.writeText(root + "/Apps/simple/appinfo.json", "{}");
         TestSupport.mkpath(root + "/Apps/simple");
         TestSupport.writeText(root + "/Apps/simple/appinfo.json", "{}");
         const item = createTemporaryObject(packageComponent, testCase);

@@ -25,6 +25,8 @@ private slots:
     void appWithDamagedEntriesIsReady();
     void itemStaysDownloading_data();
     void itemStaysDownloading();
+    void tilesThatFailedAreFetchedAgain_data();
+    void tilesThatFailedAreFetchedAgain();
     void searchNeverEnds_data();
     void searchNeverEnds();
     void aFreshObjectSucceeds();
@@ -45,6 +47,7 @@ namespace {
 const char package[] = "Zemrik.Tessaline.Package";
 const char manager[] = "Zemrik.Tessaline.Manager";
 const char network[] = "Zemrik.Tessaline.Network";
+const QByteArray tiles(100000, 't');
 
 QStringList withoutProgress(QStringList names)
 {
@@ -77,6 +80,8 @@ void tst_SilentStops::start(const QStringList &rules)
                        {"t.png", "picture"}});
     m_server->addItem("item", {{"title", "An item"}, {"thumbnail", "t.png"}},
                       {{"data/a.txt", "text"}, {"t.png", "picture"}});
+    m_server->addItem("mapped", {}, {{"data/appinfo.json", "{\"dependencies\": [\"tiles\"]}"}});
+    m_server->addItem("tiles", {{"type", "Tile Package"}, {"name", "t.tpk"}}, {{"t.tpk", tiles}});
     m_server->addItem("overlapping", {},
                       {{"data", ArchiveMaker::read(m_work.filePath("overlapping.zip"))}});
     m_server->addItem("incomplete", {},
@@ -113,7 +118,7 @@ void tst_SilentStops::appStaysDownloading_data()
     QTest::newRow("damaged archive")
         << "data:damaged" << QByteArray(package) << "Error opening package:" << false;
     QTest::newRow("truncated archive")
-        << "data:truncated" << QByteArray(package) << "Error opening package:" << false;
+        << "data:truncated" << QByteArray(package) << "Download incomplete:" << false;
     QTest::newRow("JSON error in place of the archive")
         << "data:error" << QByteArray(package) << "Error opening package:" << false;
     QTest::newRow("HTTP error at a dependency's information")
@@ -233,6 +238,41 @@ void tst_SilentStops::itemStaysDownloading()
     if (started)
         expected << "downloadStarted";
     QCOMPARE(withoutProgress(recorder.names()), expected);
+}
+
+void tst_SilentStops::tilesThatFailedAreFetchedAgain_data()
+{
+    QTest::addColumn<QString>("rule");
+    QTest::addColumn<QByteArray>("category");
+    QTest::addColumn<QString>("critical");
+    QTest::newRow("HTTP error") << "data:status:2" << QByteArray(manager) << "statusCode";
+    QTest::newRow("broken connection")
+        << "data:truncated:2" << QByteArray(package) << "Download incomplete:";
+}
+
+// The folder, which tells that the tiles are there, is made before they come.
+void tst_SilentStops::tilesThatFailedAreFetchedAgain()
+{
+    QFETCH(QString, rule);
+    QFETCH(QByteArray, category);
+    QFETCH(QString, critical);
+    start({rule});
+    LogCapture log;
+    downloadApp("mapped");
+    QTRY_VERIFY2(log.count(QtCriticalMsg, category.constData(), critical) == 1,
+                 qPrintable(log.dump()));
+    QCOMPARE(m_package->status(), ItemPackage::Downloading);
+    QVERIFY(ItemPackage().exists("tiles"));
+    if (category == package)
+        QVERIFY(QDir(home("Data/tiles")).isEmpty()); // a half would pass for the whole
+    m_package = std::make_unique<AppPackage>();
+    m_package->_setPortal(m_portal.get());
+    downloadApp("mapped");
+    QTRY_COMPARE(m_package->status(), ItemPackage::Ready);
+    QFile file(home("Data/tiles/t.tpk"));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), tiles);
+    QVERIFY(QDir(home(".cache/packages")).isEmpty());
 }
 
 void tst_SilentStops::searchNeverEnds_data()
