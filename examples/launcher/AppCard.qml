@@ -2,6 +2,7 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
+import "Format.js" as Format
 import "Theme.js" as Theme
 
 ItemDelegate {
@@ -14,6 +15,8 @@ ItemDelegate {
     property real unit: 1
 
     readonly property bool downloading: download !== null && (download.state === "running" || download.state === "waiting")
+    readonly property bool failed: download !== null && download.state === "failed"
+    readonly property string stateText: failed ? qsTr("Download failed") : info.isLocal ? qsTr("On this device") : qsTr("On the portal")
     readonly property real pictureHeight: (width - 16 * unit) * 2 / 3
 
     signal pinToggled()
@@ -21,6 +24,12 @@ ItemDelegate {
     implicitHeight: pictureHeight + 108 * unit
     padding: 8 * unit
     focusPolicy: Qt.NoFocus      // the grid has it
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: [ Format.line(info.title), downloading ? qsTr("Downloading") : stateText ].concat(
+                         info.isUpdateAvailable ? qsTr("Update available") : [], changed ? qsTr("Changed locally") : [], info.pinned ? qsTr("Pinned") : []).join(", ")
+    Accessible.description: info.snippet
+    Accessible.selected: selected
 
     background: Rectangle {
         radius: 10 * card.unit
@@ -63,6 +72,8 @@ ItemDelegate {
                 objectName: "pinButton"
                 visible: card.info.isLocal && (card.info.pinned || card.hovered || hovered || card.selected)
                 focusPolicy: Qt.NoFocus
+                Accessible.role: Accessible.Button
+                Accessible.name: card.info.pinned ? qsTr("Unpin") : qsTr("Pin")
                 onClicked: card.pinToggled()
 
                 background: Rectangle {
@@ -84,7 +95,7 @@ ItemDelegate {
         Text {
             Layout.fillWidth: true
             Layout.topMargin: 4 * card.unit
-            text: card.info.title
+            text: Format.line(card.info.title)
             textFormat: Text.PlainText
             color: Theme.text
             font { pixelSize: 14 * card.unit; bold: true }
@@ -104,9 +115,8 @@ ItemDelegate {
         Text {
             Layout.fillWidth: true
             visible: !card.downloading
-            text: card.download && card.download.state === "failed" ? qsTr("Download failed")
-                                                                    : card.info.isLocal ? qsTr("On this device") : qsTr("On the portal")
-            color: card.download && card.download.state === "failed" ? Theme.bad : card.info.isLocal ? Theme.good : Theme.accentDark
+            text: card.stateText
+            color: card.failed ? Theme.bad : card.info.isLocal ? Theme.good : Theme.accentDark
             font { pixelSize: 12 * card.unit; bold: true }
             elide: Text.ElideRight
         }

@@ -1,8 +1,8 @@
 // The apps of this machine and of the portal in one list, as the search box and the filters have it.
 //
 // AppInfoList says nothing of a search that failed, and refuses every later one: a search has a time
-// limit here, the portal is asked at the same time whether it is there at all, and after a failure
-// the list is replaced by a new one.
+// limit here, the portal is asked at the same time whether it is there and knows the user, and after a
+// failure the list is replaced by a new one.
 import QtQuick 2.15
 import Zemrik.Tessaline 1.0
 
@@ -16,12 +16,13 @@ Item {
     property string show: "all"         // or "local", "hosted", "updates", "changed"
     property string order: "name"       // or "nameDown", "newest", "oldest"
     property Settings settings          // remembers what was downloaded when
-    property int timeLimit: 20000       // milliseconds for a search
+    property int timeLimit: 20000       // milliseconds for a search, with all its pages
 
     property var apps: []               // AppInfo, the pinned ones first
     property int updateCount: 0
     property int revision: 0            // grows with each change of the list
     property string failure             // why the portal's apps are missing; empty: they aren't
+    property bool refused: false        // because the user has to sign in again
     readonly property bool refreshing: list !== null && list.isRefreshing && failure === ""
     readonly property AppInfoList list: loader.item
 
@@ -44,10 +45,12 @@ Item {
             onRefreshStart: catalogue.sort(appList)
             onFilteredAppsChanged: Qt.callLater(catalogue.rebuild)
             onIsRefreshingChanged: {
-                if (isRefreshing)
+                if (isRefreshing) {
                     limit.restart();
-                else
+                } else {
                     limit.stop();
+                    catalogue.failure = "";   // it may have come too late
+                }
             }
             Component.onCompleted: {
                 if (catalogue.morePaths.length > 0)
@@ -82,6 +85,12 @@ Item {
             if (catalogue.refreshing)
                 catalogue.fail(qsTr("The portal can't be reached: %1").arg(reason));
         }
+        onRefused: {
+            if (catalogue.refreshing) {
+                catalogue.fail(qsTr("The portal refuses to be searched. Sign in again. %1").arg(reason));
+                catalogue.refused = true;
+            }
+        }
     }
 
     // Reads the disk and asks the portal, if somebody is signed in.
@@ -98,16 +107,21 @@ Item {
             probe.check();
     }
 
-    // By its item id or, for an app that was never published, its path.
-    function find(key) {
-        for (let i = 0; list && i < list.apps.length; i++) {
-            if (keyOf(list.apps[i]) === key)
-                return list.apps[i];
-        }
-        return null;
-    }
+    // Two folders may hold the same item: an app of this machine is known by its path.
     function keyOf(info) {
-        return info.itemId || info.path;
+        return info.isLocal ? info.path : info.itemId;
+    }
+    // By its key or its item id, which is the key until the app is downloaded.
+    function find(key) {
+        let found = null;
+        for (let i = 0; list && i < list.apps.length; i++) {
+            const info = list.apps[i];
+            if (keyOf(info) === key)
+                return info;
+            if (!found && key > "" && info.itemId === key)
+                found = info;
+        }
+        return found;
     }
 
     // What a download has written is newer than the portal's item, too: only files that are not as the
@@ -134,6 +148,7 @@ Item {
 
     function fail(text) {
         limit.stop();
+        refused = false;
         failure = text;
     }
 

@@ -13,6 +13,7 @@ AbstractButton {
     implicitHeight: 32 * unit
     checkable: true
     autoExclusive: true
+    Accessible.name: label.text
 
     contentItem: Text {
         id: label

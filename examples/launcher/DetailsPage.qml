@@ -1,6 +1,6 @@
 // Everything about one app, and what can be done with it.
 //
-// Keys: Return does the main action, Escape goes back.
+// Keys: Return does the main action, Escape goes back, the arrows and the page keys scroll.
 import QtQuick 2.15
 import QtQuick.Controls 2.15
 import QtQuick.Layouts 1.15
@@ -29,6 +29,11 @@ FocusScope {
     signal startWanted(var info)
     signal signInWanted()
 
+    // For another app than before.
+    function begin() {
+        flickable.contentY = 0;
+        focusAction();
+    }
     function focusAction() {
         const action = [ openButton, downloadButton, downloadNotice.button ].find(button => button.visible) || backButton;
         action.forceActiveFocus(Qt.TabFocusReason);
@@ -37,6 +42,11 @@ FocusScope {
         if (visible)
             focusAction();
     }
+    // A key that is held leaves this page alone.
+    function leave(event) {
+        if (!event.isAutoRepeat)
+            back();
+    }
     function startDownload() {
         if (portal.signedIn)
             downloads.start(info);
@@ -44,8 +54,16 @@ FocusScope {
             signInWanted();
     }
 
-    Keys.onEscapePressed: back()
-    Keys.onBackPressed: back()
+    Keys.onEscapePressed: leave(event)
+    Keys.onBackPressed: leave(event)
+    Keys.onPressed: {
+        const steps = { [Qt.Key_Up]: -48 * unit, [Qt.Key_Down]: 48 * unit, [Qt.Key_PageUp]: -0.9 * flickable.height, [Qt.Key_PageDown]: 0.9 * flickable.height,
+                        [Qt.Key_Home]: -flickable.contentHeight, [Qt.Key_End]: flickable.contentHeight };
+        if (event.key in steps) {
+            flickable.contentY = Math.max(0, Math.min(flickable.contentY + steps[event.key], flickable.contentHeight - flickable.height));
+            event.accepted = true;
+        }
+    }
     // The button that had the focus may be gone when a download ends.
     onDownloadingChanged: Qt.callLater(restoreFocus)
 
@@ -96,8 +114,10 @@ FocusScope {
     Flickable {
         id: flickable
 
+        objectName: "detailsFlickable"
         anchors { left: parent.left; right: parent.right; top: bar.bottom; bottom: parent.bottom }
         contentHeight: content.height + 40 * page.unit
+        onContentHeightChanged: returnToBounds()
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         ScrollBar.vertical: ScrollBar {}
@@ -295,7 +315,7 @@ FocusScope {
             return local || told.version ? qsTr("nothing else") : qsTr("known after the download");
         return needs.map(need => {
             const name = need.name || need.itemId;
-            return items.exists(need.itemId) ? qsTr("%1 (on this device)").arg(name) : qsTr("%1 (comes with the download)").arg(name);
+            return (items.exists(need.itemId) ? qsTr("%1 (on this device)") : local ? qsTr("%1 (not on this device)") : qsTr("%1 (comes with the download)")).arg(name);
         }).join("\n");
     }
 }

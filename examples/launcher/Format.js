@@ -1,5 +1,10 @@
 .pragma library
 
+// A title may have line breaks.
+function line(text) {
+    return text.replace(/\s+/g, " ").trim();
+}
+
 function size(bytes) {
     if (!(bytes >= 0))
         return "";

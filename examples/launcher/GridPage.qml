@@ -78,6 +78,7 @@ FocusScope {
                 color: Theme.text
                 font.pixelSize: 14 * page.unit
                 selectByMouse: true
+                Accessible.name: placeholderText
                 inputMethodHints: Qt.ImhNoPredictiveText | Qt.ImhNoAutoUppercase
                 onTextChanged: page.catalogue.text = text.trim()
                 onAccepted: page.focusGrid()
@@ -102,6 +103,7 @@ FocusScope {
                     unit: page.unit
                     flat: true
                     text: "✕"
+                    Accessible.name: qsTr("Clear the search")
                     onClicked: searchField.text = ""
                 }
             }
@@ -211,6 +213,7 @@ FocusScope {
                     unit: page.unit
                     enabled: !page.catalogue.refreshing
                     text: "↻"
+                    Accessible.name: qsTr("Ask the portal again")
                     onClicked: page.catalogue.refresh()
 
                     ToolTip.visible: hovered
@@ -227,8 +230,16 @@ FocusScope {
             unit: page.unit
             failed: true
             text: page.catalogue.failure
-            action: qsTr("Try again")
-            onTriggered: page.catalogue.refresh()
+            action: page.catalogue.refused ? qsTr("Sign in") : qsTr("Try again")
+            onTriggered: {
+                page.focusGrid();   // this button goes
+                if (page.catalogue.refused) {
+                    page.portal.signOut();
+                    page.signInWanted();
+                } else {
+                    page.catalogue.refresh();
+                }
+            }
         }
         Notice {
             Layout.fillWidth: true
@@ -248,6 +259,7 @@ FocusScope {
         anchors { left: parent.left; right: parent.right; top: controls.bottom; bottom: parent.bottom; leftMargin: page.space - 5 * page.unit; rightMargin: page.space - 5 * page.unit; topMargin: 8 * page.unit }
         objectName: "grid"
         focus: true
+        activeFocusOnTab: true
         clip: true
         cellWidth: Math.floor(width / columns)
         cellHeight: (cellWidth - 26 * page.unit) * 2 / 3 + 118 * page.unit
@@ -262,10 +274,9 @@ FocusScope {
             target: page.catalogue
 
             function onAppsChanged() {
-                const key = grid.selectedKey, place = grid.contentY;
-                const apps = page.catalogue.apps;
-                grid.model = apps;
-                grid.currentIndex = Math.max(0, apps.findIndex(info => page.catalogue.keyOf(info) === key));
+                const chosen = page.catalogue.find(grid.selectedKey), place = grid.contentY;
+                grid.model = page.catalogue.apps;
+                grid.currentIndex = Math.max(0, page.catalogue.apps.indexOf(chosen));
                 grid.forceLayout();
                 grid.contentY = Math.max(grid.originY, Math.min(place, grid.originY + grid.contentHeight - grid.height + grid.bottomMargin));
             }
@@ -283,7 +294,7 @@ FocusScope {
 
             AppCard {
                 anchors { fill: parent; margins: 5 * page.unit }
-                objectName: "card " + page.catalogue.keyOf(modelData)
+                objectName: "card " + (modelData.itemId || modelData.path)
                 unit: page.unit
                 info: modelData
                 download: page.downloads.revision >= 0 ? page.downloads.of(modelData.itemId) : null
@@ -300,10 +311,16 @@ FocusScope {
             }
         }
 
-        Keys.onReturnPressed: openCurrent()
-        Keys.onEnterPressed: openCurrent()
+        Keys.onReturnPressed: openCurrent(event)
+        Keys.onEnterPressed: openCurrent(event)
+        Keys.onUpPressed: {
+            if (currentIndex < columns)
+                page.focusSearch();
+            else
+                event.accepted = false;   // the grid's own
+        }
         Keys.onPressed: {
-            if (event.key === Qt.Key_P && event.modifiers === Qt.NoModifier && currentItem) {
+            if (event.key === Qt.Key_P && !event.isAutoRepeat && event.modifiers === Qt.NoModifier && currentItem) {
                 page.togglePin(currentItem.info);
                 event.accepted = true;
             } else if (event.key === Qt.Key_Home) {
@@ -315,12 +332,15 @@ FocusScope {
             }
         }
 
-        function openCurrent() {
-            if (currentItem)
+        // A key that is held opens nothing more.
+        function openCurrent(event) {
+            if (currentItem && !event.isAutoRepeat)
                 page.opened(currentItem.info);
         }
 
         Column {
+            readonly property bool narrowed: page.catalogue.text > "" || page.catalogue.show !== "all"
+
             anchors.centerIn: parent
             width: Math.min(parent.width - 40 * page.unit, 360 * page.unit)
             visible: grid.count === 0 && !page.catalogue.refreshing
@@ -329,14 +349,18 @@ FocusScope {
             Text {
                 width: parent.width
                 objectName: "emptyText"
-                text: page.catalogue.text > "" || page.catalogue.show !== "all" ? qsTr("No app matches.") : qsTr("No apps on this device yet.")
+                text: parent.narrowed ? qsTr("No app matches.")
+                      : page.portal.signedIn && page.catalogue.failure === "" ? qsTr("No apps here or on the portal yet.") : qsTr("No apps on this device yet.")
                 color: Theme.text
                 font { pixelSize: 16 * page.unit; bold: true }
                 horizontalAlignment: Text.AlignHCenter
             }
             Text {
                 width: parent.width
-                text: page.catalogue.text > "" || page.catalogue.show !== "all" ? qsTr("Change the search or the filter to see others.") : qsTr("Sign in to download some.")
+                objectName: "emptyHint"
+                text: parent.narrowed ? qsTr("Change the search or the filter to see others.")
+                      : page.catalogue.failure > "" ? qsTr("The portal's apps come when it can be asked.")
+                      : page.portal.signedIn ? qsTr("Copy one to the Apps folder, or publish one.") : qsTr("Sign in to download some.")
                 color: Theme.secondaryText
                 font.pixelSize: 14 * page.unit
                 horizontalAlignment: Text.AlignHCenter

@@ -16,6 +16,8 @@ Rectangle {
     implicitHeight: Math.max(label.height, actionButton.visible ? actionButton.height : 0) + 16 * unit
     radius: 8 * unit
     color: failed ? Theme.badLight : Theme.accentLight
+    Accessible.role: failed ? Accessible.AlertMessage : Accessible.StaticText
+    Accessible.name: text
     border { width: 1; color: failed ? "#f0b8b3" : "#c3d1f5" }
 
     Text {

@@ -12,6 +12,7 @@ ComboBox {
     implicitWidth: 128 * unit
     implicitHeight: 36 * unit
     font.pixelSize: 13 * unit
+    Accessible.name: qsTr("Order")
     textRole: "text"
     valueRole: "order"
     model: [

@@ -1,4 +1,4 @@
-// Asks whether a portal is there at all. What the portal answers doesn't matter.
+// Asks whether a portal is there at all and, once somebody is signed in, whether it knows the token.
 import QtQuick 2.15
 import Zemrik.Tessaline 1.0
 
@@ -8,14 +8,21 @@ QtObject {
     property var portal
     property NetworkRequest request: null
 
-    signal failed(string reason)
+    signal failed(string reason)    // it isn't there
+    signal refused(string reason)
 
     property Component component: Component {
         NetworkRequest {
-            uploadPrefix: ""
+            method: "POST"
+            responseType: "json"
+            uploadPrefix: ""   // a token is no file to send
             onErrorTextChanged: {
                 if (errorText > "")
                     probe.failed(errorText);
+            }
+            onResponseChanged: {
+                if (response && response.error)
+                    probe.refused(response.error.message || "");
             }
         }
     }
@@ -24,7 +31,8 @@ QtObject {
     function check() {
         if (request)
             request.destroy();
-        request = component.createObject(probe, { url: portal.restUrl + "/info?f=json", ignoreSslErrors: portal.ignoreSslErrors });
-        request.send();
+        const known = portal.signedIn;
+        request = component.createObject(probe, { url: portal.restUrl + (known ? "/portals/self" : "/info"), ignoreSslErrors: portal.ignoreSslErrors });
+        request.send(known ? { f: "json", token: portal.token } : { f: "json" });
     }
 }

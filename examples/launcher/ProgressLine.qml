@@ -13,6 +13,8 @@ Rectangle {
     radius: height / 2
     color: "#d3ddf7"
     clip: true
+    Accessible.role: Accessible.ProgressBar
+    Accessible.name: unknown ? qsTr("Download begins") : qsTr("Download: %1 %").arg(percentage)
 
     Rectangle {
         id: bar

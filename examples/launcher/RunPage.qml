@@ -1,6 +1,7 @@
 // An app, started in place, below a bar to come back.
 import QtQuick 2.15
 import Zemrik.Tessaline 1.0
+import "Format.js" as Format
 import "Theme.js" as Theme
 
 FocusScope {
@@ -10,6 +11,7 @@ FocusScope {
     property string failure
     property real unit: 1
     property var component: null
+    readonly property bool waiting: component !== null && component.status === Component.Loading
     readonly property alias app: loader.item
 
     signal back()
@@ -19,13 +21,29 @@ FocusScope {
         stop();
         if (isNew)
             Tessaline.clearComponentCache();
-        title = info.title;
+        title = Format.line(info.title);
+        failure = "";
         component = Qt.createComponent(info.source, Component.PreferSynchronous, page);
-        if (component.status === Component.Ready)
-            loader.sourceComponent = component;
-        failure = component.status !== Component.Ready ? component.errorString()
-                  : loader.status !== Loader.Ready ? qsTr("The app's main document is no item.") : "";
+        if (waiting)   // for what it imports from elsewhere
+            component.statusChanged.connect(load);
+        else
+            load();
         loader.forceActiveFocus();
+    }
+    function load() {
+        if (component.status === Component.Error) {
+            failure = component.errorString();
+            return;
+        }
+        loader.sourceComponent = component;
+        if (!(loader.item instanceof Item)) {
+            loader.sourceComponent = undefined;
+            failure = qsTr("The app's main document is no item.");
+        }
+    }
+    function leave(event) {
+        if (!event.isAutoRepeat)
+            back();
     }
     function stop() {
         loader.sourceComponent = undefined;
@@ -50,12 +68,13 @@ FocusScope {
     Column {
         anchors.centerIn: parent
         width: Math.min(parent.width - 40 * page.unit, 560 * page.unit)
-        visible: page.failure > ""
+        visible: page.failure > "" || page.waiting
         spacing: 10 * page.unit
 
         Text {
             width: parent.width
-            text: qsTr("%1 can't be started").arg(page.title)
+            objectName: "startText"
+            text: (page.waiting ? qsTr("%1 is being loaded") : qsTr("%1 can't be started")).arg(page.title)
             textFormat: Text.PlainText
             color: Theme.text
             font { pixelSize: 18 * page.unit; bold: true }
@@ -82,43 +101,28 @@ FocusScope {
         color: Theme.text
 
         Text {
-            anchors { left: leave.right; right: parent.right; leftMargin: 6 * page.unit; rightMargin: 12 * page.unit; verticalCenter: parent.verticalCenter }
+            anchors { left: leaveButton.right; right: parent.right; leftMargin: 6 * page.unit; rightMargin: 12 * page.unit; verticalCenter: parent.verticalCenter }
             text: page.title
             textFormat: Text.PlainText
             color: "white"
             font { pixelSize: 15 * page.unit; bold: true }
             elide: Text.ElideRight
         }
-        Rectangle {
-            id: leave
+        PushButton {
+            id: leaveButton
 
             anchors { left: parent.left; leftMargin: 6 * page.unit; verticalCenter: parent.verticalCenter }
-            width: leaveText.implicitWidth + 20 * page.unit
-            height: 34 * page.unit
             objectName: "leaveButton"
-            radius: 8 * page.unit
-            color: leaveArea.pressed ? "#4a587a" : leaveArea.containsMouse ? "#34415f" : "transparent"
-
-            Text {
-                id: leaveText
-
-                anchors.centerIn: parent
-                text: qsTr("‹ Apps")
-                color: "white"
-                font.pixelSize: 14 * page.unit
-            }
-            MouseArea {
-                id: leaveArea
-
-                anchors.fill: parent
-                hoverEnabled: true
-                onClicked: page.back()
-            }
+            unit: page.unit
+            flat: true
+            dark: true
+            text: qsTr("‹ Apps")
+            onClicked: page.back()
         }
     }
 
     // Escape may be the app's own: what it doesn't take comes here.
-    Keys.onEscapePressed: back()
-    Keys.onBackPressed: back()
+    Keys.onEscapePressed: leave(event)
+    Keys.onBackPressed: leave(event)
     Shortcut { sequence: StandardKey.Back; enabled: page.visible; onActivated: page.back() }
 }

@@ -24,7 +24,7 @@ App {
     property alias gridPage: grid
     property alias detailsPage: details
     property alias runPage: run
-    property int timeLimit: 20000   // milliseconds without an answer or progress that count as failed
+    property int timeLimit: 20000   // milliseconds for a search or a sign-in, or without progress of a download
     property string page: "grid"    // or "details", "run"
     property string selectedKey     // of the app on the details page
     readonly property var selected: appCatalogue.revision >= 0 && selectedKey > "" ? appCatalogue.find(selectedKey) : null
@@ -57,7 +57,7 @@ App {
     function showDetails(info) {
         selectedKey = appCatalogue.keyOf(info);
         page = "details";
-        details.focusAction();
+        details.begin();
     }
     function start(info) {
         page = "run";
@@ -66,6 +66,10 @@ App {
     }
     function comeBack() {
         run.stop();
+        if (!selected) {   // after a sign-out, or the app has removed itself
+            showGrid();
+            return;
+        }
         page = "details";
         details.focusAction();
     }
@@ -94,6 +98,8 @@ App {
         onCompleted: {
             app.newApps[itemId] = true;
             appCatalogue.rememberDownload(itemId);
+            if (app.selectedKey === itemId && app.selected)
+                app.selectedKey = appCatalogue.keyOf(app.selected);
         }
     }
 

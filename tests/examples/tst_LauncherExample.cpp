@@ -2,6 +2,7 @@
 #include "support/DevelopmentPortal.h"
 #include "support/IsolatedHome.h"
 
+#include <QAccessible>
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
@@ -13,6 +14,7 @@
 #include <QQmlExpression>
 #include <QQuickWindow>
 #include <QSignalSpy>
+#include <QTouchDevice>
 
 #include <csignal>
 
@@ -73,18 +75,34 @@ private slots:
     void filters_data();
     void filters();
     void sortsWithTheKeyboard();
+    void tabReachesEverything();
+    void upFromTheFirstRowGoesToTheSearch();
+    void aHeldKeyOpensNothing();
+    void aTouchOpensAnApp();
+    void screenReadersAreTold();
+    void emptyPageSaysWhatToDo();
     void pinnedAppsComeFirst();
     void arrowsAndReturnOpenAnApp();
     void detailsTellWhatThePortalKnows();
     void downloadsWithWhatTheAppNeeds();
+    void detailsScrollWithTheKeyboard();
     void whatWasDownloadedIsNoLocalChange();
     void startsInPlaceAndComesBack();
     void anUpdateRunsTheNewCode();
     void aSilentPortalFailsTheDownloadAndARetryWorks();
     void aDamagedArchiveFailsTheDownloadAndARetryWorks();
+    void aMissingDependencyFailsTheDownloadAndARetryWorks();
     void aSilentPortalFailsTheSearchAndARetryWorks();
+    void aSearchThatIsLateClearsItsFailure();
     void aRefusedTokenIsTold();
+    void aRefusedSearchIsToldAtOnce();
+    void twoFoldersOfOneItemAreTwoApps();
     void anAppThatCannotStartIsTold();
+    void aDocumentWithoutAnItemIsTold_data();
+    void aDocumentWithoutAnItemIsTold();
+    void anAppThatIsStillLoadingIsTold();
+    void comesBackToTheListIfTheAppIsGone();
+    void theOtherExamplesHaveKeys();
     void aNarrowWindowKeepsEverythingInSight();
     void printsNoWarning();
 
@@ -122,6 +140,23 @@ private:
         m_window->click(objectName);
     }
     void open(const QString &id) { click("card " + id); }
+    QString accessibleName(const QString &objectName) const
+    {
+        const QAccessibleInterface *interface =
+            QAccessible::queryAccessibleInterface(m_window->item(objectName));
+        return interface ? interface->text(QAccessible::Name) : QString("(none)");
+    }
+    QString data(const QString &name) const
+    {
+        return QDir::homePath() + "/Zemrik/Halvora/Data/" + name;
+    }
+    void runDocument(const QByteArray &qml)
+    {
+        QVERIFY(write(m_portal.path("document/main.qml"), qml));
+        js(QString("page = 'run'; run.start({ title: 'Some\\nthing', source: 'file://%1' }, true)")
+               .arg(m_portal.path("document/main.qml")));
+        QCOMPARE(page(), QString("run"));
+    }
 
     QQuickWindow *dialog() const;
     void signIn(const QString &user, const QString &password);
@@ -207,6 +242,7 @@ void tst_LauncherExample::initTestCase()
 
 void tst_LauncherExample::listsTheAppsOfThisMachine()
 {
+    QCOMPARE(root()->property("timeLimit").toInt(), 20000);
     QTRY_COMPARE(titles(), QString("Focus Timer, Notes, Palette, Welcome"));
     QVERIFY(m_window->item("card palette"));
     QVERIFY(!m_window->item("card launcher"));
@@ -342,6 +378,84 @@ void tst_LauncherExample::sortsWithTheKeyboard()
     QTRY_VERIFY(titles().startsWith("Broken"));
 }
 
+void tst_LauncherExample::tabReachesEverything()
+{
+    QStringList names;
+    QQuickItem *first = m_window->item("searchField");
+    QQuickItem *item = first;
+    do {
+        names.append(item->objectName());
+        item = item->nextItemInFocusChain();
+    } while (item && item != first && names.size() < 50);
+    for (const char *name : {"searchField", "signInButton", "chip all", "chip changed", "orderBox",
+                             "refreshButton", "grid"})
+        QVERIFY2(names.contains(name), qPrintable(name + (": " + names.join(", "))));
+    m_window->item("refreshButton")->forceActiveFocus(Qt::TabFocusReason);
+    key(Qt::Key_Tab);
+    QVERIFY(m_window->item("grid")->hasActiveFocus());
+}
+
+void tst_LauncherExample::upFromTheFirstRowGoesToTheSearch()
+{
+    m_window->item("grid")->forceActiveFocus();
+    key(Qt::Key_End);
+    key(Qt::Key_Up);
+    QVERIFY(m_window->item("grid")->hasActiveFocus());
+    QVERIFY(m_window->item("grid")->property("currentIndex").toInt() < 4);
+    key(Qt::Key_Up);
+    QVERIFY(m_window->item("searchField")->hasActiveFocus());
+    key(Qt::Key_Down);
+    QVERIFY(m_window->item("grid")->hasActiveFocus());
+}
+
+void tst_LauncherExample::aHeldKeyOpensNothing()
+{
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, "\r", true);
+    QCoreApplication::sendEvent(m_window->view(), &held);
+    QCOMPARE(page(), QString("grid"));
+}
+
+void tst_LauncherExample::aTouchOpensAnApp()
+{
+    QTouchDevice *device = QTest::createTouchDevice();
+    const QQuickItem *card = m_window->item("card palette");
+    const QPoint center =
+        card->mapToScene(QPointF(card->width() / 2, card->height() / 2)).toPoint();
+    QTest::touchEvent(m_window->view(), device).press(0, center, m_window->view());
+    QTest::touchEvent(m_window->view(), device).release(0, center, m_window->view());
+    QTRY_COMPARE(page(), QString("details"));
+    QCOMPARE(m_window->text("detailsTitle"), QString("Palette"));
+    key(Qt::Key_Escape);
+    QTRY_COMPARE(page(), QString("grid"));
+}
+
+void tst_LauncherExample::screenReadersAreTold()
+{
+    QCOMPARE(accessibleName("card tide-table"), QString("Tide Table, On the portal"));
+    QCOMPARE(accessibleName("card focus-timer"),
+             QString("Focus Timer, On this device, Update available"));
+    QCOMPARE(accessibleName("refreshButton"), QString("Ask the portal again"));
+    QCOMPARE(accessibleName("signInButton"), QString("Sign out"));
+    QCOMPARE(accessibleName("orderBox"), QString("Order"));
+    QCOMPARE(accessibleName("leaveButton"), QString("‹ Apps"));
+    const QAccessibleInterface *notice =
+        QAccessible::queryAccessibleInterface(m_window->item("failureNotice"));
+    QVERIFY(notice);
+    QCOMPARE(notice->role(), QAccessible::AlertMessage);
+}
+
+void tst_LauncherExample::emptyPageSaysWhatToDo()
+{
+    js("appCatalogue.apps = []");
+    QVERIFY(isShown("emptyText"));
+    QCOMPARE(m_window->text("emptyText"), QString("No apps here or on the portal yet."));
+    js("appCatalogue.failure = 'Gone'");
+    QCOMPARE(m_window->text("emptyText"), QString("No apps on this device yet."));
+    QVERIFY(m_window->text("emptyHint").startsWith("The portal's apps"));
+    js("appCatalogue.failure = ''; appCatalogue.rebuild()");
+    QTRY_VERIFY(!isShown("emptyText"));
+}
+
 void tst_LauncherExample::pinnedAppsComeFirst()
 {
     m_window->item("grid")->forceActiveFocus();
@@ -398,6 +512,38 @@ void tst_LauncherExample::downloadsWithWhatTheAppNeeds()
     QVERIFY(QFile::exists(QDir::homePath() + "/Zemrik/Halvora/Data/tide-readings/tides.json"));
     QCOMPARE(m_window->text("needsValue"), QString("Tide constants (on this device)"));
     QVERIFY(!isShown("downloadButton"));
+    QCOMPARE(js("selectedKey").toString(), apps() + "/tide-table"); // its key is its folder now
+}
+
+void tst_LauncherExample::detailsScrollWithTheKeyboard()
+{
+    const auto place = [this] {
+        return m_window->item("detailsFlickable")->property("contentY").toReal();
+    };
+    m_window->resize(1000, 320);
+    QTRY_COMPARE(root()->height(), 320.0);
+    QCOMPARE(place(), 0.0);
+    key(Qt::Key_Down);
+    const qreal line = place();
+    QVERIFY(line > 0);
+    key(Qt::Key_PageDown);
+    QVERIFY(place() > line);
+    key(Qt::Key_End);
+    const qreal end = place();
+    key(Qt::Key_Down);
+    QCOMPARE(place(), end);
+    key(Qt::Key_Up);
+    QVERIFY(place() < end);
+    key(Qt::Key_PageUp);
+    key(Qt::Key_Home);
+    QCOMPARE(place(), 0.0);
+
+    key(Qt::Key_End);
+    js("showDetails(appCatalogue.find('palette'))");
+    QCOMPARE(place(), 0.0); // another app begins at its top
+    js("showDetails(appCatalogue.find('tide-table'))");
+    m_window->resize(1000, 720);
+    QTRY_COMPARE(root()->height(), 720.0);
 }
 
 void tst_LauncherExample::whatWasDownloadedIsNoLocalChange()
@@ -418,6 +564,9 @@ void tst_LauncherExample::startsInPlaceAndComesBack()
     QTRY_COMPARE(js("run.app.harbours.length").toInt(), 4);
     QVERIFY(isShown("chart"));
     QCOMPARE(js("run.app.width").toInt(), 1000);
+    key(Qt::Key_Down);
+    key(Qt::Key_Right);
+    QCOMPARE(js("run.app.harbourIndex + ' ' + run.app.dayOffset").toString(), QString("1 1"));
     key(Qt::Key_Escape);
     QTRY_COMPARE(page(), QString("details"));
     QVERIFY(js("run.app === null").toBool());
@@ -484,6 +633,35 @@ void tst_LauncherExample::aDamagedArchiveFailsTheDownloadAndARetryWorks()
     key(Qt::Key_Escape);
 }
 
+// The app is there then, but not its data: the folder that was made for them says nothing.
+void tst_LauncherExample::aMissingDependencyFailsTheDownloadAndARetryWorks()
+{
+    QTRY_COMPARE(page(), QString("grid"));
+    const QString tides = m_portal.path("items/tide-readings/tides.json");
+    const QByteArray content = contentOf(tides);
+    QVERIFY(!content.isEmpty() && QFile::remove(tides));
+    QVERIFY(QDir(apps() + "/tide-table").removeRecursively());
+    QVERIFY(QDir(data("tide-readings")).removeRecursively());
+    key(Qt::Key_F5);
+    QTRY_VERIFY(
+        js("!appCatalogue.refreshing && !appCatalogue.find('tide-table').isLocal").toBool());
+    open("tide-table");
+    setTimeLimit(500);
+    click("downloadButton");
+    QTRY_VERIFY(isShown("downloadNotice"));
+    QVERIFY(QDir(data("tide-readings")).exists());
+    setTimeLimit(20000);
+    m_portal.writeFile("items/tide-readings/tides.json", content);
+    click("downloadNoticeButton");
+    QTRY_COMPARE(js("appDownloads.of('tide-table').state").toString(), QString("done"));
+    QCOMPARE(contentOf(data("tide-readings/tides.json")), content);
+    QVERIFY(QDir(data("tide-readings")).removeRecursively());
+    QCOMPARE(js("detailsPage.needsText()").toString(),
+             QString("Tide constants (not on this device)"));
+    QVERIFY(write(data("tide-readings/tides.json"), content));
+    key(Qt::Key_Escape);
+}
+
 void tst_LauncherExample::aSilentPortalFailsTheSearchAndARetryWorks()
 {
     QTRY_COMPARE(page(), QString("grid"));
@@ -493,10 +671,23 @@ void tst_LauncherExample::aSilentPortalFailsTheSearchAndARetryWorks()
     QTRY_COMPARE(m_window->text("failureNoticeText"), QString("The portal doesn't answer."));
     QVERIFY(isShown("failureNotice"));
     QTRY_VERIFY(titles().contains("Welcome")); // the apps of this machine stay
-    continuePortal();
     setTimeLimit(20000);
     click("failureNoticeButton");
     QTRY_VERIFY(!isShown("failureNotice"));
+    QVERIFY(m_window->item("grid")->hasActiveFocus());
+    continuePortal();
+    QTRY_COMPARE(m_window->text("summary"), QString("7 apps"));
+}
+
+void tst_LauncherExample::aSearchThatIsLateClearsItsFailure()
+{
+    setTimeLimit(500);
+    stopPortal();
+    click("refreshButton");
+    QTRY_VERIFY(isShown("failureNotice"));
+    continuePortal();
+    QTRY_VERIFY(!isShown("failureNotice"));
+    setTimeLimit(20000);
     QTRY_COMPARE(m_window->text("summary"), QString("7 apps"));
 }
 
@@ -527,6 +718,46 @@ void tst_LauncherExample::aRefusedTokenIsTold()
     QTRY_COMPARE(m_window->text("summary"), QString("7 apps"));
 }
 
+void tst_LauncherExample::aRefusedSearchIsToldAtOnce()
+{
+    const quint16 port = m_portal.port();
+    QCOMPARE(m_portal.stop(), 0);
+    QVERIFY2(m_portal.start({"--port", QString::number(port)}), qPrintable(m_portal.output()));
+    click("refreshButton");
+    QTRY_COMPARE(m_window->text("failureNoticeText"),
+                 QString("The portal refuses to be searched. Sign in again. Invalid token."));
+    QCOMPARE(m_window->text("failureNoticeButton"), QString("Sign in"));
+    click("failureNoticeButton");
+    QTRY_VERIFY(dialog());
+    QVERIFY(!isShown("failureNotice"));
+    signIn("demo", "demo");
+    QTRY_COMPARE(m_window->text("summary"), QString("7 apps"));
+    m_window->view()->requestActivate();
+    QVERIFY(QTest::qWaitForWindowActive(m_window->view()));
+}
+
+void tst_LauncherExample::twoFoldersOfOneItemAreTwoApps()
+{
+    const QString copy = m_portal.path("more/palette-copy");
+    QVERIFY(write(copy + "/appinfo.json", "{}"));
+    QVERIFY(write(copy + "/main.qml", "import QtQuick 2.15\nItem {}\n"));
+    QVERIFY(write(copy + "/iteminfo.json", "{\"id\": \"palette\", \"title\": \"Palette Copy\"}"));
+    js("appCatalogue.list.refresh()");
+    QTRY_VERIFY(titles().contains("Palette, Palette Copy"));
+    for (const char *title : {"Palette", "Palette Copy"}) {
+        m_window->item("grid")->forceActiveFocus();
+        m_window->item("grid")->setProperty("currentIndex", titles().split(", ").indexOf(title));
+        key(Qt::Key_Return);
+        QTRY_COMPARE(page(), QString("details"));
+        QCOMPARE(m_window->text("detailsTitle"), QString(title));
+        key(Qt::Key_Escape);
+        QTRY_COMPARE(page(), QString("grid"));
+    }
+    QVERIFY(QDir(copy).removeRecursively());
+    js("appCatalogue.list.refresh()");
+    QTRY_VERIFY(!titles().contains("Palette Copy"));
+}
+
 void tst_LauncherExample::anAppThatCannotStartIsTold()
 {
     open("faulty");
@@ -539,6 +770,77 @@ void tst_LauncherExample::anAppThatCannotStartIsTold()
     QTRY_COMPARE(page(), QString("details"));
     key(Qt::Key_Escape);
     QTRY_COMPARE(page(), QString("grid"));
+}
+
+void tst_LauncherExample::aDocumentWithoutAnItemIsTold_data()
+{
+    QTest::addColumn<QByteArray>("qml");
+    QTest::newRow("object") << QByteArray("import QtQml 2.15\nQtObject {}\n");
+    QTest::newRow("window") << QByteArray("import QtQuick.Window 2.15\nWindow {}\n");
+}
+
+void tst_LauncherExample::aDocumentWithoutAnItemIsTold()
+{
+    QFETCH(QByteArray, qml);
+    runDocument(qml);
+    QVERIFY(isShown("startFailure"));
+    QCOMPARE(m_window->text("startText"), QString("Some thing can't be started"));
+    QCOMPARE(m_window->text("startFailure"), QString("The app's main document is no item."));
+    key(Qt::Key_Escape);
+    QTRY_VERIFY(page() != "run");
+}
+
+void tst_LauncherExample::anAppThatIsStillLoadingIsTold()
+{
+    stopPortal();
+    runDocument("import QtQuick 2.15\nimport \"" + m_portal.url().toUtf8()
+                + "/module\"\nItem {}\n");
+    QTRY_COMPARE(m_window->text("startText"), QString("Some thing is being loaded"));
+    QVERIFY(isShown("startText"));
+    continuePortal();
+    QTRY_COMPARE(m_window->text("startText"), QString("Some thing can't be started"));
+    m_window->item("leaveButton")->forceActiveFocus(Qt::TabFocusReason);
+    key(Qt::Key_Return);
+    QTRY_VERIFY(page() != "run");
+}
+
+void tst_LauncherExample::comesBackToTheListIfTheAppIsGone()
+{
+    js("selectedKey = ''");
+    runDocument("import QtQuick 2.15\nItem {}\n");
+    QVERIFY(!isShown("startText"));
+    key(Qt::Key_Escape);
+    QTRY_COMPARE(page(), QString("grid"));
+    QVERIFY(m_window->item("grid")->hasActiveFocus());
+}
+
+void tst_LauncherExample::theOtherExamplesHaveKeys()
+{
+    const QString items =
+        QString::fromLocal8Bit(qgetenv("TESSALINE_SOURCE_DIR")) + "/examples/items/";
+    const auto start = [this, items](const QString &id) {
+        js(QString("page = 'run'; run.start({ title: '%1', source: 'file://%2' }, true)")
+               .arg(id, items + id + "/data/main.qml"));
+    };
+    start("focus-timer");
+    QTRY_VERIFY(m_window->item("startButton")->hasActiveFocus());
+    key(Qt::Key_Space);
+    QVERIFY(js("run.app.running").toBool());
+    key(Qt::Key_Tab);
+    QVERIFY(m_window->item("resetButton")->hasActiveFocus());
+    key(Qt::Key_Return);
+    QVERIFY(!js("run.app.running").toBool());
+
+    start("palette");
+    QTRY_VERIFY(m_window->item("hues")->hasActiveFocus());
+    const QVariant hue = js("run.app.base.hslHue");
+    key(Qt::Key_Right);
+    QVERIFY(js("run.app.base.hslHue").toReal() != hue.toReal());
+    key(Qt::Key_Tab);
+    QVERIFY(m_window->item("swatch 0")->hasActiveFocus());
+    key(Qt::Key_Return);
+    QVERIFY(js("run.app.base.hslLightness > 0.8").toBool());
+    js("showGrid(); run.stop()");
 }
 
 void tst_LauncherExample::aNarrowWindowKeepsEverythingInSight()
