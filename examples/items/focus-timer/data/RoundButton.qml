@@ -14,7 +14,18 @@ Rectangle {
     height: 44 * unit
     radius: height / 2
     color: filled ? (area.pressed ? "#a63a22" : "#c8452a") : area.pressed ? "#f3d9d2" : "transparent"
-    border { width: filled ? 0 : 2 * unit; color: "#c8452a" }
+    border { width: activeFocus ? 3 * unit : filled ? 0 : 2 * unit; color: activeFocus ? "#3a1f17" : "#c8452a" }
+    activeFocusOnTab: true
+    Accessible.role: Accessible.Button
+    Accessible.name: text
+    Accessible.onPressAction: clicked()
+    Keys.onPressed: {
+        if ([ Qt.Key_Space, Qt.Key_Return, Qt.Key_Enter ].includes(event.key)) {
+            event.accepted = true;
+            if (!event.isAutoRepeat)
+                clicked();
+        }
+    }
 
     Text {
         anchors.centerIn: parent

@@ -1,7 +1,7 @@
 /*
     Focus Timer: twenty-five minutes of work, five of rest.
 
-    The finished rounds of the day are in App.settings.
+    The finished rounds of the day are in App.settings. Keys: Tab and Return, Space starts and pauses.
 */
 import QtQuick 2.15
 import Zemrik.Tessaline 1.0
@@ -17,13 +17,22 @@ App {
     property real endTime: 0           // milliseconds since the epoch, while running
     property real remaining: workSeconds
     property int rounds: 0
-    readonly property string today: Qt.formatDate(new Date(), "yyyy-MM-dd")
 
     width: 480 * unit
     height: 560 * unit
 
-    Component.onCompleted: rounds = settings.numberValue("rounds/" + today, 0)
+    Component.onCompleted: {
+        rounds = roundsOfToday();
+        startButton.forceActiveFocus();
+    }
 
+    // Asked for each time: the timer may run past midnight.
+    function today() {
+        return "rounds/" + Qt.formatDate(new Date(), "yyyy-MM-dd");
+    }
+    function roundsOfToday() {
+        return settings.numberValue(today(), 0);
+    }
     function startOrPause() {
         running = !running;
         if (running)
@@ -35,8 +44,8 @@ App {
     }
     function finish() {
         if (working) {
-            rounds++;
-            settings.setValue("rounds/" + today, rounds);
+            rounds = roundsOfToday() + 1;
+            settings.setValue(today(), rounds);
             settings.synchronize();
         }
         working = !working;
@@ -120,12 +129,16 @@ App {
             spacing: 12 * app.unit
 
             RoundButton {
+                id: startButton
+
+                objectName: "startButton"
                 unit: app.unit
                 filled: true
                 text: app.running ? "Pause" : "Start"
                 onClicked: app.startOrPause()
             }
             RoundButton {
+                objectName: "resetButton"
                 unit: app.unit
                 text: "Reset"
                 onClicked: app.reset()

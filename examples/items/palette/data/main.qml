@@ -2,7 +2,7 @@
     Palette: tints of one colour, with text that can be read on them.
 
     Tessaline.contrastColor() chooses the text; the base colour is kept in App.settings, which survive
-    an update of the app.
+    an update of the app. Keys: Left and Right change the hue, Tab and Return take a tint.
 */
 import QtQuick 2.15
 import QtQuick.Layouts 1.15
@@ -18,10 +18,15 @@ App {
     width: 720 * unit
     height: 560 * unit
 
+    Component.onCompleted: hues.forceActiveFocus()
+
     function choose(color) {
         base = color;
         app.settings.setColorValue("base", color);
         app.settings.synchronize();
+    }
+    function hue(share) {
+        return Qt.hsla(Math.max(0, Math.min(0.999, share)), 0.6, 0.42, 1);
     }
 
     // Relative luminance and contrast as accessibility guidelines define them.
@@ -51,6 +56,15 @@ App {
 
         // The hues: press or drag.
         Rectangle {
+            id: hues
+
+            objectName: "hues"
+            activeFocusOnTab: true
+            Accessible.role: Accessible.Slider
+            Accessible.name: "Hue"
+            Keys.onLeftPressed: app.choose(app.hue(app.base.hslHue - 0.02))
+            Keys.onRightPressed: app.choose(app.hue(app.base.hslHue + 0.02))
+            border { width: activeFocus ? 2 * app.unit : 0; color: "#241a2b" }
             Layout.fillWidth: true
             Layout.preferredHeight: 44 * app.unit
             radius: 10 * app.unit
@@ -76,12 +90,9 @@ App {
             }
             MouseArea {
                 anchors.fill: parent
-                onPressed: pick(mouse.x)
-                onPositionChanged: pick(mouse.x)
-
-                function pick(x) {
-                    app.choose(Qt.hsla(Math.max(0, Math.min(0.999, x / width)), 0.6, 0.42, 1));
-                }
+                onPressed: app.base = app.hue(mouse.x / width)
+                onPositionChanged: app.base = app.hue(mouse.x / width)
+                onReleased: app.choose(app.base)   // is kept only now
             }
         }
 
@@ -103,6 +114,14 @@ App {
                     Layout.fillWidth: true
                     Layout.fillHeight: true
                     radius: 10 * app.unit
+                    objectName: "swatch " + index
+                    activeFocusOnTab: true
+                    Accessible.role: Accessible.Button
+                    Accessible.name: color.toString()
+                    Keys.onReturnPressed: app.choose(color)
+                    Keys.onEnterPressed: app.choose(color)
+                    Keys.onSpacePressed: app.choose(color)
+                    border { width: activeFocus ? 3 * app.unit : 0; color: textColor }
                     color: Qt.hsla(Math.max(0, app.base.hslHue), Math.max(0.35, app.base.hslSaturation), modelData, 1)
 
                     Column {

@@ -3,6 +3,7 @@
 
     appinfo.json declares the item "tide-readings". Who downloads the app gets it too, and finds it with
     App.dependency(): its folder holds tides.json, from which the curve is computed.
+    Keys: Up and Down choose the harbour, Left and Right the day.
 */
 import QtQuick 2.15
 import QtQuick.Layouts 1.15
@@ -27,11 +28,18 @@ App {
     width: 720 * unit
     height: 560 * unit
 
+    focus: true
+
     Component.onCompleted: {
         const needed = app.info ? app.dependency("itemId", "tide-readings") : null;
         if (needed)
             tides = Tessaline.fileFolder(needed.folderPath).readJsonFile("tides.json");
     }
+
+    Keys.onUpPressed: harbourIndex = Math.max(0, harbourIndex - 1)
+    Keys.onDownPressed: harbourIndex = Math.min(harbours.length - 1, harbourIndex + 1)
+    Keys.onLeftPressed: dayOffset--
+    Keys.onRightPressed: dayOffset++
 
     // The height in metres, some hours after the day's beginning.
     function heightAt(hours) {
