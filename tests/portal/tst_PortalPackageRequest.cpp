@@ -72,9 +72,9 @@ const char package[] = "Zemrik.Tessaline.Package";
 const char manager[] = "Zemrik.Tessaline.Manager";
 const qint64 Modified = 1500000000000;
 
-QByteArray picture(const char *format)
+QByteArray picture(const char *format, const QSize &size = QSize(8, 8))
 {
-    QImage image(8, 8, QImage::Format_RGB32);
+    QImage image(size, size.width() > 8 ? QImage::Format_Grayscale8 : QImage::Format_RGB32);
     image.fill(Qt::red);
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -105,12 +105,15 @@ QStringList withoutProgress(QStringList names)
 
 void tst_PortalPackageRequest::initTestCase()
 {
-    const QMap<QString, QByteArray> app{
-        {"data/appinfo.json", "{\"a\": 1}"}, {"data/sub/main.qml", "Item {}"},
-        {"photo.jpg", picture("JPG")},       {"logo.jpeg", picture("JPG")},
-        {"upper.JPG", picture("JPG")},       {"damaged.jpg", "no picture"},
-        {"thumbnail.png", picture("PNG")},   {"huge.jpg", claiming(65500, 65500)},
-        {"large.jpg", claiming(8001, 8000)}};
+    const QMap<QString, QByteArray> app{{"data/appinfo.json", "{\"a\": 1}"},
+                                        {"data/sub/main.qml", "Item {}"},
+                                        {"photo.jpg", picture("JPG")},
+                                        {"logo.jpeg", picture("JPG")},
+                                        {"upper.JPG", picture("JPG")},
+                                        {"damaged.jpg", "no picture"},
+                                        {"thumbnail.png", picture("PNG")},
+                                        {"huge.jpg", claiming(65500, 65500)},
+                                        {"large.jpg", picture("JPG", QSize(8001, 8000))}};
     const auto info = [](const QString &thumbnail) {
         return QVariantMap{{"title", "An app"}, {"modified", Modified}, {"thumbnail", thumbnail}};
     };
@@ -224,7 +227,7 @@ void tst_PortalPackageRequest::thumbnails_data()
         << "huge"
         << "thumbnail.jpg"
         << "thumbnail/thumbnail.jpg" << 2 << "Thumbnail load failed";
-    QTest::newRow("jpg that claims a few too many stays")
+    QTest::newRow("jpg of a few pixels too many stays")
         << "large"
         << "thumbnail.jpg"
         << "thumbnail/thumbnail.jpg" << 2 << "Thumbnail load failed";
