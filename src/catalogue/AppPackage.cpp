@@ -76,7 +76,7 @@
 
 /*!
     \qmlsignal AppPackage::progress(int percentage, int secondsRemainingEstimate)
-    From 0 to 100 for each step. The estimate is always 0.
+    \a percentage runs from 0 to 100 for each step; \a secondsRemainingEstimate is always 0.
 */
 
 AppPackage::AppPackage(QObject *parent)

@@ -69,13 +69,13 @@ QString markPath(const QDir &packages, const QString &itemId)
 
 /*!
     \qmlmethod bool ItemPackage::exists(string itemId)
-    Whether the item's folder lies in the Data folder; after the download of a module, in the
-    Modules folder. An empty id asks about that folder itself.
+    Returns whether the folder of \a itemId lies in the Data folder; after the download of a module,
+    in the Modules folder. An empty id asks about that folder itself.
 */
 
 /*!
     \qmlmethod void ItemPackage::download(string itemId)
-    Starts the download. One that runs already starts anew.
+    Starts the download of \a itemId. One that runs already starts anew.
 */
 
 /*!
@@ -90,12 +90,13 @@ QString markPath(const QDir &packages, const QString &itemId)
 
 /*!
     \qmlsignal ItemPackage::downloadProgress(int percentage, int secondsRemainingEstimate)
-    From 0 to 100 for each step of the download. The estimate is always 0.
+    \a percentage runs from 0 to 100 for each step of the download; \a secondsRemainingEstimate is
+    always 0.
 */
 
 /*!
     \qmlsignal ItemPackage::downloadError(TessalineError error)
-    The portal refused, or a folder could not be made.
+    The portal refused, or a folder could not be made: \a error says which.
 */
 
 ItemPackage::ItemPackage(QObject *parent)

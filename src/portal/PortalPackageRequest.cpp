@@ -173,7 +173,7 @@ void PortalPackageRequest::onDataCompleted()
 {
     const QString path = m_dataRequest->responsePath();
     qCDebug(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << path;
-    if (!isComplete(path) || (m_unpackData && !unpack(path)))
+    if (m_unpackData ? !unpack(path) : !isComplete(path))
         return;
     saveItemInfo();
     const int run = m_run;
@@ -182,15 +182,14 @@ void PortalPackageRequest::onDataCompleted()
         requestThumbnail();
 }
 
-// A connection that breaks in the middle of the body has the status 200 all the same. A file that
-// nobody unpacks would pass for the whole one, so it goes.
+// A connection that breaks in the middle of the body has the status 200 all the same. What is cut off
+// is no archive, but a file that nobody unpacks would pass for the whole one, so it goes.
 bool PortalPackageRequest::isComplete(const QString &path) const
 {
     if (m_dataRequest->errorCode() == 0)
         return true;
     qCCritical(FRAMEWORK_PACKAGE) << Q_FUNC_INFO << "Download incomplete:" << path;
-    if (!m_unpackData)
-        QFile::remove(path);
+    QFile::remove(path);
     return false;
 }
 

@@ -118,7 +118,7 @@ void tst_SilentStops::appStaysDownloading_data()
     QTest::newRow("damaged archive")
         << "data:damaged" << QByteArray(package) << "Error opening package:" << false;
     QTest::newRow("truncated archive")
-        << "data:truncated" << QByteArray(package) << "Download incomplete:" << false;
+        << "data:truncated" << QByteArray(package) << "Error opening package:" << false;
     QTest::newRow("JSON error in place of the archive")
         << "data:error" << QByteArray(package) << "Error opening package:" << false;
     QTest::newRow("HTTP error at a dependency's information")
