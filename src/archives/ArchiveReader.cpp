@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <limits>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -16,6 +18,10 @@ const int nameBufferSize = 1024;
 const int inflateBlockSize = 64 * 1024; // one call of the inflater; chunks are cut from it
 // Deflate packs at most 1,032 bytes into one.
 const quint64 maxDeflateRatio = 1032;
+// A size of 4 GiB or more stands in an extra field, which minizip 1.1 doesn't apply: it would take
+// this number for the size.
+const quint64 sizeInExtraField = 0xffffffff;
+const unsigned long encryptedFlag = 1;
 
 // Past QFile, which copies everything into a buffer first and asks what kind of file it is.
 bool writeAll(QFile &file, const char *data, qint64 size)
@@ -59,6 +65,19 @@ bool passesSymbolicLink(const QDir &folder, const QString &cleanName, int start 
     return false;
 }
 
+// Why an entry's data would come out wrong; null if they don't.
+const char *unreadable(const unz_file_info64 &info)
+{
+    if (info.flag & encryptedFlag)
+        return "encrypted";
+    if (info.compressed_size == sizeInExtraField || info.uncompressed_size == sizeInExtraField)
+        return "size in a ZIP64 field";
+    // minizip without bzip2 would give its packed data.
+    if (info.compression_method != 0 && info.compression_method != Z_DEFLATED)
+        return "compression method";
+    return nullptr;
+}
+
 } // namespace
 
 void ArchiveReader::Closer::operator()(void *file) const
@@ -68,13 +87,21 @@ void ArchiveReader::Closer::operator()(void *file) const
 
 bool ArchiveReader::open(const QString &path)
 {
-    m_entry.reset();
-    m_file.reset(unzOpen64(path.toLocal8Bit().constData()));
+    close();
+    const QByteArray localPath = path.toLocal8Bit();
+    struct stat file = {};
+    if (stat(localPath.constData(), &file) != 0)
+        return false;
+    m_device = file.st_dev;
+    m_inode = file.st_ino;
+    m_size = static_cast<quint64>(file.st_size);
+    m_file.reset(unzOpen64(localPath.constData()));
     return isOpen();
 }
 
 void ArchiveReader::close()
 {
+    ++m_opened;
     m_entry.reset();
     m_file.reset();
 }
@@ -89,20 +116,41 @@ int ArchiveReader::entryCount(quint64 &count) const
 
 int ArchiveReader::first()
 {
+    ++m_moves;
     m_entry.reset();
     return unzGoToFirstFile(m_file.get());
 }
 
 int ArchiveReader::next()
 {
+    ++m_moves;
     m_entry.reset();
     return unzGoToNextFile(m_file.get());
 }
 
 int ArchiveReader::locate(const QString &name, int caseSensitive)
 {
+    ++m_moves;
     m_entry.reset();
     return unzLocateFile(m_file.get(), name.toLocal8Bit().constData(), caseSensitive);
+}
+
+ArchiveReader::Position ArchiveReader::position() const
+{
+    Position position = {{}, m_moves, m_opened};
+    unzGetFilePos64(m_file.get(), &position.inDirectory);
+    return position;
+}
+
+int ArchiveReader::goBack(const Position &position)
+{
+    if (position.opened != m_opened)
+        return UNZ_PARAMERROR;
+    if (position.moves == m_moves)
+        return UNZ_OK;
+    ++m_moves;
+    m_entry.reset();
+    return unzGoToFilePos64(m_file.get(), &position.inDirectory);
 }
 
 int ArchiveReader::currentInfo(unz_file_info64 &info, QString *name) const
@@ -123,15 +171,66 @@ int ArchiveReader::currentInfo(unz_file_info64 &info, QString *name) const
     return UNZ_OK;
 }
 
-ArchiveReader::Extraction ArchiveReader::extract(const QString &outputPath, int chunkSize,
-                                                 const ChunkCallback &onChunk)
+bool ArchiveReader::hasOverlappingEntries()
+{
+    struct Extent
+    {
+        quint64 begin;
+        quint64 end;
+    };
+    std::vector<Extent> extents;
+    for (int code = first(); code == UNZ_OK; code = next()) {
+        unz_file_info64 info;
+        int method = 0;
+        // What can't be opened can't be extracted either. Raw, as nothing is inflated here.
+        if (unzGetCurrentFileInfo64(m_file.get(), &info, nullptr, 0, nullptr, 0, nullptr, 0)
+                != UNZ_OK
+            || unreadable(info) || info.compressed_size == 0
+            || unzOpenCurrentFile2(m_file.get(), &method, nullptr, 1) != UNZ_OK)
+            continue;
+        const quint64 begin = unzGetCurrentFileZStreamPos64(m_file.get());
+        unzCloseCurrentFile(m_file.get());
+        extents.push_back({begin, begin + info.compressed_size});
+    }
+    std::sort(extents.begin(), extents.end(),
+              [](const Extent &a, const Extent &b) { return a.begin < b.begin; });
+    const auto overlap =
+        std::adjacent_find(extents.begin(), extents.end(),
+                           [](const Extent &a, const Extent &b) { return b.begin < a.end; });
+    return overlap != extents.end();
+}
+
+// Leaves the entry open if the step is Done.
+ArchiveReader::Extraction ArchiveReader::openCurrent(unz_file_info64 &info)
 {
     if (const int code = unzOpenCurrentFile(m_file.get()); code != UNZ_OK)
         return {Extraction::OpenEntry, code};
-    unz_file_info64 info;
-    if (const int code = currentInfo(info); code != UNZ_OK) {
+    Extraction result;
+    if (const int code = currentInfo(info); code != UNZ_OK)
+        result = {Extraction::EntryInfo, code};
+    else if (const char *reason = unreadable(info))
+        result = {Extraction::Refused, UNZ_BADZIPFILE, reason};
+    if (result.step != Extraction::Done)
         unzCloseCurrentFile(m_file.get());
-        return {Extraction::EntryInfo, code};
+    return result;
+}
+
+bool ArchiveReader::isArchive(const QString &path) const
+{
+    struct stat file = {};
+    return stat(QFile::encodeName(path).constData(), &file) == 0 && file.st_dev == m_device
+           && file.st_ino == m_inode;
+}
+
+ArchiveReader::Extraction ArchiveReader::extract(const QString &outputPath, int chunkSize,
+                                                 const ChunkCallback &onChunk)
+{
+    unz_file_info64 info;
+    if (const Extraction opened = openCurrent(info); opened.step != Extraction::Done)
+        return opened;
+    if (isArchive(outputPath)) {
+        unzCloseCurrentFile(m_file.get());
+        return {Extraction::Refused, UNZ_PARAMERROR, "output is the archive itself"};
     }
     QFile output(outputPath);
     if (!output.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
@@ -146,8 +245,9 @@ ArchiveReader::Extraction ArchiveReader::extract(const QString &outputPath, int 
     const int closed = unzCloseCurrentFile(m_file.get());
     if (result.step == Extraction::Done) {
         result.code = closed;
-        const QDateTime time = date(info.tmu_date);
-        FileUtility::setDateTime(outputPath, time, time);
+        // Otherwise the file keeps the time of its writing.
+        if (const QDateTime time = date(info.tmu_date); time.isValid())
+            FileUtility::setDateTime(outputPath, time, time);
     }
     return result;
 }
@@ -182,15 +282,12 @@ ArchiveReader::Extraction ArchiveReader::copyData(QFile &output, quint64 size, i
 
 ArchiveReader::Extraction ArchiveReader::read(QByteArray &bytes)
 {
-    if (const int code = unzOpenCurrentFile(m_file.get()); code != UNZ_OK)
-        return {Extraction::OpenEntry, code};
     unz_file_info64 info;
-    if (const int code = currentInfo(info); code != UNZ_OK) {
-        unzCloseCurrentFile(m_file.get());
-        return {Extraction::EntryInfo, code};
-    }
+    if (const Extraction opened = openCurrent(info); opened.step != Extraction::Done)
+        return opened;
 
-    const quint64 possible = info.compressed_size * maxDeflateRatio + inflateBlockSize;
+    const quint64 packed = std::min<quint64>(info.compressed_size, m_size);
+    const quint64 possible = packed * maxDeflateRatio + inflateBlockSize;
     const quint64 size = std::min<quint64>(info.uncompressed_size, possible);
     Extraction result;
     if (size > static_cast<quint64>(std::numeric_limits<int>::max() / 2)) {
@@ -217,8 +314,12 @@ QDateTime ArchiveReader::date(const tm_unz &time)
     return day.isValid() && clock.isValid() ? QDateTime(day, clock) : QDateTime();
 }
 
-QString ArchiveReader::refusal(const QDir &folder, const QString &name, QString *linkFree)
+QString ArchiveReader::refusal(const QDir &folder, const QString &name, QString *linkFree) const
 {
+    // Cut, two names may be one, and no longer what the archive says.
+    unz_file_info64 info;
+    if (currentInfo(info) == UNZ_OK && info.size_filename >= nameBufferSize)
+        return QStringLiteral("name of 1,024 bytes or more");
     const QString clean = QDir::cleanPath(name);
     // isAbsolutePath knows a resource path such as ":x" too.
     if (QDir::isAbsolutePath(name) || QDir::isAbsolutePath(clean) || hasDriveLetter(clean))

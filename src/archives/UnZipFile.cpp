@@ -1,7 +1,5 @@
 #include "archives/UnZipFile.h"
 
-#include "archives/CentralDirectory.h"
-
 #include <QDebug>
 #include <QFileInfo>
 
@@ -80,6 +78,10 @@ bool UnZipFile::extractCurrentFile(const QString &outputPath)
     case ArchiveReader::Extraction::EntryInfo:
         qCritical() << "UnZipFile::extractCurrentFile: - unzOpenCurrentFile" << result.code;
         break;
+    case ArchiveReader::Extraction::Refused:
+        qCritical() << "UnZipFile::extractCurrentFile:Entry refused:" << result.reason
+                    << currentFileName() << " to " << outputPath;
+        break;
     case ArchiveReader::Extraction::OpenOutput:
         qCritical() << "UnZipFile::extractCurrentFile:Error opening:" << outputPath;
         break;
@@ -102,15 +104,14 @@ bool UnZipFile::extractFile(const QString &name, int caseSensitivity, const QStr
 
 bool UnZipFile::extractAll(QDir &dir)
 {
-    if (CentralDirectory::hasOverlappingEntries(m_path)) {
+    if (m_reader.hasOverlappingEntries()) {
         qCritical() << Q_FUNC_INFO << "Overlapping entries:" << m_path;
         return false;
     }
     QString linkFree;
     for (bool more = gotoFirstFile(); more; more = gotoNextFile()) {
         const QString name = currentFileName();
-        if (const QString reason = ArchiveReader::refusal(dir, name, &linkFree);
-            !reason.isEmpty()) {
+        if (const QString reason = m_reader.refusal(dir, name, &linkFree); !reason.isEmpty()) {
             qCritical() << Q_FUNC_INFO << "Entry refused:" << reason << name;
             continue;
         }

@@ -1,6 +1,5 @@
 #include "archives/ZipReader.h"
 
-#include "archives/CentralDirectory.h"
 #include "archives/ZipFileInfo.h"
 #include "plugin/FileUtility.h"
 #include "plugin/JsonUtility.h"
@@ -8,7 +7,8 @@
 #include "plugin/TessalineDebug.h"
 
 #include <QFileInfo>
-#include <QSet>
+
+#include <set>
 
 /*!
     \qmltype ZipReader
@@ -311,7 +311,12 @@ Qt::CaseSensitivity ZipReader::caseSensitivity() const
 QStringList ZipReader::entriesList(EntryKind kind)
 {
     QStringList list;
-    QSet<QString> seen; // the folders that are in the list, folded where case doesn't count
+    // The folders that are in the list, compared as extractAll() compares its base folder: folding
+    // them would make one of "Maße" and "Masse".
+    const auto isLess = [sensitivity = caseSensitivity()](const QString &a, const QString &b) {
+        return a.compare(b, sensitivity) < 0;
+    };
+    std::set<QString, decltype(isLess)> seen(isLess);
     for (bool more = gotoFirstFile(); more; more = gotoNextFile()) {
         const QString name = currentFileName();
         const bool isFolder = name.endsWith(QLatin1Char('/'));
@@ -321,11 +326,8 @@ QStringList ZipReader::entriesList(EntryKind kind)
             continue;
         }
         const QString folder = isFolder ? name.left(name.length() - 1) : QFileInfo(name).path();
-        const QString key = m_caseSensitive ? folder : folder.toCaseFolded();
-        if (!seen.contains(key)) {
-            seen.insert(key);
+        if (seen.insert(folder).second)
             list.append(folder);
-        }
     }
     return list;
 }
@@ -340,6 +342,10 @@ QByteArray ZipReader::readFile()
         break;
     case ArchiveReader::Extraction::EntryInfo:
         qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "unzGetCurrentFileInfo64" << result.code;
+        break;
+    case ArchiveReader::Extraction::Refused:
+        qCCritical(FRAMEWORK_FILE)
+            << Q_FUNC_INFO << "Entry refused:" << result.reason << currentFileName();
         break;
     case ArchiveReader::Extraction::Read: {
         unz_file_info64 info = {};
@@ -377,6 +383,11 @@ bool ZipReader::extractCurrentFile(QString outputPath)
     case ArchiveReader::Extraction::EntryInfo:
         qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "unzGetCurrentFileInfo64" << result.code;
         break;
+    case ArchiveReader::Extraction::Refused:
+        qCCritical(FRAMEWORK_FILE)
+            << Q_FUNC_INFO << "Entry refused:" << result.reason << name << " to " << outputPath;
+        emit error(name, outputPath, static_cast<Result>(result.code));
+        break;
     case ArchiveReader::Extraction::OpenOutput:
         qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "Error opening:" << outputPath;
         break;
@@ -395,15 +406,23 @@ bool ZipReader::extractCurrentFile(QString outputPath)
 
 bool ZipReader::extractAll(QDir &dir, const QString &basePath)
 {
-    if (CentralDirectory::hasOverlappingEntries(m_path)) {
+    if (m_reader.hasOverlappingEntries()) {
         qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "Overlapping entries:" << m_path;
         emit completed();
         return true;
     }
     const QString base = QDir::cleanPath(basePath);
     Extraction extraction;
-    for (bool more = gotoFirstFile(); more; more = gotoNextFile())
+    for (bool more = gotoFirstFile(); more; more = gotoNextFile()) {
+        // A signal's handler that lists or looks something up moves the cursor.
+        const ArchiveReader::Position position = m_reader.position();
         extractEntry(dir, base, extraction);
+        if (m_reader.goBack(position) != UNZ_OK) {
+            qCCritical(FRAMEWORK_FILE)
+                << Q_FUNC_INFO << "Archive closed during extraction:" << m_path;
+            break;
+        }
+    }
     emit completed();
     return true;
 }
@@ -420,7 +439,7 @@ void ZipReader::extractEntry(const QDir &dir, const QString &base, Extraction &e
     }
     if (name.isEmpty())
         return;
-    if (const QString reason = ArchiveReader::refusal(dir, name, &extraction.linkFree);
+    if (const QString reason = m_reader.refusal(dir, name, &extraction.linkFree);
         !reason.isEmpty()) {
         qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "Entry refused:" << reason << entry;
         return;

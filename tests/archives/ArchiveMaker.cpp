@@ -37,6 +37,19 @@ QString outputFolder(const QString &folder)
     return path;
 }
 
+QStringList overlappingKinds()
+{
+    return {"overlapping",
+            "overlapping_uncounted",
+            "overlapping_behind_many",
+            "overlapping_two_directories",
+            "overlapping_far_locator",
+            "overlapping_record_at_start",
+            "overlapping_locator_at_start",
+            "overlapping_negative_size",
+            "overlapping_extra_fields"};
+}
+
 QByteArray run(const QString &program, const QStringList &arguments, const QString &folder)
 {
     QProcess process;

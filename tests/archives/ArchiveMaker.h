@@ -18,6 +18,10 @@ QString archive(const QString &kind, const QString &folder);
 // The folder "out" in `folder`, which is made.
 QString outputFolder(const QString &folder);
 
+// The kinds of archives whose entries claim the same bytes, most of them hidden from a reader that
+// looks for the directory in another place than minizip does.
+QStringList overlappingKinds();
+
 // Runs a program in `folder`; its output, or a null array if it failed.
 QByteArray run(const QString &program, const QStringList &arguments, const QString &folder = {});
 

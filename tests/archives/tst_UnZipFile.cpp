@@ -18,7 +18,15 @@ private slots:
     void extractAllMakesFoldersFromFolderEntries();
     void extractAllRefusesEntriesThatLeaveTheFolder();
     void extractAllRefusesStepsBackThroughALink();
+    void extractAllRefusesOverlappingEntries_data();
     void extractAllRefusesOverlappingEntries();
+    void extractAllRefusesEntriesThatCannotBeRead_data();
+    void extractAllRefusesEntriesThatCannotBeRead();
+    void extractAllRefusesLongPaths();
+    void archiveIsNotOverwrittenByItsEntries();
+    void plantedLinkIsWrittenAsText();
+    void cutArchiveCannotBeOpened();
+    void hundredThousandEntriesComeOut();
     void damagedEntryIsLoggedInTheDefaultCategory();
     void datesAreCorrectedByADay();
 
@@ -102,15 +110,107 @@ void tst_UnZipFile::extractAllRefusesStepsBackThroughALink()
     QCOMPARE(ArchiveMaker::read(out.filePath("beside.txt")), QByteArray("beside"));
 }
 
+void tst_UnZipFile::extractAllRefusesOverlappingEntries_data()
+{
+    QTest::addColumn<QString>("kind");
+    for (const QString &kind : ArchiveMaker::overlappingKinds())
+        QTest::newRow(qPrintable(kind)) << kind;
+}
+
 void tst_UnZipFile::extractAllRefusesOverlappingEntries()
 {
+    QFETCH(QString, kind);
     UnZipFile zip;
-    QVERIFY(zip.open(archive("overlapping")));
+    QVERIFY(zip.open(archive(kind)));
     QDir out = output();
     LogCapture log;
     QVERIFY(!zip.extractAll(out));
     QCOMPARE(log.count(QtCriticalMsg, "default", "Overlapping entries:"), 1);
     QVERIFY(ArchiveMaker::tree(out.path()).isEmpty());
+}
+
+void tst_UnZipFile::extractAllRefusesEntriesThatCannotBeRead_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<int>("refused");
+    QTest::addColumn<QStringList>("files");
+    QTest::newRow("sizes in ZIP64 fields") << "zip64_sizes" << 1 << QStringList("ok.txt=ok");
+    QTest::newRow("sizes that wrap") << "zip64_wrapping" << 5 << QStringList();
+    QTest::newRow("bzip2") << "other_methods" << 1 << QStringList("ok.txt=ok");
+}
+
+void tst_UnZipFile::extractAllRefusesEntriesThatCannotBeRead()
+{
+    QFETCH(QString, kind);
+    UnZipFile zip;
+    QVERIFY(zip.open(archive(kind)));
+    const QString first = zip.entryList().at(0);
+    QDir out = output();
+    LogCapture log;
+
+    QVERIFY(zip.extractAll(out));
+
+    QTEST(log.count(QtCriticalMsg, "default", "Entry refused:"), "refused");
+    QTEST(ArchiveMaker::tree(out.path()), "files");
+    QVERIFY(!zip.extractFile(first, 1, m_dir->filePath("file")));
+    QVERIFY(!QFileInfo::exists(m_dir->filePath("file")));
+}
+
+void tst_UnZipFile::extractAllRefusesLongPaths()
+{
+    UnZipFile zip;
+    QVERIFY(zip.open(archive("long_paths")));
+    QDir out = output();
+    LogCapture log;
+    QVERIFY(zip.extractAll(out));
+    QCOMPARE(log.count(QtCriticalMsg, "default", "name of 1,024 bytes or more"), 2);
+    QCOMPARE(ArchiveMaker::tree(out.path()), QStringList("after.txt=after"));
+}
+
+void tst_UnZipFile::archiveIsNotOverwrittenByItsEntries()
+{
+    UnZipFile zip;
+    const QString path = archive("own_name");
+    const QByteArray before = ArchiveMaker::read(path);
+    QVERIFY(zip.open(path));
+    QDir dir(m_dir->path());
+    LogCapture log;
+    QVERIFY(zip.extractAll(dir));
+    QCOMPARE(log.count(QtCriticalMsg, "default", "output is the archive itself"), 1);
+    QCOMPARE(ArchiveMaker::read(path), before);
+    QCOMPARE(ArchiveMaker::read(dir.filePath("ok.txt")), QByteArray("ok"));
+}
+
+void tst_UnZipFile::plantedLinkIsWrittenAsText()
+{
+    UnZipFile zip;
+    QVERIFY(zip.open(archive("link_inside")));
+    QVERIFY(QDir().mkpath(m_dir->filePath("outside")));
+    QDir out = output();
+    LogCapture log;
+    QVERIFY(zip.extractAll(out));
+    QCOMPARE(ArchiveMaker::tree(out.path()), QStringList({"link=../outside", "ok.txt=ok"}));
+    QVERIFY(!QFileInfo(out.filePath("link")).isSymLink());
+    QCOMPARE(log.count(QtCriticalMsg, "default", "Error opening:"), 1);
+    QVERIFY(QDir(m_dir->filePath("outside")).isEmpty());
+}
+
+void tst_UnZipFile::cutArchiveCannotBeOpened()
+{
+    UnZipFile zip;
+    QVERIFY(!zip.open(archive("cut")));
+    QVERIFY(zip.entryList().isEmpty());
+}
+
+void tst_UnZipFile::hundredThousandEntriesComeOut()
+{
+    UnZipFile zip;
+    QVERIFY(zip.open(archive("hundred_thousand")));
+    QDir out = output();
+    QVERIFY(zip.extractAll(out));
+    QCOMPARE(out.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 100);
+    for (const char *folder : {"d000", "d099"})
+        QCOMPARE(QDir(out.filePath(folder)).entryList(QDir::Files).size(), 1000);
 }
 
 void tst_UnZipFile::damagedEntryIsLoggedInTheDefaultCategory()

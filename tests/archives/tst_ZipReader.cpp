@@ -1,22 +1,35 @@
 #include "archives/ArchiveMaker.h"
-#include "archives/CentralDirectory.h"
 #include "archives/ZipFileInfo.h"
 #include "archives/ZipReader.h"
 #include "plugin/FileUtility.h"
 #include "support/IsolatedHome.h"
 #include "support/LogCapture.h"
 
-#include <QBuffer>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <cmath>
+#include <functional>
+#include <unistd.h>
 
 namespace {
 
 const char category[] = "Zemrik.Tessaline.File";
 
+// In KiB.
+qint64 peakAddressSpace()
+{
+    const QList<QByteArray> lines = ArchiveMaker::read("/proc/self/status").split('\n');
+    for (const QByteArray &line : lines) {
+        if (line.startsWith("VmPeak:"))
+            return line.mid(7).simplified().split(' ').at(0).toLongLong();
+    }
+    return 0;
 }
+
+} // namespace
+
+Q_DECLARE_METATYPE(std::function<void(ZipReader &)>)
 
 class tst_ZipReader : public QObject
 {
@@ -56,7 +69,9 @@ private slots:
     void damagedEntryEmitsErrorAndTheNextOneComesOut();
     void wrongChecksumIsOnlyAWarning();
     void hugeClaimedSizeAllocatesLittle();
+    void twoFalseSizesAllocateLittle();
     void longNamesAreCutNotOverrun();
+    void longPathsAreRefused();
     void nameEndsAtNul();
     void truncatedDirectoryGivesWhatIsThere();
     void entriesThatLeaveTheFolderAreRefused();
@@ -65,6 +80,20 @@ private slots:
     void overlappingEntriesAreRefused_data();
     void overlappingEntriesAreRefused();
     void prefixedArchiveIsNoOverlap();
+    void overlapIsLookedForInTheOpenFile();
+    void entriesThatCannotBeReadAreRefused_data();
+    void entriesThatCannotBeReadAreRefused();
+    void encryptedEntriesAreRefused();
+    void localZip64FieldsAreRead();
+    void offsetsInZip64FieldsAreNotFollowed();
+    void archiveIsNotOverwrittenByItsEntries();
+    void handlersMayListAndLookUp_data();
+    void handlersMayListAndLookUp();
+    void readingInAHandlerEndsTheEntryOnly();
+    void anotherPathInAHandlerEndsTheExtraction();
+    void plantedLinkIsWrittenAsText();
+    void cutArchiveCannotBeOpened();
+    void hundredThousandEntriesComeOut();
     void manyEntries();
     void fullDiskIsAFailure();
     void readsArchivesOfOtherTools_data();
@@ -198,6 +227,8 @@ void tst_ZipReader::listsFoldersOnce_data()
     QTest::newRow("folder entries") << "folders" << false << QStringList({"dir", "other"});
     QTest::newRow("case ignored") << "mixed_case" << false << QStringList("Data");
     QTest::newRow("case kept") << "mixed_case" << true << QStringList({"Data", "data"});
+    // As extractAll() compares its base folder.
+    QTest::newRow("letter by letter") << "sharp_s" << false << QStringList({"Maße", "Masse"});
 }
 
 void tst_ZipReader::listsFoldersOnce()
@@ -430,6 +461,12 @@ void tst_ZipReader::lastDayOfAMonthHasNoDate()
     zip.setPath(archive("days"));
     const std::unique_ptr<ZipFileInfo> info(zip.fileInfo("last.txt"));
     QVERIFY(!info->lastModified().isValid());
+
+    // The file is dated with the time of its writing.
+    const QDateTime before = QDateTime::currentDateTime().addSecs(-60);
+    QVERIFY(zip.extractFile("last.txt", m_dir->filePath("last.txt")));
+    const QDateTime written = QFileInfo(m_dir->filePath("last.txt")).lastModified();
+    QVERIFY2(written > before && written < before.addSecs(600), qPrintable(written.toString()));
 }
 
 void tst_ZipReader::damagedEntryEmitsErrorAndTheNextOneComesOut()
@@ -483,6 +520,17 @@ void tst_ZipReader::hugeClaimedSizeAllocatesLittle()
     QCOMPARE(info->size(), 4294967280LL);
 }
 
+void tst_ZipReader::twoFalseSizesAllocateLittle()
+{
+    ZipReader zip;
+    zip.setPath(archive("both_sizes_false"));
+    LogCapture log;
+    const qint64 before = peakAddressSpace();
+    QVERIFY(before > 0);
+    QCOMPARE(zip.readTextFile("t.txt"), QString("small"));
+    QVERIFY(peakAddressSpace() - before < 256 * 1024); // it says 1 GiB
+}
+
 void tst_ZipReader::longNamesAreCutNotOverrun()
 {
     ZipReader zip;
@@ -497,6 +545,16 @@ void tst_ZipReader::longNamesAreCutNotOverrun()
     QVERIFY(!zip.exists(names.at(0))); // names of 256 bytes and more can't be looked up
 
     QVERIFY(zip.extractAll(output()));
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList("after.txt=after"));
+}
+
+void tst_ZipReader::longPathsAreRefused()
+{
+    ZipReader zip;
+    zip.setPath(archive("long_paths"));
+    LogCapture log;
+    QVERIFY(zip.extractAll(output()));
+    QCOMPARE(log.count(QtCriticalMsg, category, "name of 1,024 bytes or more"), 2);
     QCOMPARE(ArchiveMaker::tree(output()), QStringList("after.txt=after"));
 }
 
@@ -559,11 +617,8 @@ void tst_ZipReader::outputFolderItselfMayBeALink()
 void tst_ZipReader::overlappingEntriesAreRefused_data()
 {
     QTest::addColumn<QString>("kind");
-    QTest::newRow("300 entries over the same bytes") << "overlapping";
-    QTest::newRow("offsets in zip64 fields") << "overlapping_zip64";
-    QTest::newRow("a count of none") << "overlapping_uncounted";
-    QTest::newRow("behind the highest count") << "overlapping_behind_many";
-    QTest::newRow("beside an honest directory") << "overlapping_two_directories";
+    for (const QString &kind : ArchiveMaker::overlappingKinds())
+        QTest::newRow(qPrintable(kind)) << kind;
 }
 
 void tst_ZipReader::overlappingEntriesAreRefused()
@@ -591,10 +646,226 @@ void tst_ZipReader::prefixedArchiveIsNoOverlap()
     zip.setPath(archive("prefixed"));
     QVERIFY(zip.extractAll(output()));
     QCOMPARE(ArchiveMaker::tree(output()), QStringList({"a.txt=data", "b.txt=data"}));
+}
 
-    QBuffer nothing;
-    QVERIFY(nothing.open(QIODevice::ReadOnly));
-    QVERIFY(!CentralDirectory::hasOverlappingEntries(nothing));
+void tst_ZipReader::overlapIsLookedForInTheOpenFile()
+{
+    ZipReader zip;
+    zip.setPath(archive("overlapping_extra_fields"));
+    QVERIFY(zip.exists("f000"));
+    // Replaced on disk; the reader still has the old one.
+    QVERIFY(QFile::remove(zip.path()));
+    QVERIFY(QFile::rename(archive("simple"), zip.path()));
+    LogCapture log;
+    QVERIFY(zip.extractAll(output()));
+    QCOMPARE(log.count(QtCriticalMsg, category, "Overlapping entries:"), 1);
+    QVERIFY(ArchiveMaker::tree(output()).isEmpty());
+
+    zip.refresh();
+    QVERIFY(zip.extractAll(output()));
+    QCOMPARE(ArchiveMaker::tree(output()).size(), 5);
+}
+
+void tst_ZipReader::entriesThatCannotBeReadAreRefused_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<int>("refused");
+    QTest::addColumn<QStringList>("files");
+    QTest::newRow("sizes in ZIP64 fields") << "zip64_sizes" << 1 << QStringList("ok.txt=ok");
+    QTest::newRow("sizes that wrap") << "zip64_wrapping" << 5 << QStringList();
+    QTest::newRow("bzip2") << "other_methods" << 1 << QStringList("ok.txt=ok");
+}
+
+void tst_ZipReader::entriesThatCannotBeReadAreRefused()
+{
+    QFETCH(QString, kind);
+    ZipReader zip;
+    zip.setPath(archive(kind));
+    const QString first = zip.fileNames().at(0);
+    QSignalSpy errors(&zip, &ZipReader::error);
+    LogCapture log;
+
+    QVERIFY(zip.extractAll(output()));
+    QTEST(log.count(QtCriticalMsg, category, "Entry refused:"), "refused");
+    QTEST(errors.count(), "refused");
+    QTEST(ArchiveMaker::tree(output()), "files");
+
+    QVERIFY(!zip.extractFile(first, m_dir->filePath("file")));
+    QVERIFY(!QFileInfo::exists(m_dir->filePath("file")));
+    log.clear();
+    QVERIFY(zip.readTextFile(first).isEmpty());
+    QCOMPARE(log.count(QtCriticalMsg, category, "Entry refused:"), 1);
+}
+
+void tst_ZipReader::encryptedEntriesAreRefused()
+{
+    const QString in = m_dir->filePath("in");
+    QVERIFY(QDir().mkpath(in));
+    QVERIFY(ArchiveMaker::write(in + "/secret.txt", "secret"));
+    QVERIFY(ArchiveMaker::write(in + "/plain.txt", "plain"));
+    QVERIFY(!ArchiveMaker::run("zip", {"-q", "-e", "-P", "key", "../e.zip", "secret.txt"}, in)
+                 .isNull());
+    QVERIFY(!ArchiveMaker::run("zip", {"-q", "../e.zip", "plain.txt"}, in).isNull());
+    ZipReader zip;
+    zip.setPath(m_dir->filePath("e.zip"));
+    QSignalSpy errors(&zip, &ZipReader::error);
+    LogCapture log;
+
+    QVERIFY(zip.extractAll(output()));
+
+    QCOMPARE(log.count(QtCriticalMsg, category, "Entry refused: encrypted"), 1);
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(errors.at(0).at(0).toString(), QString("secret.txt"));
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList("plain.txt=plain"));
+    QVERIFY(zip.readTextFile("secret.txt").isEmpty());
+}
+
+void tst_ZipReader::localZip64FieldsAreRead()
+{
+    ZipReader zip;
+    zip.setPath(archive("forced_zip64"));
+    QCOMPARE(zip.readTextFile("z.txt"), QString("hello zip64"));
+    QVERIFY(zip.extractAll(output()));
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList("z.txt=hello zip64"));
+}
+
+void tst_ZipReader::offsetsInZip64FieldsAreNotFollowed()
+{
+    ZipReader zip;
+    zip.setPath(archive("overlapping_zip64"));
+    LogCapture log;
+    QVERIFY(zip.extractAll(output()));
+    QCOMPARE(log.count(QtCriticalMsg, category, "unzOpenCurrentFile"), 2);
+    QVERIFY(ArchiveMaker::tree(output()).isEmpty());
+}
+
+void tst_ZipReader::archiveIsNotOverwrittenByItsEntries()
+{
+    ZipReader zip;
+    zip.setPath(archive("own_name"));
+    const QByteArray before = ArchiveMaker::read(zip.path());
+    QCOMPARE(::link(qPrintable(zip.path()), qPrintable(m_dir->filePath("link.zip"))), 0);
+    QSignalSpy errors(&zip, &ZipReader::error);
+    LogCapture log;
+
+    QVERIFY(zip.extractAll(m_dir->path()));
+
+    QCOMPARE(log.count(QtCriticalMsg, category, "output is the archive itself"), 2);
+    QCOMPARE(errors.count(), 2);
+    QCOMPARE(ArchiveMaker::read(zip.path()), before);
+    QCOMPARE(ArchiveMaker::read(m_dir->filePath("ok.txt")), QByteArray("ok"));
+    QVERIFY(!zip.extractFile("ok.txt", zip.path()));
+    QCOMPARE(ArchiveMaker::read(zip.path()), before);
+}
+
+void tst_ZipReader::handlersMayListAndLookUp_data()
+{
+    QTest::addColumn<std::function<void(ZipReader &)>>("handler");
+    const auto row = [](const char *name, const std::function<void(ZipReader &)> &handler) {
+        QTest::newRow(name) << handler;
+    };
+    row("lists", [](ZipReader &zip) { QCOMPARE(zip.fileNames().size(), 10); });
+    row("finds the first", [](ZipReader &zip) { QVERIFY(zip.exists("f0.txt")); });
+    row("finds nothing", [](ZipReader &zip) { QVERIFY(!zip.exists("x")); });
+    row("asks", [](ZipReader &zip) {
+        const std::unique_ptr<ZipFileInfo> info(zip.fileInfo("f9.txt"));
+        QCOMPARE(info->size(), 9LL);
+    });
+}
+
+void tst_ZipReader::handlersMayListAndLookUp()
+{
+    QFETCH(std::function<void(ZipReader &)>, handler);
+    ZipReader zip;
+    zip.setPath(archive("ten"));
+    int calls = 0;
+    connect(&zip, &ZipReader::progress, this, [&] {
+        if (++calls <= 100) // or it would never end
+            handler(zip);
+    });
+    QSignalSpy errors(&zip, &ZipReader::error);
+    QSignalSpy completed(&zip, &ZipReader::completed);
+
+    QVERIFY(zip.extractAll(output()));
+
+    QCOMPARE(calls, 30);
+    QCOMPARE(errors.count(), 0);
+    QCOMPARE(completed.count(), 1);
+    const QStringList tree = ArchiveMaker::tree(output());
+    QCOMPARE(tree.size(), 10);
+    QCOMPARE(tree.last(), QString("f9.txt=content 9"));
+}
+
+void tst_ZipReader::readingInAHandlerEndsTheEntryOnly()
+{
+    ZipReader zip;
+    zip.setPath(archive("ten"));
+    connect(&zip, &ZipReader::progress, this, [&](const QString &name) {
+        if (name == "f3.txt")
+            QCOMPARE(zip.readTextFile("f7.txt"), QString("content 7"));
+    });
+    QSignalSpy errors(&zip, &ZipReader::error);
+
+    QVERIFY(zip.extractAll(output()));
+
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(errors.at(0).at(0).toString(), QString("f3.txt"));
+    QCOMPARE(ArchiveMaker::tree(output()).size(), 10);
+}
+
+void tst_ZipReader::anotherPathInAHandlerEndsTheExtraction()
+{
+    ZipReader zip;
+    zip.setPath(archive("ten"));
+    const QString other = archive("nested");
+    connect(&zip, &ZipReader::progress, this, [&] {
+        zip.setPath(other);
+        QVERIFY(zip.exists("a/b.txt"));
+    });
+    QSignalSpy completed(&zip, &ZipReader::completed);
+    LogCapture log;
+
+    QVERIFY(zip.extractAll(output()));
+
+    QCOMPARE(log.count(QtCriticalMsg, category, "Archive closed during extraction:"), 1);
+    QCOMPARE(completed.count(), 1);
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList("f0.txt=content 0"));
+}
+
+void tst_ZipReader::plantedLinkIsWrittenAsText()
+{
+    ZipReader zip;
+    zip.setPath(archive("link_inside"));
+    QVERIFY(QDir().mkpath(m_dir->filePath("outside")));
+    LogCapture log;
+    QVERIFY(zip.extractAll(output()));
+    QCOMPARE(ArchiveMaker::tree(output()), QStringList({"link=../outside", "ok.txt=ok"}));
+    QVERIFY(!QFileInfo(output() + "/link").isSymLink());
+    QCOMPARE(log.count(QtCriticalMsg, category, "Unable to create path:"), 1);
+    QVERIFY(QDir(m_dir->filePath("outside")).isEmpty());
+}
+
+void tst_ZipReader::cutArchiveCannotBeOpened()
+{
+    ZipReader zip;
+    zip.setPath(archive("cut"));
+    QSignalSpy completed(&zip, &ZipReader::completed);
+    LogCapture log;
+    QVERIFY(!zip.extractAll(output()));
+    QCOMPARE(log.count(QtWarningMsg, category, "Unable to open:"), 1);
+    QCOMPARE(completed.count(), 0);
+    QVERIFY(ArchiveMaker::tree(output()).isEmpty());
+}
+
+void tst_ZipReader::hundredThousandEntriesComeOut()
+{
+    ZipReader zip;
+    zip.setPath(archive("hundred_thousand"));
+    QVERIFY(zip.extractAll(output()));
+    QCOMPARE(QDir(output()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 100);
+    for (const char *folder : {"/d000", "/d099"})
+        QCOMPARE(QDir(output() + folder).entryList(QDir::Files).size(), 1000);
+    QCOMPARE(ArchiveMaker::read(output() + "/d099/f099999.txt"), QByteArray("x"));
 }
 
 void tst_ZipReader::manyEntries()

@@ -99,6 +99,45 @@ def long_names(archive):
     entry(archive, "after.txt", "after")
 
 
+def long_paths(archive):
+    """Two names that are one when they are cut."""
+    folders = "".join(letter * 200 + "/" for letter in "abcdef")
+    entry(archive, folders + "first.txt", "first")
+    entry(archive, folders + "other.txt", "other")
+    entry(archive, "after.txt", "after")
+
+
+def sharp_s(archive):
+    entry(archive, "Maße/a.txt", "1")
+    entry(archive, "Masse/b.txt", "2")
+    entry(archive, "MASSE/c.txt", "3")
+    entry(archive, "MAẞE/d.txt", "4")
+
+
+def own_name(archive):
+    """Entries with the names of the archive itself and of a link to it."""
+    entry(archive, "own_name.zip", "evil")
+    entry(archive, "link.zip", "evil")
+    entry(archive, "ok.txt", "ok")
+
+
+def ten(archive):
+    for i in range(10):
+        entry(archive, "f%d.txt" % i, "content %d" % i)
+
+
+def forced_zip64(archive):
+    """ZIP64 in the local header, where a size wasn't known beforehand."""
+    with archive.open(zipfile.ZipInfo("z.txt", DATE), "w", force_zip64=True) as file:
+        file.write(b"hello zip64")
+
+
+def other_methods(archive):
+    entry(archive, "bzip2.txt", "bzip2 " * 100, method=zipfile.ZIP_BZIP2)
+    entry(archive, "lzma.txt", "lzma " * 100, method=zipfile.ZIP_LZMA)
+    entry(archive, "ok.txt", "ok")
+
+
 def deflate(data, level=9):
     packer = zlib.compressobj(level, 8, -15)
     return packer.compress(data) + packer.flush()
@@ -183,6 +222,119 @@ def raw_overlapping_two_directories():
     before = body + honest + record + locator
     directory = stored(b"a", 0, data) + stored(b"b", 0, data)
     return before + directory + end(2, len(directory), len(before))
+
+
+COPIES = 5  # of one mebibyte, in the small bombs that follow
+ZEROS = b"\0" * (1 << 20)
+PACKED = deflate(ZEROS)
+
+
+def bomb_directory(offset=0):
+    return b"".join(central(b"f%03d" % i, offset, len(PACKED), len(ZEROS), zlib.crc32(ZEROS), 8)
+                    for i in range(COPIES))
+
+
+def honest_directory(offset=0):
+    return central(b"f000", offset, len(PACKED), len(ZEROS), zlib.crc32(ZEROS), 8)
+
+
+def zip64_record(count, size, offset):
+    return struct.pack("<IQHHIIQQQQ", 0x06064b50, 44, 45, 45, 0, 0, count, count, size, offset)
+
+
+def zip64_locator(position):
+    return struct.pack("<IIQI", 0x07064b50, 0, position, 1)
+
+
+def raw_overlapping_far_locator():
+    """An honest directory whose locator lies a little further from the end than minizip looks."""
+    entry_data = local(b"f000", ZEROS, PACKED)
+    honest = honest_directory()
+    record = zip64_record(1, len(honest), len(entry_data))
+    directory = bomb_directory()
+    before = entry_data + honest + record + zip64_locator(len(entry_data) + len(honest))
+    before += b"\0" * (0xffff + 10 - 20 - len(directory) - 22)
+    return before + directory + end(COPIES, len(directory), len(before))
+
+
+def raw_overlapping_record_at_start():
+    """An honest, empty ZIP64 record at position 0, which minizip takes for "not found"."""
+    record = zip64_record(0, 0, 0)
+    body = record + local(b"f000", ZEROS, PACKED) + zip64_locator(0)
+    directory = bomb_directory(len(record))
+    return body + directory + end(COPIES, len(directory), len(body))
+
+
+def raw_overlapping_locator_at_start():
+    """The same with the locator of an honest directory."""
+    entry_data = local(b"f000", ZEROS, PACKED)
+    offset = len(zip64_locator(0))
+    honest = honest_directory(offset)
+    position = offset + len(entry_data) + len(honest)
+    body = zip64_locator(position) + entry_data + honest
+    body += zip64_record(1, len(honest), offset + len(entry_data))
+    directory = bomb_directory(offset)
+    return body + directory + end(COPIES, len(directory), len(body))
+
+
+def raw_overlapping_negative_size():
+    """The size of a ZIP64 directory below zero: it lies behind its record, the honest one is plain."""
+    entry_data = local(b"f000", ZEROS, PACKED)
+    position, behind = len(entry_data), 56
+    body = entry_data + zip64_record(COPIES, 2**64 - behind, position + behind) + bomb_directory()
+    body += zip64_locator(position)
+    honest = honest_directory()
+    return body + honest + end(1, len(honest), len(body))
+
+
+def raw_overlapping_extra_fields():
+    """Headers one behind the other, each with an extra field that reaches to the same data."""
+    size = 34 + 4
+    headers, directory = b"", b""
+    for i in range(COPIES):
+        name = b"f%03d" % i
+        directory += central(name, len(headers), len(PACKED), len(ZEROS), zlib.crc32(ZEROS), 8)
+        headers += struct.pack("<IHHHHHIIIHH", 0x04034b50, 20, 0, 8, 0, DOS_DATE, zlib.crc32(ZEROS),
+                               len(PACKED), len(ZEROS), len(name), COPIES * size - len(headers) - 34)
+        headers += name + b"\0" * 4
+    body = headers + PACKED
+    return body + directory + end(COPIES, len(directory), len(body))
+
+
+def size_in_extra(name, offset, sizes):
+    """An entry whose packed size stands in a ZIP64 field, and whose size too if it is given."""
+    size = 0xffffffff if len(sizes) == 2 else len(ZEROS)
+    extra = struct.pack("<HH%dQ" % len(sizes), 1, 8 * len(sizes), *sizes)
+    header = struct.pack("<IHHHHHIIIHH", 0x04034b50, 45, 0, 8, 0, DOS_DATE, zlib.crc32(ZEROS),
+                         0xffffffff, size, len(name), 0) + name
+    return header, central(name, offset, 0xffffffff, size, zlib.crc32(ZEROS), 8, extra)
+
+
+def raw_zip64_sizes():
+    """As programs write it that always use ZIP64, and a plain entry behind it."""
+    header, record = size_in_extra(b"z.txt", 0, (len(ZEROS), len(PACKED)))
+    body = header + PACKED
+    directory = record + stored(b"ok.txt", len(body), b"ok")
+    body += local(b"ok.txt", b"ok")
+    return body + directory + end(2, len(directory), len(body))
+
+
+def raw_zip64_wrapping():
+    """Sizes in ZIP64 fields that are nothing when an offset and a header's size are added."""
+    header, _ = size_in_extra(b"f000", 0, (0,))
+    body = header + PACKED + b"P" * 40000
+    directory = b"".join(size_in_extra(b"f%03d" % i, 0, (2**64 - 30,))[1] for i in range(COPIES))
+    return body + directory + end(COPIES, len(directory), len(body))
+
+
+def raw_both_sizes_false():
+    """Both sizes below 1 GiB, and both too large by far."""
+    packed = deflate(b"small")
+    packed_size, size = 0x7ffffffe, 0x3fffffff
+    body = struct.pack("<IHHHHHIIIHH", 0x04034b50, 20, 0, 8, 0, DOS_DATE, 0, packed_size, size, 5, 0)
+    body += b"t.txt" + packed + bytes(20000)  # minizip reads ahead
+    directory = central(b"t.txt", 0, packed_size, size, 0, 8)
+    return body + directory + end(1, len(directory), len(body))
 
 
 def raw_nul_name():
