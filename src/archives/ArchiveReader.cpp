@@ -1,5 +1,6 @@
 #include "archives/ArchiveReader.h"
 
+#include "archives/CentralDirectory.h"
 #include "plugin/FileUtility.h"
 
 #include <QFile>
@@ -88,6 +89,7 @@ void ArchiveReader::Closer::operator()(void *file) const
 bool ArchiveReader::open(const QString &path)
 {
     close();
+    m_path = path;
     const QByteArray localPath = path.toLocal8Bit();
     struct stat file = {};
     if (stat(localPath.constData(), &file) != 0)
@@ -173,6 +175,17 @@ int ArchiveReader::currentInfo(unz_file_info64 &info, QString *name) const
 
 bool ArchiveReader::hasOverlappingEntries()
 {
+    // The path may lead to another file by now.
+    QFile file(m_path);
+    struct stat status = {};
+    const bool clear = file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)
+                       && fstat(file.handle(), &status) == 0 && isArchive(status)
+                       && CentralDirectory::isPlainAndDisjoint(file);
+    return !clear && hasOverlapUnderCursor();
+}
+
+bool ArchiveReader::hasOverlapUnderCursor()
+{
     struct Extent
     {
         quint64 begin;
@@ -215,11 +228,23 @@ ArchiveReader::Extraction ArchiveReader::openCurrent(unz_file_info64 &info)
     return result;
 }
 
-bool ArchiveReader::isArchive(const QString &path) const
+bool ArchiveReader::isArchive(const struct stat &file) const
 {
-    struct stat file = {};
-    return stat(QFile::encodeName(path).constData(), &file) == 0 && file.st_dev == m_device
-           && file.st_ino == m_inode;
+    return file.st_dev == m_device && file.st_ino == m_inode;
+}
+
+ArchiveReader::Extraction ArchiveReader::openOutput(QFile &output) const
+{
+    // A new file, as most are, can't be the archive.
+    const QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Unbuffered;
+    if (output.open(mode | QIODevice::NewOnly))
+        return {};
+    struct stat status = {};
+    if (stat(QFile::encodeName(output.fileName()).constData(), &status) == 0 && isArchive(status))
+        return {Extraction::Refused, UNZ_PARAMERROR, "output is the archive itself"};
+    if (!output.open(mode | QIODevice::Truncate))
+        return {Extraction::OpenOutput, UNZ_OK};
+    return {};
 }
 
 ArchiveReader::Extraction ArchiveReader::extract(const QString &outputPath, int chunkSize,
@@ -228,14 +253,10 @@ ArchiveReader::Extraction ArchiveReader::extract(const QString &outputPath, int 
     unz_file_info64 info;
     if (const Extraction opened = openCurrent(info); opened.step != Extraction::Done)
         return opened;
-    if (isArchive(outputPath)) {
-        unzCloseCurrentFile(m_file.get());
-        return {Extraction::Refused, UNZ_PARAMERROR, "output is the archive itself"};
-    }
     QFile output(outputPath);
-    if (!output.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
+    if (const Extraction opened = openOutput(output); opened.step != Extraction::Done) {
         unzCloseCurrentFile(m_file.get());
-        return {Extraction::OpenOutput, UNZ_OK};
+        return opened;
     }
 
     Extraction result = copyData(output, info.uncompressed_size, chunkSize, onChunk);

@@ -46,8 +46,9 @@ public:
     int currentInfo(unz_file_info64 &info, QString *name = nullptr) const;
 
     // Whether two entries claim the same bytes. That is how a small archive expands to gigabytes; no
-    // honest tool writes one. Walks the whole directory with the cursor: only minizip knows where
-    // it will find an entry's data, and any other reading of the file could be led astray.
+    // honest tool writes one. Where a glance at the directory leaves a doubt, the cursor walks
+    // through it: only minizip knows where it will find an entry's data, and any other reading of
+    // the file could be led astray.
     bool hasOverlappingEntries();
 
     // How an extraction ended. `code` is minizip's for OpenEntry, EntryInfo, Refused and Read,
@@ -89,10 +90,13 @@ private:
     };
 
     Extraction openCurrent(unz_file_info64 &info);
-    bool isArchive(const QString &path) const;
+    bool isArchive(const struct stat &file) const;
+    Extraction openOutput(QFile &output) const;
+    bool hasOverlapUnderCursor();
     Extraction copyData(QFile &output, quint64 size, int chunkSize, const ChunkCallback &onChunk);
 
     std::unique_ptr<void, Closer> m_file;
+    QString m_path;
     // The open file, by whatever names it has.
     dev_t m_device = 0;
     ino_t m_inode = 0;

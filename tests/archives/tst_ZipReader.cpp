@@ -1,4 +1,5 @@
 #include "archives/ArchiveMaker.h"
+#include "archives/CentralDirectory.h"
 #include "archives/ZipFileInfo.h"
 #include "archives/ZipReader.h"
 #include "plugin/FileUtility.h"
@@ -80,6 +81,8 @@ private slots:
     void overlappingEntriesAreRefused_data();
     void overlappingEntriesAreRefused();
     void prefixedArchiveIsNoOverlap();
+    void plainArchivesAreRecognised_data();
+    void plainArchivesAreRecognised();
     void overlapIsLookedForInTheOpenFile();
     void entriesThatCannotBeReadAreRefused_data();
     void entriesThatCannotBeReadAreRefused();
@@ -646,6 +649,29 @@ void tst_ZipReader::prefixedArchiveIsNoOverlap()
     zip.setPath(archive("prefixed"));
     QVERIFY(zip.extractAll(output()));
     QCOMPARE(ArchiveMaker::tree(output()), QStringList({"a.txt=data", "b.txt=data"}));
+}
+
+void tst_ZipReader::plainArchivesAreRecognised_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<bool>("plain");
+    QTest::newRow("good") << "simple" << true;
+    QTest::newRow("something in front") << "prefixed" << true;
+    QTest::newRow("fewer entries than counted") << "truncated" << false;
+    QTest::newRow("no entries") << "no_entries" << false;
+    QTest::newRow("no directory") << "cut" << false;
+    QTest::newRow("ZIP64") << "many" << false;
+    QTest::newRow("sizes in ZIP64 fields") << "zip64_sizes" << false;
+    for (const QString &kind : ArchiveMaker::overlappingKinds())
+        QTest::newRow(qPrintable(kind)) << kind << false;
+}
+
+void tst_ZipReader::plainArchivesAreRecognised()
+{
+    QFETCH(QString, kind);
+    QFile file(archive(kind));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QTEST(CentralDirectory::isPlainAndDisjoint(file), "plain");
 }
 
 void tst_ZipReader::overlapIsLookedForInTheOpenFile()
