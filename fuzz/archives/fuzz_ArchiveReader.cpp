@@ -4,11 +4,13 @@
 #include "support/FuzzTarget.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QTemporaryDir>
 
 // An archive as a stranger packed it: listed, each entry read, and all of it extracted by both
-// classes. Nothing may come to lie beside the output folder.
+// classes. Nothing may come to lie beside the output folder, and no more in it than the archive's
+// own bytes can hold.
 
 namespace {
 
@@ -35,6 +37,20 @@ void checkNothingGotOut()
         qFatal("Beside the output folder: %s", qPrintable(names.join(QLatin1String(", "))));
 }
 
+// Deflate packs at most 1,032 bytes into one. Entries over the same bytes would give more.
+void checkOutputIsBounded(const QDir &out, qint64 archiveSize)
+{
+    qint64 size = 0;
+    QDirIterator files(out.path(), QDir::Files | QDir::Hidden | QDir::System,
+                       QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        files.next();
+        size += files.fileInfo().size();
+    }
+    if (size > archiveSize * 1032 + 1024)
+        qFatal("%lld bytes out of %lld", size, archiveSize);
+}
+
 } // namespace
 
 TESSALINE_FUZZ_TARGET(bytes)
@@ -54,6 +70,7 @@ TESSALINE_FUZZ_TARGET(bytes)
         file.extractAll(out);
         file.close();
         checkNothingGotOut();
+        checkOutputIsBounded(out, bytes.size());
     }
     out.removeRecursively();
     work().mkpath(QStringLiteral("out"));
@@ -66,5 +83,6 @@ TESSALINE_FUZZ_TARGET(bytes)
         reader.readTextFile(name);
     reader.extractAll(out.path());
     checkNothingGotOut();
+    checkOutputIsBounded(out, bytes.size());
     out.removeRecursively();
 }

@@ -45,6 +45,7 @@ struct Directory
 {
     QByteArray bytes;
     int entries;
+    quint64 offset; // as the end record states it, counted like those of the entries
 };
 
 // Nothing if there is more than one record that could be its end.
@@ -63,7 +64,8 @@ std::optional<Directory> readDirectory(QIODevice &device)
         return std::nullopt;
     // It lies right before its end record; its stated offset is off where something was put in
     // front of the archive.
-    return Directory{readAt(device, tailStart + index - size, size), entries};
+    return Directory{readAt(device, tailStart + index - size, size), entries,
+                     number<quint32>(end + 16)};
 }
 
 // Nothing if a record isn't one or doesn't tell by itself.
@@ -80,9 +82,11 @@ std::optional<std::vector<Extent>> readExtents(const Directory &directory)
         const quint32 packedSize = number<quint32>(record + 20);
         const quint32 size = number<quint32>(record + 24);
         const quint32 offset = number<quint32>(record + 42);
-        if (packedSize == inZip64Extra || size == inZip64Extra || offset == inZip64Extra)
+        const Extent extent = {offset, quint64(offset) + localHeaderSize + packedSize};
+        if (packedSize == inZip64Extra || size == inZip64Extra || offset == inZip64Extra
+            || extent.end > directory.offset)
             return std::nullopt;
-        extents.push_back({offset, quint64(offset) + localHeaderSize + packedSize});
+        extents.push_back(extent);
         position += entrySize + number<quint16>(record + 28) + number<quint16>(record + 30)
                     + number<quint16>(record + 32);
     }

@@ -33,8 +33,13 @@
     \l refresh() or a new \l path. Calls block until they are done; \l progress arrives during the
     call.
 
+    A handler may read the properties and call \l exists() and \l fileInfo(). An entry that is being
+    extracted ends with \l error where its handler reads or extracts another with the same reader,
+    and \l extractAll() ends where it closes the archive.
+
     Archives are not trusted. An entry that would be written outside the output folder is left out,
-    with a critical message, and an archive whose entries overlap is not extracted at all.
+    with a critical message, and an archive whose entries overlap is not extracted at all. Encrypted
+    entries and those of 4 GiB and more are not read.
 */
 
 /*!
@@ -117,7 +122,9 @@
 /*!
     \qmlsignal ZipReader::error(string fileName, string outputFileName, Result result)
     The data of the entry \a fileName can't be read, for the reason \a result. What came before is
-    in the file \a outputFileName.
+    in the file \a outputFileName. \c BadZipFile and no file where the entry is encrypted, packed in
+    another way than with deflate, or says its size in a ZIP64 field; \c ParameterError and no file
+    where it would be written over the archive.
 */
 
 /*!

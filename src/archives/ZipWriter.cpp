@@ -157,6 +157,11 @@ void ZipWriter::close()
 bool ZipWriter::addFile(const QString &filePath, const QString &archivedFilePath,
                         const QString &comment, bool append)
 {
+    // Opening would empty the archive before its turn to be read.
+    if (!append && sourceOf(filePath, m_path).isArchive) {
+        qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "Archive added to itself:" << filePath;
+        return false;
+    }
     if (!m_file && !zwOpen(m_path, append)) {
         qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << "ZIP not open" << m_path
                                 << (append ? "true" : "false");

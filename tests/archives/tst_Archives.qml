@@ -93,6 +93,51 @@ TestCase {
         verify(!TestSupport.exists(folder + "/base/a.txt"));
     }
 
+    function test_handlersMayListAndLookUp() {
+        const reader = createTemporaryQmlObject("
+            import Zemrik.Tessaline 1.0
+
+            ZipReader {
+                property int listed
+                property int calls
+
+                onProgress: {
+                    if (++calls > 100)
+                        return;
+                    listed += fileNames.length;
+                    exists('x');
+                    exists('a.txt');
+                }
+            }", testCase);
+        reader.path = folder + "/x.zip";
+        errorSpy.clear();
+        errorSpy.target = reader;
+        verify(reader.extractAll(folder + "/listed"));
+        compare(errorSpy.count, 0);
+        compare(reader.calls, 6);
+        compare(reader.listed, 12);
+        compare(TestSupport.readText(folder + "/listed/a.txt"), "first\n");
+        compare(TestSupport.readText(folder + "/listed/sub/b.json"), '{"n": 5}');
+    }
+
+    function test_readingInAHandlerEndsTheEntry() {
+        const reader = createTemporaryQmlObject("
+            import Zemrik.Tessaline 1.0
+
+            ZipReader {
+                property string text
+                property var failed: []
+
+                onProgress: if (fileName === 'a.txt') text = readTextFile('sub/b.json')
+                onError: failed.push(fileName, result)
+            }", testCase);
+        reader.path = folder + "/x.zip";
+        verify(reader.extractAll(folder + "/nested"));
+        compare(reader.text, '{"n": 5}');
+        compare(reader.failed, [ "a.txt", ZipReader.ParameterError ]);
+        compare(TestSupport.readText(folder + "/nested/sub/b.json"), '{"n": 5}');
+    }
+
     function test_errorTellsTheResult() {
         TestSupport.writeHex(folder + "/bad.zip", damagedArchive);
         const reader = createTemporaryObject(readerComponent, testCase, { path: folder + "/bad.zip" });

@@ -26,7 +26,6 @@ private slots:
     void archiveIsNotOverwrittenByItsEntries();
     void plantedLinkIsWrittenAsText();
     void cutArchiveCannotBeOpened();
-    void hundredThousandEntriesComeOut();
     void damagedEntryIsLoggedInTheDefaultCategory();
     void datesAreCorrectedByADay();
 
@@ -200,17 +199,6 @@ void tst_UnZipFile::cutArchiveCannotBeOpened()
     UnZipFile zip;
     QVERIFY(!zip.open(archive("cut")));
     QVERIFY(zip.entryList().isEmpty());
-}
-
-void tst_UnZipFile::hundredThousandEntriesComeOut()
-{
-    UnZipFile zip;
-    QVERIFY(zip.open(archive("hundred_thousand")));
-    QDir out = output();
-    QVERIFY(zip.extractAll(out));
-    QCOMPARE(out.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(), 100);
-    for (const char *folder : {"d000", "d099"})
-        QCOMPARE(QDir(out.filePath(folder)).entryList(QDir::Files).size(), 1000);
 }
 
 void tst_UnZipFile::damagedEntryIsLoggedInTheDefaultCategory()

@@ -415,6 +415,10 @@ def raw_many(count=70000):
     return b"".join(body) + directory + end_zip64(count, len(directory), offset)
 
 
+def raw_twenty_thousand():
+    return raw_many(20000)
+
+
 def raw_hundred_thousand():
     return raw_many(100000)
 
