@@ -10,8 +10,11 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QQmlContext>
 #include <QQmlEngine>
+
+#include <algorithm>
 
 namespace {
 
@@ -27,13 +30,20 @@ QVariantMap warningMap(const QQmlError &error, const QString &context)
     };
 }
 
+bool anyWindowIsVisible()
+{
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    return std::any_of(windows.begin(), windows.end(),
+                       [](const QWindow *window) { return window->isVisible(); });
+}
+
 } // namespace
 
 AppView::AppView(AppletsPlayer *player, QWindow *parent)
     : QQuickView(parent)
     , m_player(player)
 {
-    connect(engine(), &QQmlEngine::quit, this, &AppView::close);
+    connect(engine(), &QQmlEngine::quit, this, &AppView::quit);
     connect(engine(), &QQmlEngine::warnings, this, &AppView::onWarnings);
     // The engine warns of what goes wrong in a running document. The view prints the errors of a
     // document that can't run at all, but tells nobody.
@@ -60,6 +70,7 @@ bool AppView::loadApplet(const QString &path)
     rootContext()->setContextProperty(QStringLiteral("productVersion"), version);
     rootContext()->setContextProperty(QStringLiteral("buildNum"), version);
     setSource(QUrl());
+    m_quitUnshown = false; // that of the applet before, also when it quit at its end
     engine()->clearComponentCache();
     if (!AppInfo::exists(path))
         return false;
@@ -77,6 +88,27 @@ bool AppView::loadApplet(const QString &path)
     return true;
 }
 
+void AppView::quit()
+{
+    if (isVisible()) {
+        close();
+        return;
+    }
+    // There is nothing to close yet, and no event loop to end: who loads the applet comes first.
+    m_quitUnshown = true;
+    QMetaObject::invokeMethod(this, &AppView::endUnshown, Qt::QueuedConnection);
+}
+
+void AppView::endUnshown()
+{
+    if (!m_quitUnshown)
+        return;
+    if (isVisible()) // a derived view may show itself in a way of its own
+        close();
+    else if (QGuiApplication::quitOnLastWindowClosed() && !anyWindowIsVisible())
+        QCoreApplication::quit();
+}
+
 void AppView::applyMinimumSize(const QVariantMap &desktop)
 {
     const int width = desktop.value(QStringLiteral("minimumWidth")).toInt();
@@ -90,6 +122,8 @@ void AppView::applyMinimumSize(const QVariantMap &desktop)
 
 void AppView::showView()
 {
+    if (m_quitUnshown)
+        return;
     if (!m_player) {
         show();
         return;

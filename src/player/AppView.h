@@ -12,7 +12,9 @@
 class App;
 class AppletsPlayer;
 
-// The window of a running applet. Qt.quit() in the applet closes it; closing doesn't delete it.
+// The window of a running applet. Qt.quit() in the applet closes it; closing doesn't delete it. An
+// applet that quits while its window isn't shown, as when it is being loaded, isn't shown any more,
+// and the application ends as it does after its last window.
 class TESSALINE_EXPORT AppView : public QQuickView
 {
     Q_OBJECT
@@ -23,10 +25,12 @@ public:
     ~AppView() override;
 
     // Replaces what is shown by the applet in that folder. False, with an empty view, if there is
-    // none. A document that doesn't load still gives true: see onWarnings.
+    // none. A document that doesn't load still gives true: see onWarnings. The engine forgets what
+    // it has compiled, so nothing of it may be loading asynchronously at that moment: Qt's loader
+    // thread may be using what is dropped.
     bool loadApplet(const QString &path);
 
-    // Shows the window as the command line asks.
+    // Shows the window as the command line asks, unless the applet has asked to quit before.
     virtual void showView();
     void showExpanded();
 
@@ -56,9 +60,12 @@ protected:
     QVariantList warnings() const { return m_warnings; }
 
 private:
+    void quit();
+    void endUnshown();
     void applyMinimumSize(const QVariantMap &desktop);
     QString contextName() const;
 
     QPointer<AppletsPlayer> m_player;
+    bool m_quitUnshown = false; // the applet has asked to quit before its window was shown
     QVariantList m_warnings;
 };

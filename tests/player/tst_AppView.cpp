@@ -10,6 +10,7 @@
 #include <QQmlEngine>
 #include <QQuickItem>
 #include <QTest>
+#include <QTimer>
 
 #include <memory>
 
@@ -61,6 +62,10 @@ private slots:
     void withoutAPlayerTheViewIsShownPlainly();
     void showExpandedMaximizes();
     void quitClosesTheViewOnly();
+    void quittingWhileLoadingEndsTheApplication_data();
+    void quittingWhileLoadingEndsTheApplication();
+    void quittingWhileLoadingLeavesOtherWindows();
+    void anotherAppletIsShownAfterOneThatQuitWhileLoading();
     void closingDoesNotDeleteTheView();
     void whatADocumentDoesAtItsEndIsHarmless();
     void theViewOutlivesItsPlayer();
@@ -92,6 +97,26 @@ protected:
             addImportPath(appletImport, true);
     }
 };
+
+// Shows itself without asking the command line.
+class SelfWilledView : public AppView
+{
+public:
+    using AppView::AppView;
+    void showView() override { show(); }
+};
+
+const char quittingDocument[] = "import QtQuick 2.15\nItem { Component.onCompleted: Qt.quit() }\n";
+const int stillRunning = 7;
+
+// The exit code of the event loop, which runs for that time at most.
+int runApplication(int milliseconds)
+{
+    QTimer end;
+    QObject::connect(&end, &QTimer::timeout, [] { QCoreApplication::exit(stillRunning); });
+    end.start(milliseconds);
+    return QCoreApplication::exec();
+}
 
 QQmlError error(const QString &description, int line = 3, int column = 4)
 {
@@ -670,6 +695,70 @@ void tst_AppView::quitClosesTheViewOnly()
 
     QVERIFY(!view.isVisible());
     QVERIFY(other.isVisible());
+}
+
+void tst_AppView::quittingWhileLoadingEndsTheApplication_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<bool>("selfWilled");
+    QTest::newRow("usual") << QStringList{} << false;
+    QTest::newRow("fullscreen") << QStringList{"--show", "fullscreen"} << false;
+    QTest::newRow("a view with a showView of its own") << QStringList{} << true;
+}
+
+// As the document is loaded there is neither a window to close nor an event loop to end.
+void tst_AppView::quittingWhileLoadingEndsTheApplication()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(bool, selfWilled);
+    const AppletFolder applet(quittingDocument);
+    ArgumentPlayer player(arguments);
+    const std::unique_ptr<AppView> view = selfWilled
+                                              ? std::make_unique<SelfWilledView>(&player, nullptr)
+                                              : std::make_unique<AppView>(&player, nullptr);
+
+    QVERIFY(view->loadApplet(applet.path()));
+    view->showView();
+
+    QCOMPARE(view->isVisible(), selfWilled);
+    QCOMPARE(runApplication(20000), 0);
+    QVERIFY(!view->isVisible());
+    QVERIFY(view->rootObject());
+}
+
+void tst_AppView::quittingWhileLoadingLeavesOtherWindows()
+{
+    const AppletFolder applet(quittingDocument);
+    ArgumentPlayer player;
+    AppView other(&player, nullptr);
+    AppView view(&player, nullptr);
+    other.showView();
+
+    view.loadApplet(applet.path());
+    view.showView();
+
+    QCOMPARE(runApplication(50), stillRunning);
+    QVERIFY(!view.isVisible());
+    QVERIFY(other.isVisible());
+}
+
+void tst_AppView::anotherAppletIsShownAfterOneThatQuitWhileLoading()
+{
+    const AppletFolder quitting("import QtQuick 2.15\n"
+                                "Item {\n"
+                                "    Component.onCompleted: Qt.quit()\n"
+                                "    Component.onDestruction: Qt.quit()\n"
+                                "}\n");
+    const AppletFolder staying;
+    ArgumentPlayer player;
+    AppView view(&player, nullptr);
+
+    view.loadApplet(quitting.path());
+    view.loadApplet(staying.path());
+    view.showView();
+
+    QCOMPARE(runApplication(50), stillRunning);
+    QVERIFY(view.isVisible());
 }
 
 void tst_AppView::closingDoesNotDeleteTheView()
