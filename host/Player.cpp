@@ -2,10 +2,24 @@
 
 #include "Installation.h"
 
+#include <Tessaline/AppInfo.h>
 #include <Tessaline/AppView.h>
 
+#include <QDebug>
 #include <QDir>
 #include <QQmlContext>
+
+namespace {
+
+// Of a document that doesn't load, the view prints the errors.
+void sayWhyNothingIsLoaded(const QString &path)
+{
+    const char *what =
+        AppInfo::exists(path) ? "No main document is named by the applet in" : "No applet in";
+    qWarning().noquote() << what << path;
+}
+
+} // namespace
 
 Player::Player() = default;
 
@@ -24,5 +38,8 @@ AppView *Player::createAppView(const QString &path, QWindow *parent)
     // Last, and so looked at first: an applet must not load a second copy of the library.
     view->addImportPath(Installation::moduleFolder(), true);
 
-    return showApplet(view, path);
+    showApplet(view, path);
+    if (view->status() == QQuickView::Null)
+        sayWhyNothingIsLoaded(path);
+    return view;
 }

@@ -11,9 +11,10 @@ class PlayerProcess
 {
 public:
     explicit PlayerProcess(const QStringList &arguments, const QStringList &environment = {},
-                           const QString &program = builtProgram())
+                           const QString &program = builtProgram(),
+                           const QString &folder = QDir::rootPath())
     {
-        m_process.setWorkingDirectory(QDir::rootPath());
+        m_process.setWorkingDirectory(folder);
         m_process.setEnvironment(QProcess::systemEnvironment() + environment);
         m_process.start(program, arguments);
         m_process.waitForStarted();

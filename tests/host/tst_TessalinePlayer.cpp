@@ -17,13 +17,19 @@ private slots:
     void wrongOptionsEndTheProgram();
 
     void quitEndsTheProgram();
+    void quitWhileLoadingEndsTheProgram();
     void closingTheWindowEndsTheProgram();
     void aFolderWithoutAnAppletShowsAnEmptyWindow();
+    void anAppletWithoutAMainDocumentIsSaid_data();
+    void anAppletWithoutAMainDocumentIsSaid();
     void aBrokenDocumentKeepsTheProgramRunning();
     void theDefaultAppletIsPlayedWithoutAnArgument();
     void theFirstArgumentIsPlayed();
+    void anArgumentIsThePathItIs_data();
+    void anArgumentIsThePathItIs();
 
     void theStoreHasTheProgramsName();
+    void theHomeOptionIsApplied_data();
     void theHomeOptionIsApplied();
     void withoutTheHomeOptionTheHomeIsTheUsers();
     void documentsReachThePlayer();
@@ -49,6 +55,13 @@ QByteArray telling(const QByteArray &script, const QByteArray &imports = QByteAr
            + "    Component.onCompleted: {\n" + script + "\n    }\n"
            + "    Connections {\n        target: app.Window.window\n"
            + "        function onFrameSwapped() { Qt.quit() }\n    }\n}\n";
+}
+
+// One that tells where its document lies and leaves.
+QByteArray tellingItsPlace()
+{
+    return telling("console.warn('played=' + Qt.resolvedUrl('.'));"
+                   "console.warn('folder=' + app.folder.path)");
 }
 
 // The files that a process has mapped and whose name holds the words.
@@ -117,6 +130,17 @@ void tst_TessalinePlayer::quitEndsTheProgram()
     QCOMPARE(player.told(QStringLiteral("version")), QStringLiteral("1.2.15"));
 }
 
+void tst_TessalinePlayer::quitWhileLoadingEndsTheProgram()
+{
+    const AppletFolder applet("import QtQuick 2.15\nimport Zemrik.Tessaline 1.0\n"
+                              "App { Component.onCompleted: { console.warn('at=the end'); "
+                              "Qt.quit() } }\n");
+    PlayerProcess player({applet.path()});
+
+    QCOMPARE(player.exitCode(), 0);
+    QCOMPARE(player.told(QStringLiteral("at")), QStringLiteral("the end"));
+}
+
 void tst_TessalinePlayer::closingTheWindowEndsTheProgram()
 {
     const AppletFolder applet("import QtQuick 2.15\nimport QtQuick.Window 2.15\n"
@@ -135,6 +159,28 @@ void tst_TessalinePlayer::aFolderWithoutAnAppletShowsAnEmptyWindow()
 
     QTRY_VERIFY2(player.errors().contains(QStringLiteral("exitCode= 0")),
                  qPrintable(player.errors()));
+    QVERIFY2(player.errors().contains(QStringLiteral("No applet in %1\n").arg(folder.path())),
+             qPrintable(player.errors()));
+    QVERIFY(player.isRunning());
+}
+
+void tst_TessalinePlayer::anAppletWithoutAMainDocumentIsSaid_data()
+{
+    QTest::addColumn<QByteArray>("appInfo");
+    QTest::newRow("empty") << QByteArray("{ \"mainFile\": \"\" }");
+    QTest::newRow("no text") << QByteArray("{ \"mainFile\": {} }");
+}
+
+void tst_TessalinePlayer::anAppletWithoutAMainDocumentIsSaid()
+{
+    QFETCH(QByteArray, appInfo);
+    const AppletFolder applet("import QtQuick 2.15\nItem {}\n", appInfo);
+    PlayerProcess player({applet.path()});
+
+    QTRY_VERIFY2(
+        player.errors().contains(
+            QStringLiteral("No main document is named by the applet in %1\n").arg(applet.path())),
+        qPrintable(player.errors()));
     QVERIFY(player.isRunning());
 }
 
@@ -173,6 +219,52 @@ void tst_TessalinePlayer::theFirstArgumentIsPlayed()
     QCOMPARE(player.told(QStringLiteral("played")), QStringLiteral("first"));
 }
 
+void tst_TessalinePlayer::anArgumentIsThePathItIs_data()
+{
+    QTest::addColumn<QString>("argument");
+    QTest::addColumn<QString>("name"); // of the folder below the working directory
+    QTest::newRow("name") << "app"
+                          << "app";
+    QTest::newRow("with a step") << "./app/"
+                                 << "app";
+    QTest::newRow("up and down") << "app/../other"
+                                 << "other";
+    QTest::newRow("this folder") << "."
+                                 << "";
+    QTest::newRow("like the home") << "~"
+                                   << "~";
+    QTest::newRow("like a variable") << "$HOME"
+                                     << "$HOME";
+    QTest::newRow("like a variable, deeper") << "$HOME/app"
+                                             << "$HOME/app";
+    QTest::newRow("like a URL") << "a:b"
+                                << "a:b";
+    QTest::newRow("like a resource") << ":x"
+                                     << ":x";
+    QTest::newRow("like a resource's URL") << "qrc:"
+                                           << "qrc:";
+}
+
+// The shell has resolved what its user meant: the rest is the name of a folder.
+void tst_TessalinePlayer::anArgumentIsThePathItIs()
+{
+    QFETCH(QString, argument);
+    QFETCH(QString, name);
+    AppletFolder folder;
+    folder.write(QStringLiteral("app/main.qml"), tellingItsPlace()); // for the step up
+    const QString place = QStringLiteral("./") + name; // ":x" alone is taken as a resource
+    folder.write(place + QStringLiteral("/main.qml"), tellingItsPlace());
+    folder.write(place + QStringLiteral("/appinfo.json"), "{}");
+    const QString expected =
+        name.isEmpty() ? folder.path() : folder.path() + QLatin1Char('/') + name;
+
+    PlayerProcess player({argument}, {}, PlayerProcess::builtProgram(), folder.path());
+
+    QCOMPARE(player.exitCode(), 0);
+    QCOMPARE(QDir::cleanPath(QUrl(player.told(QStringLiteral("played"))).toLocalFile()), expected);
+    QCOMPARE(QDir::cleanPath(player.told(QStringLiteral("folder"))), expected);
+}
+
 void tst_TessalinePlayer::theStoreHasTheProgramsName()
 {
     const AppletFolder applet(telling("console.warn('organization=' + Qt.application.organization);"
@@ -187,16 +279,41 @@ void tst_TessalinePlayer::theStoreHasTheProgramsName()
              QDir::homePath() + QStringLiteral("/.config/Zemrik/Tessaline Player.conf"));
 }
 
+void tst_TessalinePlayer::theHomeOptionIsApplied_data()
+{
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QString>("home"); // %1 is the working directory, %2 the user's home
+    QTest::newRow("absolute") << "/no/such/home"
+                              << "/no/such/home";
+    QTest::newRow("relative") << "h"
+                              << "%1/h";
+    QTest::newRow("relative, with steps") << "./a/h/"
+                                          << "%1/a/h";
+    QTest::newRow("below the home") << "~/h"
+                                    << "%2/h";
+    QTest::newRow("the home itself") << "~"
+                                     << "%2";
+    QTest::newRow("with a variable") << "$FOLDER/h"
+                                     << "/from/the/environment/h";
+    QTest::newRow("like a resource") << ":h"
+                                     << "%1/:h";
+}
+
 void tst_TessalinePlayer::theHomeOptionIsApplied()
 {
-    const QTemporaryDir home;
+    QFETCH(QString, option);
+    QFETCH(QString, home);
+    const QTemporaryDir folder;
+    home.replace(QStringLiteral("%1"), folder.path()).replace("%2", QDir::homePath());
     const AppletFolder applet(telling("console.warn('home=' + Tessaline.userHomePath);"
                                       "console.warn('path=' + Tessaline.resolvedPath('~/x'))"));
-    PlayerProcess player({QStringLiteral("--home"), home.path(), applet.path()});
+    PlayerProcess player({QStringLiteral("--home"), option, applet.path()},
+                         {QStringLiteral("FOLDER=/from/the/environment")},
+                         PlayerProcess::builtProgram(), folder.path());
 
     QCOMPARE(player.exitCode(), 0);
-    QCOMPARE(player.told(QStringLiteral("home")), home.path());
-    QCOMPARE(player.told(QStringLiteral("path")), home.filePath(QStringLiteral("x")));
+    QCOMPARE(player.told(QStringLiteral("home")), home);
+    QCOMPARE(player.told(QStringLiteral("path")), home + QStringLiteral("/x"));
 }
 
 void tst_TessalinePlayer::withoutTheHomeOptionTheHomeIsTheUsers()
