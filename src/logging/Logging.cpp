@@ -10,7 +10,10 @@
 #include <QScopedValueRollback>
 #include <QSslSocket>
 #include <QSysInfo>
+#include <QThread>
 #include <QUdpSocket>
+
+#include <sys/stat.h>
 
 /*!
     \qmltype Logging
@@ -19,7 +22,14 @@
 
     The one object of this type is \c{Tessaline.logging}; QML can't create others. While it is
     \l enabled, every message of the process (from \c{console.log} and friends, from the library,
-    from Qt) is written as a syslog record, and then goes where it went before.
+    from Qt) is written as a syslog record, and then goes where it went before. Filter rules come
+    first: what they switch off isn't a message. Tessaline's player switches the debug level off,
+    \c{console.log} and \c{console.debug} with it, unless it is started with
+    \c{QT_LOGGING_RULES='qml.debug=true'}.
+
+    Nothing in a text is escaped, and a text of several lines makes a record of several lines. Text
+    from outside (an answer of a server, the name of a file) can thus look like records of their own
+    in a file that is read line by line.
 
     \badcode
     Component.onCompleted: {
@@ -45,7 +55,8 @@
 /*!
     \qmlproperty url Logging::outputLocation
 
-    Where the records go. It can't be changed while logging is \l enabled.
+    Where the records go. It can't be changed while logging is \l enabled. A named pipe and a socket
+    count as files that can't be opened.
 
     \table
     \header \li Location \li Target
@@ -103,6 +114,26 @@ const int longestKeptLine = 64 * 1024;
 thread_local bool threadIsWriting = false;
 // Set while this thread is in the handler: handlers that got chained into a ring end here.
 thread_local bool threadIsInHandler = false;
+
+// The handler that switching off has put back last, and the thread that did.
+std::atomic<QtMessageHandler> restoredHandler{nullptr};
+std::atomic<Qt::HANDLE> restoringThread{nullptr};
+
+// A thread may have taken the message to our handler just before it was removed, and come to it when
+// the previous one is forgotten. The thread that removed it can't: who calls our handler there has
+// kept it, and gets nowhere with it.
+QtMessageHandler handlerForLateMessage()
+{
+    return QThread::currentThreadId() == restoringThread ? nullptr : restoredHandler.load();
+}
+
+// Opening a pipe waits for its reader, and writing to one that has gone ends the process.
+bool isPipeOrSocket(const QString &path)
+{
+    struct stat status = {};
+    return ::stat(QFile::encodeName(path).constData(), &status) == 0
+           && (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode));
+}
 
 class FlagSetter
 {
@@ -186,7 +217,8 @@ void Logging::setEnabled(bool enabled)
 
 void Logging::setOutputLocation(const QUrl &outputLocation)
 {
-    if (!m_enabled && assignIfChanged(m_outputLocation, outputLocation))
+    // Nor while the output is being opened, when the choice of a file is signalled.
+    if (!m_enabled && !m_opening && assignIfChanged(m_outputLocation, outputLocation))
         emit outputLocationChanged();
 }
 
@@ -238,6 +270,8 @@ void Logging::_messageHandler(QtMsgType type, const QMessageLogContext &context,
     instance(false)->messageHandler(type, context, message);
     if (!previous)
         previous = m_PreviousMessageHandler;
+    if (!previous)
+        previous = handlerForLateMessage();
     if (previous)
         previous(type, context, message);
 }
@@ -279,6 +313,8 @@ void Logging::installHandler()
 
 void Logging::removeHandler()
 {
+    restoringThread = QThread::currentThreadId();
+    restoredHandler = m_PreviousMessageHandler.load();
     qInstallMessageHandler(m_PreviousMessageHandler);
     m_PreviousMessageHandler = nullptr;
 }
@@ -431,6 +467,8 @@ bool Logging::fileOpen()
         m_outputLocation = QUrl::fromLocalFile(m_file.fileName());
         emit outputLocationChanged();
     }
+    if (isPipeOrSocket(m_file.fileName()))
+        return false;
     const QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Text
                                      | (m_append ? QIODevice::Append : QIODevice::Truncate);
     return m_file.open(mode);

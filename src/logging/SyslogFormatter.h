@@ -7,8 +7,8 @@
 class QMessageLogContext;
 
 // Turns messages into syslog records: RFC 5424 for the versions from 1 on, RFC 3164 below. What is
-// the same in all records of one second is kept ready, so a record costs one allocation and no
-// formatting of dates. Not thread-safe: Logging calls it under its lock.
+// the same in all records of one second is kept ready, so no date is formatted for each of them. Not
+// thread-safe: Logging calls it under its lock.
 class TESSALINE_EXPORT SyslogFormatter
 {
 public:

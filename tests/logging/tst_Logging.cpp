@@ -9,11 +9,15 @@
 #include <QNetworkProxy>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <fcntl.h>
 #include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
 
 Q_LOGGING_CATEGORY(testCategory, "test.category")
 
@@ -36,6 +40,7 @@ private slots:
     void thereIsOneInstanceWithoutParent();
     void enablingTwiceDoesNothing();
     void enablingFromTheLocationsSignalDoesNothing();
+    void theLocationIsFixedWhileItIsChosen();
     void messagesReachTheLogFirst();
     void disablingBringsThePreviousHandlerBack();
     void disablingForgetsThePreviousHandler();
@@ -315,6 +320,20 @@ void tst_Logging::enablingFromTheLocationsSignalDoesNothing()
     QCOMPARE(lines(m_logging->outputLocation()).count(), headerNames.count());
 }
 
+void tst_Logging::theLocationIsFixedWhileItIsChosen()
+{
+    QStringList seen;
+    connect(m_logging, &Logging::outputLocationChanged, this, [&] {
+        seen.append(m_logging->outputLocation().toString());
+        m_logging->setOutputLocation(newFile());
+    });
+    m_logging->setEnabled(true);
+    QVERIFY(m_logging->enabled());
+    QCOMPARE(seen, QStringList{m_logging->outputLocation().toString()});
+    QVERIFY(!QFileInfo::exists(newFile().toLocalFile()));
+    QCOMPARE(lines(m_logging->outputLocation()).count(), headerNames.count());
+}
+
 namespace {
 
 QUrl orderFile;
@@ -550,11 +569,21 @@ void tst_Logging::unwritableLocation_data()
     QTest::newRow("a missing folder") << "%1/missing/test.log";
     QTest::newRow("below a file") << "/proc/version/test.log";
     QTest::newRow("a resource") << "qrc:/test.log";
+    QTest::newRow("a named pipe") << "%1/pipe";
+    QTest::newRow("a link to a named pipe") << "%1/link";
+    QTest::newRow("a socket") << "%1/socket";
 }
 
 void tst_Logging::unwritableLocation()
 {
     QFETCH(QString, location);
+    const QByteArray pipe = QFile::encodeName(m_dir->filePath("pipe"));
+    QCOMPARE(::mkfifo(pipe.constData(), 0600), 0);
+    const int reader = ::open(pipe.constData(), O_RDONLY | O_NONBLOCK); // opening it won't hang
+    const auto closeReader = qScopeGuard([reader] { ::close(reader); });
+    QVERIFY(QFile::link("pipe", m_dir->filePath("link")));
+    QCOMPARE(::mknod(QFile::encodeName(m_dir->filePath("socket")).constData(), S_IFSOCK | 0600, 0),
+             0);
     m_logging->setOutputLocation(QUrl(location.replace("%1", m_dir->path())));
     QSignalSpy spy(m_logging, &Logging::enabledChanged);
     LogCapture before;

@@ -23,6 +23,7 @@ private slots:
     void datagramsStayWhole();
     void previousHandlerGetsEveryMessage();
     void switchingWhileOthersLog();
+    void aMessageOnItsWayIsHeardAfterSwitchingOff();
 
 private:
     void checkRecords(const QByteArrayList &records) const;
@@ -162,6 +163,20 @@ void tst_LoggingThreads::switchingWhileOthersLog()
     for (const QByteArray &line : lines.mid(0, lines.size() - 1))
         QVERIFY2(line.startsWith("<14>1 ") && (line.contains("$ ") || line.endsWith(" end")),
                  line.constData());
+    QCOMPARE(heard.load(), threadCount * messageCount);
+}
+
+// Qt reads which handler is installed and then calls it; logging may be switched off in between.
+void tst_LoggingThreads::aMessageOnItsWayIsHeardAfterSwitchingOff()
+{
+    m_logging->setOutputLocation(QUrl::fromLocalFile(m_dir->filePath("threads.log")));
+    m_logging->setEnabled(true);
+    const QtMessageHandler found = Logging::_messageHandler;
+    m_logging->setEnabled(false);
+
+    std::thread([found] { found(QtInfoMsg, QMessageLogContext(), "on its way"); }).join();
+
+    QCOMPARE(heard.load(), 1);
 }
 
 TESSALINE_TEST_MAIN(tst_LoggingThreads)
