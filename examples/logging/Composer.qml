@@ -9,13 +9,13 @@ Rectangle {
     property real unit: 1
     readonly property bool narrow: width < 560 * unit
 
-    implicitHeight: layout.implicitHeight + 20 * unit
+    implicitHeight: layout.implicitHeight + hint.height + 28 * unit
     color: "#322b45"
 
     GridLayout {
         id: layout
 
-        anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter; margins: 12 * composer.unit }
+        anchors { left: parent.left; right: parent.right; top: parent.top; leftMargin: 12 * composer.unit; rightMargin: 12 * composer.unit; topMargin: 10 * composer.unit }
         columns: composer.narrow ? 1 : 2
         columnSpacing: 10 * composer.unit
         rowSpacing: 8 * composer.unit
@@ -49,6 +49,17 @@ Rectangle {
             LevelButton { objectName: "warningButton"; text: "Warning"; color: "#f2b84b"; onClicked: console.warn(input.text) }
             LevelButton { text: "Critical"; color: "#ff7b72"; onClicked: console.error(input.text) }
         }
+    }
+    // Filter rules come before the log, and the player's drop what console.log says.
+    Text {
+        id: hint
+
+        anchors { left: layout.left; right: layout.right; top: layout.bottom; topMargin: 8 * composer.unit }
+        objectName: "debugHint"
+        text: "The player drops debug messages unless it is started with QT_LOGGING_RULES='qml.debug=true'."
+        color: "#a7a0bd"
+        font.pixelSize: 12 * composer.unit
+        wrapMode: Text.Wrap
     }
 
     component LevelButton: PlainButton {
