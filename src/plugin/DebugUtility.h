@@ -23,9 +23,9 @@ public:
     // "Zemrik.Runtime.loggingEnabled" and "Zemrik.Extras.loggingEnabled", where others can set it.
     static void setAllEnabled(const QString &name, const bool &enabled);
 
-    // Applies the rules of the user's QtProject/qtlogging.ini whose name holds the filter, without
-    // regard to case; an empty filter takes all. Each rule replaces the one before: the last one is
-    // in force in the end. Without such a file nothing happens.
+    // Applies the rules in the group [rules] of the user's QtProject/qtlogging.ini whose name holds
+    // the filter, without regard to case; an empty filter takes all. Each rule replaces the one
+    // before: the last one is in force in the end. Without such a file nothing happens.
     static void loadLoggingFilterRules(const QString &filter);
 
     // These print at debug level under CATEGORY_UTILITY. The lines about the object itself begin

@@ -638,6 +638,10 @@ QString Tessaline::createUuidString(int format) const
 /*!
     \qmlmethod void Tessaline::clearComponentCache()
     Makes the engine forget the documents it has compiled, so that changed files are read again.
+
+    Nothing may be loading asynchronously at that moment, neither a \c Loader with \c{asynchronous:
+    true} nor a component made with \c{Component.Asynchronous}: the engine's loader thread may be
+    using what is dropped, and the process then crashes.
 */
 void Tessaline::clearComponentCache()
 {
