@@ -36,6 +36,7 @@ private slots:
     void secondSignInDuringTheFirst();
     void wrongPasswordRaisesTheServicesError();
     void unreachableServiceRaisesAnError();
+    void newAttemptRaisesNoError();
     void passwordThatBeginsWithAt();
     void passwordOfSigns();
     void tokenThatNamesAFileIsSentAsText();
@@ -318,6 +319,25 @@ void tst_Portal::unreachableServiceRaisesAnError()
     startSignIn(m_portal.get(), "jo", "pw");
     QVERIFY(error.wait());
     QVERIFY(!m_portal->property("signedIn").toBool());
+}
+
+// The request forgets the old failure as it begins anew, which is none.
+void tst_Portal::newAttemptRaisesNoError()
+{
+    QSignalSpy error(m_portal.get(), SIGNAL(error(QVariant)));
+    m_portal->setProperty("tokenServicesUrl", QUrl("http://127.0.0.1:1/token"));
+    startSignIn(m_portal.get(), "jo", "pw");
+    QVERIFY(error.wait());
+    HttpServer server;
+    server.on("/token", [](const HttpServer::Request &) {
+        return HttpServer::Answer{"{\"token\": \"t\", \"expires\": 1, \"ssl\": false}"};
+    });
+    m_portal->setProperty("tokenServicesUrl", server.url("/token"));
+    LogCapture log;
+    startSignIn(m_portal.get(), "jo", "pw");
+    QTRY_VERIFY(m_portal->property("signedIn").toBool());
+    QCOMPARE(error.count(), 1);
+    QCOMPARE(log.count(QtDebugMsg, "qml", "generateToken error"), 1); // the log has it, empty
 }
 
 void tst_Portal::passwordThatBeginsWithAt()

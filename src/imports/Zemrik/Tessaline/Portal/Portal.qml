@@ -135,7 +135,9 @@ Item {
                 _portal.takeToken(response);
         }
         onErrorTextChanged: {
-            _portal.error({ details: "", message: errorText });
+            // A new attempt begins with an empty text, which is no failure.
+            if (errorText > "")
+                _portal.error({ details: "", message: errorText });
             console.log("generateToken error", errorText);
         }
 
