@@ -2,7 +2,7 @@
 
 #include "imaging/ImageProvider.h"
 #include "imaging/LiveImage.h"
-#include "imaging/PlausibleSize.h"
+#include "imaging/PictureCheck.h"
 #include "plugin/FileUtility.h"
 #include "plugin/TessalineDebug.h"
 #include "plugin/TessalineObject.h"
@@ -10,7 +10,6 @@
 #include <QFile>
 #include <QImageReader>
 #include <QImageWriter>
-#include <QPixelFormat>
 #include <qqml.h>
 #include <QQmlEngine>
 #include <QQuickImageProvider>
@@ -449,28 +448,11 @@ QImage toRotated(const QImage &image, double angle, int x, int y,
     return image.transformed(transform, transformation(transformationMode));
 }
 
-// Bits in memory for each pixel of what is about to be read, at most 32: that too if the reader
-// doesn't tell. Some readers tell anything where they found no picture.
-int depthOf(const QImageReader &reader)
-{
-    constexpr int usualDepth = 32;
-    const QImage::Format format = imageFormat(reader.imageFormat());
-    return format == QImage::Format_Invalid
-               ? usualDepth
-               : qMin(int(QImage::toPixelFormat(format).bitsPerPixel()), usualDepth);
-}
-
-// As QImage::load(), but a small file can't claim a huge picture. Up to 256 MB in memory any header
-// is believed: a scanned page of one bit a pixel takes few bytes in a file, and not many here.
+// As QImage::load(), but a small file can't claim a huge picture, and a drawing shows no other files.
 QImage loadedImage(const QString &path, const QByteArray &format)
 {
-    constexpr qint64 freeBits = qint64(256) * 1024 * 1024 * 8;
     QImageReader reader(path, format);
-    const QSize size = reader.size(); // opens the file
-    if (size.isValid()
-        && !isPlausibleSize(size, reader.device()->size(), freeBits / depthOf(reader)))
-        return QImage();
-    return reader.read();
+    return isHarmlessPicture(reader, path) ? reader.read() : QImage();
 }
 
 } // namespace

@@ -27,3 +27,13 @@ public:
     // warning, if the URL outlived its object or was made up.
     QImage requestImage(const QString &id, QSize *size, const QSize &requestedSize) override;
 };
+
+// Tells an Image element whether a picture can be shown without harm: a URL "image://picturecheck/"
+// with the picture's path, percent-encoded, gives a pixel, or nothing.
+class PictureCheckProvider : public QQuickImageProvider
+{
+public:
+    PictureCheckProvider();
+
+    QImage requestImage(const QString &id, QSize *size, const QSize &requestedSize) override;
+};

@@ -63,7 +63,15 @@ private slots:
     void unreadableFileIsNotLoaded();
     void hugeHeaderIsRefused_data();
     void hugeHeaderIsRefused();
+    void hugeContentIsRefused_data();
+    void hugeContentIsRefused();
+    void drawingsShowNoFiles_data();
+    void drawingsShowNoFiles();
+    void drawingsShowTheirOwnPictures();
+    void iconsAreLoaded_data();
+    void iconsAreLoaded();
     void hugePictureWithItsBytesIsLoaded();
+    void blackPictureOfFewBytesIsLoaded();
     void hugePageOfFewBytesIsLoaded();
 
     void loadFromAProvider();
@@ -181,6 +189,46 @@ QByteArray hugeBmp(quint32 side)
 {
     QByteArray bytes = encoded(pattern(8, 8), "BMP");
     return bytes.replace(18, 8, littleEndian(side) + littleEndian(side));
+}
+
+// An icon of one picture, a PNG or the bitmap of a BMP without its file header.
+QByteArray icon(const QByteArray &picture, uchar side = 0)
+{
+    return QByteArray("\0\0\1\0\1\0", 6) + char(side) + char(side) + QByteArray("\0\0\1\0\40\0", 6)
+           + littleEndian(quint32(picture.size())) + littleEndian(quint32(22)) + picture;
+}
+
+QByteArray macIcon(const QByteArray &png)
+{
+    const auto block = [](const char *type, const QByteArray &content) {
+        return type + bigEndian(quint32(content.size() + 8)) + content;
+    };
+    return block("icns", block("ic09", png));
+}
+
+QByteArray drawing(const QByteArray &reference)
+{
+    return "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
+           "width='8' height='8'><image width='8' height='8' xlink:href='"
+           + reference + "'/></svg>";
+}
+
+QByteArray dataUri(const QByteArray &bytes)
+{
+    return "data:image/png;base64," + bytes.toBase64();
+}
+
+QByteArray gzip(const QByteArray &bytes)
+{
+    QByteArray deflated = qCompress(bytes, 9).mid(6);
+    deflated.chop(4);
+    return QByteArray("\x1f\x8b\x08\0\0\0\0\0\0\3", 10) + deflated
+           + littleEndian(quint32(crc32(bytes))) + littleEndian(quint32(bytes.size()));
+}
+
+bool isReadable(const char *format)
+{
+    return QImageReader::supportedImageFormats().contains(format);
 }
 
 // Gives a picture of 3 x 2 pixels for every id but "none", and remembers what it was asked.
@@ -627,6 +675,124 @@ void tst_ImageObject::hugeHeaderIsRefused()
     QVERIFY2(log.messages().isEmpty(), qPrintable(log.dump()));
 }
 
+void tst_ImageObject::hugeContentIsRefused_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("bytes");
+    const QByteArray bitmap =
+        encoded(pattern(8, 8), "BMP")
+            .mid(14)
+            .replace(4, 8, littleEndian(quint32(12000)) + littleEndian(quint32(24000)));
+    if (isReadable("ico")) {
+        QTest::newRow("ico") << "huge.ico" << icon(hugePng(12000));
+        QTest::newRow("ico, by its bytes alone") << "huge.data" << icon(hugePng(12000));
+        QTest::newRow("ico, a bitmap") << "bitmap.ico" << icon(bitmap);
+    }
+    if (isReadable("icns"))
+        QTest::newRow("icns") << "huge.icns" << macIcon(hugePng(12000));
+    if (isReadable("svg")) {
+        QTest::newRow("svg") << "huge.svg" << drawing(dataUri(hugePng(12000)));
+        QTest::newRow("svg, another name") << "huge.jpg" << drawing(dataUri(hugePng(12000)));
+        QTest::newRow("svg, an icon inside")
+            << "icon.svg" << drawing(dataUri(icon(hugePng(12000))));
+        QTest::newRow("svgz") << "huge.svgz" << gzip(drawing(dataUri(hugePng(12000))));
+        QTest::newRow("svgz, long") << "long.svgz"
+                                    << gzip("<svg xmlns='http://www.w3.org/2000/svg' width='8' "
+                                            "height='8'>"
+                                            + QByteArray(65 * 1024 * 1024, ' ') + "</svg>");
+    }
+}
+
+// Pictures inside other files, whose own headers say nothing of their size.
+void tst_ImageObject::hugeContentIsRefused()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, bytes);
+    write(name, bytes);
+    rusage before;
+    getrusage(RUSAGE_SELF, &before);
+    ImageObject object(pattern(4, 4));
+    LogCapture log;
+    QVERIFY(!object.load(path(name)));
+    rusage after;
+    getrusage(RUSAGE_SELF, &after);
+    QVERIFY(object.isEmpty());
+    const long grown = after.ru_maxrss - before.ru_maxrss; // kilobytes
+    QVERIFY2(grown < 200 * 1024, qPrintable(QString::number(grown)));
+    QVERIFY2(log.messages().isEmpty(), qPrintable(log.dump()));
+}
+
+void tst_ImageObject::drawingsShowNoFiles_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    const QByteArray file = path("secret.png").toUtf8();
+    QTest::newRow("path") << drawing(file);
+    QTest::newRow("URL") << drawing("file://" + file);
+    QTest::newRow("relative") << drawing("secret.png");
+    QTest::newRow("like data") << drawing("data/secret.png");
+    QTest::newRow("no picture in the data")
+        << drawing("data:base64," + QByteArray("abc").toBase64());
+    QTest::newRow("entity") << "<!DOCTYPE svg [<!ENTITY s '" + file + "'>]>" + drawing("&s;");
+    QTest::newRow("prefix") << drawing(file).replace("<image", "<svg:image");
+    QTest::newRow("second") << drawing(dataUri(encoded(pattern(2, 2), "PNG")))
+                                   .replace("</svg>", "<image xlink:href='" + file + "'/></svg>");
+    QTest::newRow("style sheet") << QByteArray(
+        "<?xml version='1.0'?><?xml-stylesheet type=\"text/css\" href=\"/dev/zero\"?>"
+        "<svg xmlns='http://www.w3.org/2000/svg' width='8' height='8'/>");
+}
+
+void tst_ImageObject::drawingsShowNoFiles()
+{
+    if (!isReadable("svg"))
+        QSKIP("Qt has no plug-in for drawings here");
+    QFETCH(QByteArray, bytes);
+    write("secret.png", encoded(pattern(8, 8), "PNG"));
+    write("drawing.svg", bytes);
+    write("drawing.svgz", gzip(bytes));
+    LogCapture log;
+    QVERIFY(!ImageObject().load(path("drawing.svg")));
+    QVERIFY(!ImageObject().load(path("drawing.svgz")));
+    QVERIFY2(log.messages().isEmpty(), qPrintable(log.dump()));
+}
+
+void tst_ImageObject::drawingsShowTheirOwnPictures()
+{
+    if (!isReadable("svg"))
+        QSKIP("Qt has no plug-in for drawings here");
+    QImage red(8, 8, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    const QByteArray bytes = drawing(dataUri(encoded(red, "PNG")));
+    write("own.svg", bytes);
+    write("own.svgz", gzip(bytes));
+    for (const char *name : {"own.svg", "own.svgz"}) {
+        ImageObject object;
+        QVERIFY(object.load(path(name)));
+        QCOMPARE(object.size(), QSize(8, 8));
+        QCOMPARE(object.pixel(4, 4), QColor(Qt::red));
+    }
+}
+
+void tst_ImageObject::iconsAreLoaded_data()
+{
+    QTest::addColumn<QByteArray>("format");
+    QTest::addColumn<int>("side");
+    QTest::newRow("ico, small") << QByteArray("ico") << 16;
+    QTest::newRow("ico, large") << QByteArray("ico") << 256;
+    QTest::newRow("icns") << QByteArray("icns") << 128;
+}
+
+void tst_ImageObject::iconsAreLoaded()
+{
+    QFETCH(QByteArray, format);
+    QFETCH(int, side);
+    if (!QImageWriter::supportedImageFormats().contains(format))
+        QSKIP("Qt has no plug-in for such icons here");
+    write("icon." + format, encoded(pattern(side, side), format.constData()));
+    ImageObject object;
+    QVERIFY(object.load(path("icon." + format)));
+    QCOMPARE(object.size(), QSize(side, side));
+}
+
 void tst_ImageObject::hugePictureWithItsBytesIsLoaded()
 {
     QImage image(9000, 9000, QImage::Format_Mono);
@@ -648,6 +814,20 @@ void tst_ImageObject::hugePageOfFewBytesIsLoaded()
     QVERIFY(object.load(path("page.png")));
     QCOMPARE(object.size(), QSize(10000, 10000));
     QCOMPARE(object.depth(), 1);
+}
+
+// Nothing is packed denser than one colour. In memory it takes more than any header is believed.
+void tst_ImageObject::blackPictureOfFewBytesIsLoaded()
+{
+    QImage image(9000, 9000, QImage::Format_RGB888);
+    image.fill(Qt::black);
+    QImageWriter writer(path("black.png"));
+    writer.setCompression(100);
+    QVERIFY(writer.write(image));
+    QVERIFY(QFileInfo(path("black.png")).size() < 240000);
+    ImageObject object;
+    QVERIFY(object.load(path("black.png")));
+    QCOMPARE(object.size(), QSize(9000, 9000));
 }
 
 void tst_ImageObject::loadFromAProvider()
