@@ -149,5 +149,9 @@
         <source>%1 (%2)</source>
         <translation>%1 (%2)</translation>
     </message>
+    <message>
+        <source>There is no portal at this URL</source>
+        <translation>이 URL에 포털이 없습니다</translation>
+    </message>
 </context>
 </TS>

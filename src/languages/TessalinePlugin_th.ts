@@ -149,5 +149,9 @@
         <source>%1 (%2)</source>
         <translation>%1 (%2)</translation>
     </message>
+    <message>
+        <source>There is no portal at this URL</source>
+        <translation>ไม่มีพอร์ทัลที่ URL นี้</translation>
+    </message>
 </context>
 </TS>

@@ -121,6 +121,13 @@ private slots:
     void unreachablePortalKeepsItBusy();
     void signOutEndsBusy();
     void opensAgainAfterSignOut();
+    void secondAttemptIsBusyUntilItsAnswer();
+    void closingTheWindowRejects();
+    void closingTheWindowWhileBusyDoesNothing();
+    void closingTheWindowOfTheAppletIsItsOwn();
+    void focusIsWhereTheUserGoesOn();
+    void showBeginsOnTheFirstPage();
+    void keysReachThePortals();
 
     void settingsAreRead();
     void settingsAreReadInTheirOrder();
@@ -149,6 +156,11 @@ private slots:
     void addStoresAndSelects_data();
     void addStoresAndSelects();
     void addRefusesAPortalWithoutScenes();
+    void addRefusesWhatIsNoPortal_data();
+    void addRefusesWhatIsNoPortal();
+    void addTakesNamesAsLines_data();
+    void addTakesNamesAsLines();
+    void longRefusalStaysShort();
     void addShowsWhatFailed();
     void addIgnoresOtherStatus();
     void addOverHttpsNeedsTheCheckBox();
@@ -814,6 +826,149 @@ void tst_PortalDialog::opensAgainAfterSignOut()
     QVERIFY(portal()->property("signedIn").toBool());
 }
 
+void tst_PortalDialog::secondAttemptIsBusyUntilItsAnswer()
+{
+    SlowPortal server;
+    DialogStage &stage = makeOpen();
+    QSignalSpy error(portal(), SIGNAL(error(QVariant)));
+    portal()->setProperty("tokenServicesUrl", QUrl("http://127.0.0.1:1/token"));
+    fill("jo", "pw");
+    DialogStage::click(stage.button("Sign In"));
+    QTRY_COMPARE(error.count(), 1);
+    const QString message = messageText();
+    QVERIFY(message.size() > 2);
+
+    server.hold();
+    portal()->setProperty("tokenServicesUrl", server.server().url("/token"));
+    DialogStage::click(stage.button("Sign In"));
+    QTRY_COMPARE(server.server().requestCount(), 1);
+    QVERIFY(stage.subject()->property("busy").toBool());
+    QCOMPARE(messageText(), message);
+    QCOMPARE(error.count(), 1);
+    server.release();
+    QTRY_VERIFY(!stage.isOpen());
+    QCOMPARE(error.count(), 1);
+}
+
+// As a window manager does it.
+void tst_PortalDialog::closingTheWindowRejects()
+{
+    DialogStage &stage = makeOpen();
+    QSignalSpy accepted(stage.subject(), SIGNAL(accepted()));
+    QSignalSpy rejected(stage.subject(), SIGNAL(rejected()));
+    stage.dialogWindow()->close();
+    QTRY_VERIFY(!stage.isOpen());
+    QCOMPARE(rejected.count(), 1);
+    QCOMPARE(accepted.count(), 0);
+    QVERIFY(stage.open());
+    fill("demo", "demo");
+    DialogStage::click(stage.button("Sign In"));
+    QTRY_VERIFY(!stage.isOpen());
+    QCOMPARE(rejected.count(), 1); // signed in
+}
+
+void tst_PortalDialog::closingTheWindowWhileBusyDoesNothing()
+{
+    SlowPortal server;
+    DialogStage &stage = makeOpen();
+    portal()->setProperty("portalUrl", QUrl(server.url()));
+    fill("jo", "pw");
+    server.hold();
+    DialogStage::click(stage.button("Sign In"));
+    QSignalSpy rejected(stage.subject(), SIGNAL(rejected()));
+    stage.dialogWindow()->close();
+    QTest::qWait(50);
+    QVERIFY(stage.isOpen());
+    QVERIFY(stage.dialogWindow()->isVisible());
+    QCOMPARE(rejected.count(), 0);
+    server.release();
+    QTRY_VERIFY(!stage.isOpen());
+    QVERIFY(portal()->property("signedIn").toBool());
+}
+
+// Where the system has one window only, the dialog lies in the applet's.
+void tst_PortalDialog::closingTheWindowOfTheAppletIsItsOwn()
+{
+    DialogStage &stage = makeOpen();
+    QSignalSpy rejected(stage.subject(), SIGNAL(rejected()));
+    QQuickWindow applet;
+    QQuickItem *const ground = stage.content()->parentItem();
+    QQuickItem frame(applet.contentItem());
+    stage.content()->setParentItem(&frame);
+    stage.subject()->setProperty("busy", true);
+    applet.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&applet));
+    QVERIFY(applet.close());
+    QCOMPARE(rejected.count(), 0);
+    stage.content()->setParentItem(ground);
+    stage.subject()->setProperty("busy", false);
+}
+
+void tst_PortalDialog::focusIsWhereTheUserGoesOn()
+{
+    DialogStage &stage = make();
+    portal()->setProperty("portalUrl", QUrl(m_portal.url()));
+    QVERIFY(stage.open());
+    QVERIFY(stage.fields().at(0)->hasActiveFocus());
+    DialogStage::click(stage.button("Cancel"));
+    stage.subject()->setProperty("username", "demo");
+    QVERIFY(stage.open());
+    QVERIFY(stage.fields().at(1)->hasActiveFocus());
+}
+
+void tst_PortalDialog::showBeginsOnTheFirstPage()
+{
+    DialogStage &stage = makeList();
+    stage.key(Qt::Key_Escape);
+    QTRY_VERIFY(!stage.isOpen());
+    callWith(stage.subject(), "show", "Again");
+    QVERIFY(QTest::qWaitForWindowExposed(stage.dialogWindow()));
+    QVERIFY(stage.button("Sign In"));
+    QVERIFY(!stage.text("Portals"));
+    QVERIFY(stage.fields().at(0)->hasActiveFocus());
+    DialogStage::click(stage.imageButton("gear.png"));
+    waitForPage();
+    QVERIFY(stage.text("Portals"));
+}
+
+void tst_PortalDialog::keysReachThePortals()
+{
+    writeStore({{"Portal/portals",
+                 portalsText(QVariantList{row(publicPortal, "Zemrik Online"),
+                                          row("http://one", "One"), row("http://two", "Two")})}});
+    DialogStage &stage = makeOpen();
+    const auto tabTo = [&](QQuickItem *item) {
+        for (int i = 0; i < 12 && !item->hasActiveFocus(); ++i)
+            stage.key(Qt::Key_Tab);
+        return item->hasActiveFocus();
+    };
+    QVERIFY(tabTo(stage.imageButton("gear.png")));
+    stage.key(Qt::Key_Space);
+    waitForPage();
+    QTRY_VERIFY(list()->hasActiveFocus());
+    callWith(stage.subject(), "selectPortal", 0);
+    stage.key(Qt::Key_Down);
+    QCOMPARE(portal()->property("name").toString(), QString("One"));
+    QVERIFY(tabTo(stage.imageButton("trash_bin.png")));
+    stage.key(Qt::Key_Return);
+    QTRY_COMPARE(list()->property("count").toInt(), 2);
+    QVERIFY(tabTo(stage.imageButton("back.png")));
+    stage.key(Qt::Key_Enter);
+    waitForPage();
+    QVERIFY(stage.button("Sign In"));
+    // Without a portal in use the first arrow selects the first row.
+    QVERIFY(tabTo(stage.imageButton("gear.png")));
+    stage.key(Qt::Key_Return);
+    waitForPage();
+    QTRY_VERIFY(list()->hasActiveFocus());
+    stage.key(Qt::Key_Down);
+    QCOMPARE(portal()->property("name").toString(), QString("Zemrik Online"));
+    stage.key(Qt::Key_Return);
+    waitForPage();
+    QVERIFY(stage.button("Sign In"));
+    QVERIFY(stage.isOpen());
+}
+
 void tst_PortalDialog::settingsAreRead()
 {
     writeStore({{"Portal/saveUsername", false},
@@ -963,6 +1118,16 @@ void tst_PortalDialog::storedLists_data()
     QTest::newRow("no list: an object") << "{}" << fallback;
     QTest::newRow("no list: a number") << "5" << fallback;
     QTest::newRow("no list: null") << "null" << fallback;
+    QTest::newRow("rows of other types")
+        << R"([5, null, "http://a", {"name": "B"}, {"url": 5, "name": "C"},
+               {"url": "http://d", "name": 5, "ignoreSslErrors": "false", "isPortal": 1},
+               {"url": "http://e", "name": {"a": 1}}, {"url": "http://f", "name": ["F"]},
+               {"url": "http://g", "name": "G", "other": 1}])"
+        << QVariantList{row("http://d", "http://d"), row("http://e", "http://e"),
+                        row("http://f", "http://f"), row("http://g", "G")};
+    QTest::newRow("a name of many lines")
+        << R"([{"url": "http://a", "name": " A\n\n\u2028 b\tc "}])"
+        << QVariantList{row("http://a", "A b c")};
 }
 
 void tst_PortalDialog::storedLists()
@@ -1340,6 +1505,99 @@ void tst_PortalDialog::addRefusesAPortalWithoutScenes()
     DialogStage::click(stage.button("Add Portal"));
     QVERIFY(messageText() != refusal);
     QTRY_VERIFY(stage.button("Add Portal")->property("enabled").toBool());
+}
+
+void tst_PortalDialog::addRefusesWhatIsNoPortal_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QString>("message");
+    const QString none = "There is no portal at this URL";
+    QTest::newRow("a page") << QByteArray("<html><body>Hello</body></html>") << none;
+    QTest::newRow("null") << QByteArray("null") << none;
+    QTest::newRow("array") << QByteArray("[{\"name\": \"A\"}]") << none;
+    QTest::newRow("empty object") << QByteArray("{}") << none;
+    QTest::newRow("names that are no text")
+        << QByteArray("{\"name\": 5, \"portalName\": {\"a\": 1}}") << none;
+    QTest::newRow("error") << QByteArray("{\"name\": \"A\", \"error\": {\"code\": 499, "
+                                         "\"message\": \"Token\\nRequired\"}}")
+                           << "Token Required";
+    QTest::newRow("error without words") << QByteArray("{\"error\": {\"code\": 400}}") << none;
+    QTest::newRow("error as text") << QByteArray("{\"error\": \"no\"}") << none;
+}
+
+void tst_PortalDialog::addRefusesWhatIsNoPortal()
+{
+    QFETCH(QByteArray, answer);
+    HttpServer server;
+    server.on("/sharing/rest/portals/self", [answer](const HttpServer::Request &) {
+        return HttpServer::Answer{answer, 200, "application/json"};
+    });
+    server.on("/sharing/rest/info", [](const HttpServer::Request &) {
+        return HttpServer::Answer{"{}", 200, "application/json"};
+    });
+    DialogStage &stage = makeList();
+    portal()->setProperty("token", "signed in");
+    QVERIFY(stage.open());
+    const QString url = server.url("").toString(QUrl::StripTrailingSlash);
+    stage.type(stage.fields().first(), url);
+    DialogStage::click(stage.button("Add Portal"));
+    QTRY_VERIFY(!messageText().isEmpty());
+    QTEST(messageText(), "message");
+    QCOMPARE(list()->property("count").toInt(), 1);
+    QVERIFY(portal()->property("signedIn").toBool());
+    QCOMPARE(stage.fields().first()->property("text").toString(), url);
+    QCOMPARE(storedPortals().size(), 1);
+}
+
+void tst_PortalDialog::addTakesNamesAsLines_data()
+{
+    QTest::addColumn<QJsonObject>("self");
+    QTest::addColumn<QString>("name"); // %1 is the URL
+    QTest::newRow("number") << QJsonObject{{"name", 5}, {"portalName", "P"}} << "P (%1)";
+    QTest::newRow("object") << QJsonObject{{"name", QJsonObject{{"a", 1}}}, {"portalName", "P"}}
+                            << "P (%1)";
+    QTest::newRow("array") << QJsonObject{{"name", QJsonArray{"A"}}, {"portalName", "P"}}
+                           << "P (%1)";
+    QTest::newRow("lines") << QJsonObject{{"name", QString("\n\nA\n").repeated(200)}}
+                           << QString("A ").repeated(200).trimmed();
+    QTest::newRow("lines in the other name") << QJsonObject{{"portalName", "A\r\nB"}} << "A B (%1)";
+    QTest::newRow("blank") << QJsonObject{{"name", " \n"}, {"portalName", "P"}} << "P (%1)";
+    QTest::newRow("a place of its own")
+        << QJsonObject{{"portalName", "100 %2 %1"}} << QString("100 %2 %1 (URL)");
+}
+
+void tst_PortalDialog::addTakesNamesAsLines()
+{
+    QFETCH(QJsonObject, self);
+    QFETCH(QString, name);
+    SlowPortal server;
+    server.self = self;
+    name = name.endsWith("(URL)") ? name.replace("URL", server.url())
+                                  : name.replace("%1", server.url());
+    DialogStage &stage = makeList();
+    portal()->setProperty("ignoreSslErrors", true);
+    stage.type(stage.fields().first(), server.url());
+    DialogStage::click(stage.button("Add Portal"));
+    QTRY_COMPARE(list()->property("count").toInt(), 2);
+    QCOMPARE(portal()->property("name").toString(), name);
+    QCOMPARE(portal()->property("portalUrl").toUrl(), QUrl(server.url()));
+    QCOMPARE(portal()->property("ignoreSslErrors").toBool(), false);
+    QCOMPARE(storedPortals().value(1).toMap().value("name").toString(), name);
+    QVERIFY(listRow(1)->height() < 80);
+}
+
+void tst_PortalDialog::longRefusalStaysShort()
+{
+    SlowPortal server;
+    server.self = {{"error", QJsonObject{{"message", QString("No. ").repeated(2000)}}}};
+    DialogStage &stage = makeList();
+    stage.type(stage.fields().first(), server.url());
+    DialogStage::click(stage.button("Add Portal"));
+    QTRY_VERIFY(!messageText().isEmpty());
+    QQuickItem *line = stage.text(messageText());
+    QTRY_VERIFY(DialogStage::rectOf(line).bottom() <= stage.dialogWindow()->height());
+    QVERIFY(line->property("truncated").toBool());
+    QVERIFY(list()->height() > 60);
 }
 
 void tst_PortalDialog::addShowsWhatFailed()

@@ -1,7 +1,7 @@
 import QtQuick 2.3
 import QtQuick.Controls 1.2
 import QtQuick.Controls.Styles 1.2
-import QtQuick.Window 2.0
+import QtQuick.Window 2.2
 import QtQuick.Dialogs 1.2
 import QtQuick.Layouts 1.1
 import QtGraphicalEffects 1.0
@@ -25,8 +25,8 @@ import "Endpoints.js" as Endpoints
     A button then calls \c {signInDialog.show("Please sign in to download apps")}.
 
     With \c settings the dialog remembers the list of portals, the one in use and, if the user wants it,
-    the username; never the password. It closes by itself once the portal is signed in, and can't be
-    closed while a sign-in runs.
+    the username; never the password. It closes by itself once the portal is signed in. While a sign-in
+    runs neither a key nor its window's frame closes it; otherwise closing the window is a rejection.
 */
 Dialog {
     id: portalSignInDialog
@@ -89,6 +89,26 @@ Dialog {
         if (action.key && (busy || action.button === StandardButton.Ok))
             action.accepted = false;
     }
+    // Qt's dialog takes the focus for itself when it opens.
+    onVisibleChanged: {
+        if (visible)
+            _takeFocus();
+    }
+
+    // Qt's dialog would vanish in silence, and come back busy.
+    Connections {
+        target: dialogItem.Window.window
+
+        function onClosing(event) {
+            // On some systems the dialog is a part of the applet's window.
+            if (contentItem.parent !== dialogItem.Window.window.contentItem || !visible)
+                return;
+            if (busy)
+                event.accepted = false;
+            else
+                reject();
+        }
+    }
 
     Connections {
         target: portal
@@ -144,6 +164,10 @@ Dialog {
 
                 anchors.fill: parent
                 initialItem: signInPage
+                onBusyChanged: {
+                    if (!busy && portalSignInDialog.visible)
+                        _takeFocus();
+                }
             }
         }
     }
@@ -226,7 +250,10 @@ Dialog {
                         height: width
                         source: "images/gear.png"
                         image.sourceSize: _pixels(28)
+                        glowColor: activeFocus ? portalSignInDialog.bannerTextColor : "transparent"
                         enabled: !portalSignInDialog.busy
+                        activeFocusOnTab: enabled
+                        Keys.onPressed: _clickByKey(portalsButton, event)
                         onClicked: stackView.push(portalPage)
 
                         ColorOverlay {
@@ -373,7 +400,7 @@ Dialog {
     Component {
         id: portalPage
 
-        Item {
+        FocusScope {
             Rectangle {
                 id: portalBanner
 
@@ -393,6 +420,9 @@ Dialog {
                         source: "images/back.png"
                         image.mirror: Qt.application.layoutDirection === Qt.RightToLeft
                         image.sourceSize: _pixels(28)
+                        glowColor: activeFocus ? portalSignInDialog.bannerTextColor : "transparent"
+                        activeFocusOnTab: true
+                        Keys.onPressed: _clickByKey(backButton, event)
                         onClicked: stackView.pop()
 
                         ColorOverlay {
@@ -438,6 +468,15 @@ Dialog {
                     delegate: portalDelegate
                     highlight: highlightDelegate
                     highlightFollowsCurrentItem: false
+                    focus: true
+                    activeFocusOnTab: true
+                    // The arrows select.
+                    Keys.onPressed: {
+                        if (!_isClick(event))
+                            return;
+                        event.accepted = true;
+                        stackView.pop();
+                    }
                     // Bound to undefined a view would keep its index: -1 selects nothing.
                     currentIndex: {
                         var current = findCurrent();
@@ -512,13 +551,19 @@ Dialog {
                             function addPortal(response) {
                                 infoRequest.send();
                                 console.log("self", JSON.stringify(response, undefined, 2));
+                                if (!_isPortal(response)) {
+                                    var error = response ? response.error : undefined;
+                                    addPortalError.text = error && _line(error.message)
+                                                          || qsTr("There is no portal at this URL");
+                                    return;
+                                }
                                 if (response.isPortal && !response.supportsSceneServices) {
                                     addPortalError.text = qsTr("Quillform requires that Portal for Zemrik 10.3.1 is configured with a Hosted Server and Zemrik Data Store");
                                     return;
                                 }
-                                var name = response.name;
+                                var name = _line(response.name);
                                 if (!(name > ""))
-                                    name = qsTr("%1 (%2)").arg(response.portalName).arg(portalUrl);
+                                    name = _fill(qsTr("%1 (%2)"), _line(response.portalName), portalUrl);
                                 portalsModel.append({
                                     url: portalUrl.toString(),
                                     name: name,
@@ -557,6 +602,8 @@ Dialog {
                     color: "red"
                     font.pointSize: 11
                     wrapMode: Text.WrapAtWordBoundaryOrAnywhere
+                    maximumLineCount: 4
+                    elide: Text.ElideRight
                 }
             }
 
@@ -575,6 +622,7 @@ Dialog {
                     y: portalsListView.currentItem ? portalsListView.currentItem.y : 0
                     color: "lightsteelblue"
                     radius: 5
+                    border { width: portalsListView.activeFocus ? 1 : 0; color: portalSignInDialog.bannerColor }
 
                     Behavior on y {
                         SpringAnimation { spring: 3; damping: 0.2 }
@@ -616,6 +664,7 @@ Dialog {
                             textFormat: Text.PlainText
                             horizontalAlignment: Text.AlignLeft
                             font.pointSize: 12
+                            maximumLineCount: 1
                             elide: Text.ElideRight
                         }
 
@@ -642,6 +691,7 @@ Dialog {
                                 textFormat: Text.PlainText
                                 horizontalAlignment: Text.AlignLeft
                                 font { pointSize: 10; italic: true }
+                                maximumLineCount: 1
                                 elide: Text.ElideMiddle
                             }
                         }
@@ -658,7 +708,10 @@ Dialog {
                         }
                         source: "images/trash_bin.png"
                         image.sourceSize: _pixels(24)
+                        glowColor: activeFocus ? portalSignInDialog.bannerColor : "transparent"
                         visible: index > 0 && portalItem.ListView.isCurrentItem
+                        activeFocusOnTab: true
+                        Keys.onPressed: _clickByKey(removeButton, event)
                         onClicked: {
                             var row = index;
                             // The removal must not make a neighbour the portal in use.
@@ -672,9 +725,10 @@ Dialog {
         }
     }
 
-    /*! Opens the dialog, with \a prompt above the fields. */
+    /*! Opens the dialog on its first page, with \a prompt above the fields. */
     function show(prompt) {
         portalSignInDialog.prompt = prompt > "" ? prompt : "";
+        stackView.pop({ item: null, immediate: true });
         open();
     }
 
@@ -693,8 +747,16 @@ Dialog {
             } ];
         }
         portalsModel.clear();
+        // A row of other types would end selectPortal() halfway, with the new address but the old flags.
         portals.forEach(function (element) {
-            portalsModel.append(element);
+            if (!element || typeof element.url !== "string")
+                return;
+            portalsModel.append({
+                url: element.url,
+                name: _line(element.name) || element.url,
+                ignoreSslErrors: element.ignoreSslErrors === true,
+                isPortal: element.isPortal === true
+            });
         });
     }
 
@@ -772,6 +834,44 @@ Dialog {
         settings.setValue(settingsGroup + "/ignoreSslErrors", portal.ignoreSslErrors);
         settings.setValue(settingsGroup + "/isPortal", portal.isPortal);
         return true;
+    }
+
+    // Whether an answer is a portal's about itself. A server of another kind may answer anything.
+    function _isPortal(response) {
+        return typeof response === "object" && response !== null && !Array.isArray(response)
+               && !response.error
+               && (typeof response.name === "string" || typeof response.portalName === "string");
+    }
+
+    // A portal's text in one line; empty for what is no text.
+    function _line(text) {
+        return typeof text === "string" ? text.replace(/\s+/g, " ").trim() : "";
+    }
+
+    // In one pass: a portal's text may have a %2 of its own.
+    function _fill(pattern, first, second) {
+        return pattern.replace(/%[12]/g, function (place) {
+            return place === "%1" ? first : second;
+        });
+    }
+
+    // Where the user goes on: a filled-in name needs its password.
+    function _takeFocus() {
+        if (stackView.depth > 1)
+            stackView.currentItem.forceActiveFocus();
+        else
+            (username.trim().length > 0 ? passwordField : usernameField).forceActiveFocus();
+    }
+
+    function _isClick(event) {
+        return event.key === Qt.Key_Space || event.key === Qt.Key_Return || event.key === Qt.Key_Enter;
+    }
+
+    function _clickByKey(button, event) {
+        if (!_isClick(event) || !button.enabled)
+            return;
+        event.accepted = true;
+        button.clicked();
     }
 
     // The size of an icon in the screen's pixels: a larger one scaled by the scene would be rough.
