@@ -41,6 +41,7 @@ private slots:
     void liveViewKeepsItsProportions();
     void clickInTheLiveViewDoesNothing();
     void closeButtonRejects();
+    void closingTheWindowRejects();
     void closeButtonsShowForWindowModalDialogsOnly_data();
     void closeButtonsShowForWindowModalDialogsOnly();
     void gearShowsThePanel();
@@ -271,6 +272,15 @@ void tst_ImageCaptureDialog::closeButtonRejects()
     const QRectF view = DialogStage::rectOf(item("videoOutput"));
     QCOMPARE(DialogStage::rectOf(close).topRight(), view.topRight() + QPointF(-10, 10));
     DialogStage::click(close);
+    QTRY_VERIFY(!isOpen());
+    QCOMPARE(count("rejectedCount"), 1);
+    QCOMPARE(count("acceptedCount"), 0);
+}
+
+void tst_ImageCaptureDialog::closingTheWindowRejects()
+{
+    QVERIFY(showOpenDialog());
+    m_stage->dialogWindow()->close();
     QTRY_VERIFY(!isOpen());
     QCOMPARE(count("rejectedCount"), 1);
     QCOMPARE(count("acceptedCount"), 0);

@@ -102,6 +102,8 @@ private slots:
     void iconsStandOutFromAnyGround_data();
     void iconsStandOutFromAnyGround();
     void thumbnailsHaveThePixelsOfTheScreen();
+    void dangerousFilesHaveNoThumbnail();
+    void closingTheWindowRejects();
     void looksLikeABrowser();
 
 private:
@@ -782,6 +784,57 @@ void tst_ImageChooserDialog::thumbnailsHaveThePixelsOfTheScreen()
     QVERIFY(qAbs(imageOf("photo.jpg")->implicitHeight() - pixels) <= 1);
     QVERIFY(imageOf("photo.jpg")->implicitWidth() < pixels * 1.4);
     QVERIFY(QDir(m_pictures + "/Large").removeRecursively());
+}
+
+// Whose header claims more than its bytes can hold, and documents under the name of a photo.
+void tst_ImageChooserDialog::dangerousFilesHaveNoThumbnail()
+{
+    const QString dangerous = QDir::homePath() + "/dangerous";
+    QVERIFY(paint(dangerous + "/good 100%.png", Qt::red));
+    QVERIFY(paint(dangerous + "/bmp.png", Qt::red)); // of another kind, but a picture
+    QImage image(8, 8, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QVERIFY(image.save(dangerous + "/bmp.png", "BMP"));
+    QVERIFY(image.save(dangerous + "/huge.png", "BMP"));
+    QFile huge(dangerous + "/huge.png");
+    const qint32 side = 12000;
+    QVERIFY(huge.open(QIODevice::ReadWrite) && huge.seek(18));
+    for (int i = 0; i < 2; ++i)
+        QCOMPARE(huge.write(reinterpret_cast<const char *>(&side), 4), qint64(4));
+    huge.close();
+    QVERIFY(image.save(dangerous + "/icon.jpg", "ICO"));
+    QFile drawing(dangerous + "/drawing.jpg");
+    QVERIFY(drawing.open(QIODevice::WriteOnly));
+    drawing.write("<svg xmlns='http://www.w3.org/2000/svg' width='8' height='8'/>");
+    drawing.close();
+
+    const QStringList refused{"huge.png", "icon.jpg", "drawing.jpg"};
+    for (const QString &name : refused)
+        m_stage->expectWarning("Failed to get image from provider: image://picturecheck/"
+                               + QUrl::toPercentEncoding(dangerous + "/" + name, "/"));
+    QVERIFY(showOpenDialog(QString(), dangerous));
+    QTRY_COMPARE(imageOf("good 100%.png")->property("status").toInt(), 1); // Ready
+    QTRY_COMPARE(imageOf("bmp.png")->property("status").toInt(), 1);
+    for (const QString &name : refused) {
+        QCOMPARE(imageOf(name)->property("source").toUrl(), QUrl());
+        QCOMPARE(imageOf(name)->property("status").toInt(), 0);
+        QVERIFY(textOf(name)->isVisible());
+    }
+    DialogStage::click(cell("huge.png")); // whether to take it is the applet's question
+    QCOMPARE(property("imagePath").toString(), dangerous + "/huge.png");
+}
+
+void tst_ImageChooserDialog::closingTheWindowRejects()
+{
+    QVERIFY(showOpenDialog());
+    m_stage->dialogWindow()->close();
+    QTRY_VERIFY(!isOpen());
+    QCOMPARE(count("rejectedCount"), 1);
+    QCOMPARE(count("acceptedCount"), 0);
+    QVERIFY(m_stage->openDialog());
+    DialogStage::click(pushButton("OK"));
+    QTRY_COMPARE(count("acceptedCount"), 1);
+    QCOMPARE(count("rejectedCount"), 1);
 }
 
 void tst_ImageChooserDialog::looksLikeABrowser()

@@ -1,6 +1,7 @@
 import QtQuick 2.3
 import QtQuick.Controls 1.2
 import QtQuick.Dialogs 1.2
+import QtQuick.Window 2.2
 import QtMultimedia 5.0
 import Zemrik.Tessaline 1.0
 import Zemrik.Tessaline.Controls 1.0
@@ -51,6 +52,17 @@ Dialog {
     onActionChosen: {
         if (action.button === StandardButton.Ok && action.key)
             action.accepted = false;
+    }
+
+    // Qt's dialog would vanish in silence where its window is closed by the frame.
+    Connections {
+        target: dialogItem.Window.window
+
+        function onClosing(event) {
+            // On some systems the dialog is a part of the applet's window.
+            if (visible && contentItem.parent === dialogItem.Window.window.contentItem)
+                reject();
+        }
     }
 
     Item {

@@ -67,6 +67,17 @@ Dialog {
             action.accepted = false;
     }
 
+    // Qt's dialog would vanish in silence where its window is closed by the frame.
+    Connections {
+        target: imagesView.Window.window
+
+        function onClosing(event) {
+            // On some systems the dialog is a part of the applet's window.
+            if (visible && contentItem.parent === imagesView.Window.window.contentItem)
+                reject();
+        }
+    }
+
     Item {
         // Over the padding of Qt's dialog, but not over its buttons.
         anchors { fill: parent; leftMargin: -12; rightMargin: -12; topMargin: -12 }
@@ -130,6 +141,13 @@ Dialog {
 
             readonly property string subFolderName: modelData.substr(1)
             readonly property bool isSubFolder: modelData.substr(0, 1) === "~"
+            // Ready where the picture's header claims no more than its bytes can hold: the decoder would
+            // believe it.
+            readonly property Image pictureCheck: Image {
+                cache: false
+                source: imageItem.isSubFolder ? ""
+                      : "image://picturecheck/" + encodeURIComponent(imagesFolder.filePath(modelData))
+            }
 
             width: imagesView.cellWidth
             height: imagesView.cellHeight
@@ -151,7 +169,8 @@ Dialog {
                         width: imagesView.cellWidth * Screen.devicePixelRatio
                         height: imagesView.cellWidth * Screen.devicePixelRatio
                     }
-                    source: !imageItem.isSubFolder ? imagesFolder.fileUrl(modelData)
+                    source: imageItem.pictureCheck.status === Image.Ready ? imagesFolder.fileUrl(modelData)
+                          : !imageItem.isSubFolder ? ""
                           : imageItem.subFolderName > "" ? "images/folder_open.png"
                           : "images/folder_open-arrow_up.png"
                 }
