@@ -156,13 +156,9 @@ QString tst_DialogLanguages::problems(const QStringList &contexts, const QString
 void tst_DialogLanguages::signInDialog()
 {
     HttpServer server;
-    bool hasScenes = false;
-    server.on("/sharing/rest/portals/self", [&hasScenes](const HttpServer::Request &) {
-        return HttpServer::Answer{QJsonDocument(QJsonObject{{"portalName", "Survey"},
-                                                            {"isPortal", true},
-                                                            {"supportsSceneServices", hasScenes}})
-                                      .toJson(),
-                                  200, "application/json"};
+    QJsonObject self; // says nothing, as no portal does
+    server.on("/sharing/rest/portals/self", [&self](const HttpServer::Request &) {
+        return HttpServer::Answer{QJsonDocument(self).toJson(), 200, "application/json"};
     });
     const QString url = server.url("").toString(QUrl::StripTrailingSlash);
     m_arguments = {{"Sign in to %1", {"City maps"}},
@@ -198,16 +194,20 @@ void tst_DialogLanguages::signInDialog()
     };
     DialogStage::type(m_stage->fields().first(), url);
     add();
+    QTRY_VERIFY(m_stage->text(translated("PortalDialog", "There is no portal at this URL")));
+    look();
+    self = {{"portalName", "Survey"}, {"isPortal", true}, {"supportsSceneServices", false}};
+    add();
     QTRY_VERIFY(m_stage->text(
         translated("PortalDialog", "Quillform requires that Portal for Zemrik 10.3.1 is configured "
                                    "with a Hosted Server and Zemrik Data Store")));
     look();
-    hasScenes = true;
+    self["supportsSceneServices"] = true;
     add();
     QTRY_VERIFY(m_stage->text(translated("PortalDialog", "%1 (%2)")));
     look();
-    QTRY_COMPARE(server.requestCount(), 4); // each attempt's second answer too
-    QTRY_COMPARE(m_stage->count(QtDebugMsg, "info: "), 2);
+    QTRY_COMPARE(server.requestCount(), 6); // each attempt's second answer too
+    QTRY_COMPARE(m_stage->count(QtDebugMsg, "info: "), 3);
     // The added portal is the one in use: its name is in the title, behind the list's page.
     const QString added = translated("PortalDialog", "%1 (%2)");
     const QString title = translated("PortalDialog", "Sign in to %1", {added});

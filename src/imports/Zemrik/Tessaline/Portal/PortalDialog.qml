@@ -250,7 +250,8 @@ Dialog {
                         height: width
                         source: "images/gear.png"
                         image.sourceSize: _pixels(28)
-                        glowColor: activeFocus ? portalSignInDialog.bannerTextColor : "transparent"
+                        radius: 4 * portalSignInDialog._unit
+                        border { width: activeFocus ? 1 : 0; color: portalSignInDialog.bannerTextColor }
                         enabled: !portalSignInDialog.busy
                         activeFocusOnTab: enabled
                         Keys.onPressed: _clickByKey(portalsButton, event)
@@ -420,7 +421,8 @@ Dialog {
                         source: "images/back.png"
                         image.mirror: Qt.application.layoutDirection === Qt.RightToLeft
                         image.sourceSize: _pixels(28)
-                        glowColor: activeFocus ? portalSignInDialog.bannerTextColor : "transparent"
+                        radius: 4 * portalSignInDialog._unit
+                        border { width: activeFocus ? 1 : 0; color: portalSignInDialog.bannerTextColor }
                         activeFocusOnTab: true
                         Keys.onPressed: _clickByKey(backButton, event)
                         onClicked: stackView.pop()
@@ -708,7 +710,8 @@ Dialog {
                         }
                         source: "images/trash_bin.png"
                         image.sourceSize: _pixels(24)
-                        glowColor: activeFocus ? portalSignInDialog.bannerColor : "transparent"
+                        radius: 4 * portalSignInDialog._unit
+                        border { width: activeFocus ? 1 : 0; color: portalSignInDialog.bannerColor }
                         visible: index > 0 && portalItem.ListView.isCurrentItem
                         activeFocusOnTab: true
                         Keys.onPressed: _clickByKey(removeButton, event)
