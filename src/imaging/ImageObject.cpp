@@ -452,7 +452,7 @@ QImage toRotated(const QImage &image, double angle, int x, int y,
 QImage loadedImage(const QString &path, const QByteArray &format)
 {
     QImageReader reader(path, format);
-    return isHarmlessPicture(reader, path) ? reader.read() : QImage();
+    return isHarmlessPicture(reader) ? reader.read() : QImage();
 }
 
 } // namespace

@@ -185,8 +185,13 @@ bool isContainerFormat(const QByteArray &format)
     return formats.contains(format.toLower());
 }
 
-bool isHarmlessPicture(QImageReader &reader, const QString &path)
+bool isHarmlessPicture(QImageReader &reader)
 {
+    // A reader looks for its file only now, with suffixes of its own where there is none of that name.
+    // One that doesn't know what it finds might read it all the same.
+    if (!reader.canRead())
+        return false;
+    const QString path = reader.fileName();
     // A format that a script names may be wrong, and what the bytes are is found out then.
     for (const QByteArray &format : {QImageReader::imageFormat(path), reader.format()}) {
         if (isContainerFormat(format) && !isHarmlessContainer(format.toLower(), path))
@@ -198,5 +203,5 @@ bool isHarmlessPicture(QImageReader &reader, const QString &path)
 bool isHarmlessPicture(const QString &path)
 {
     QImageReader reader(path);
-    return isHarmlessPicture(reader, path);
+    return isHarmlessPicture(reader);
 }

@@ -736,6 +736,9 @@ void tst_ImageObject::drawingsShowNoFiles_data()
     QTest::newRow("prefix") << drawing(file).replace("<image", "<svg:image");
     QTest::newRow("second") << drawing(dataUri(encoded(pattern(2, 2), "PNG")))
                                    .replace("</svg>", "<image xlink:href='" + file + "'/></svg>");
+    const QString text = QChar(QChar::ByteOrderMark) + QString::fromUtf8(drawing(file));
+    QTest::newRow("UTF-16") << QByteArray(reinterpret_cast<const char *>(text.utf16()),
+                                          text.size() * 2);
     QTest::newRow("style sheet") << QByteArray(
         "<?xml version='1.0'?><?xml-stylesheet type=\"text/css\" href=\"/dev/zero\"?>"
         "<svg xmlns='http://www.w3.org/2000/svg' width='8' height='8'/>");
@@ -770,6 +773,7 @@ void tst_ImageObject::drawingsShowTheirOwnPictures()
         QCOMPARE(object.size(), QSize(8, 8));
         QCOMPARE(object.pixel(4, 4), QColor(Qt::red));
     }
+    QVERIFY(ImageObject().load(path("own"))); // finds one of the two by itself
 }
 
 void tst_ImageObject::iconsAreLoaded_data()
