@@ -8,10 +8,20 @@
 #include <QXmlDefaultHandler>
 #include <QXmlSimpleReader>
 
+#include <algorithm>
+
 namespace {
 
 // QDomDocument and everything that walks it recurse, and run out of stack at some 25,000 elements.
 const int maximumDepth = 1000;
+
+// The reader recurses into the parentheses of a document type definition, compares each entity with
+// all others, and puts a text together before anybody may look at it.
+const int maximumDefinition = 16 * 1024;
+const int maximumParentheses = 100;
+const qint64 maximumExpansion = 16 * 1024 * 1024;
+// What the reader itself lets an entity grow to that refers to others.
+const int maximumEntity = 4096;
 
 // Where and why a text does not parse.
 struct ParseError
@@ -26,12 +36,96 @@ struct ParseError
 QT_WARNING_PUSH
 QT_WARNING_DISABLE_DEPRECATED
 
+// A text that ends where its document type definition asks for too much. Where the definition
+// begins and ends the handler tells: nothing else sees the text just as the reader does.
+class BoundedSource : public QXmlInputSource
+{
+public:
+    explicit BoundedSource(const QString &xml) { setData(xml); }
+
+    const QString &refusal() const { return m_refusal; }
+
+    void beginDefinition() { m_inDefinition = true; }
+    void endDefinition() { m_inDefinition = false; }
+
+    void addEntity(const QString &value)
+    {
+        const bool refersToOthers = value.contains(QLatin1Char('&'));
+        m_longestEntity = std::max(m_longestEntity, refersToOthers ? maximumEntity : value.size());
+    }
+
+    QChar next() override
+    {
+        const QChar character = QXmlInputSource::next();
+        if (m_inDefinition)
+            countInDefinition(character);
+        else if (m_longestEntity > 0 && character == QLatin1Char('&'))
+            countReference();
+        return m_refusal.isEmpty() ? character : QChar(EndOfDocument);
+    }
+
+private:
+    void countInDefinition(QChar character)
+    {
+        if (++m_definition > maximumDefinition)
+            m_refusal = QStringLiteral("document type definition too long");
+        if (character == QLatin1Char('('))
+            ++m_parentheses;
+        else if (character == QLatin1Char(')'))
+            m_parentheses = std::max(0, m_parentheses - 1); // a comment may hold any
+        if (m_parentheses > maximumParentheses)
+            m_refusal = QStringLiteral("document type definition too deep");
+    }
+
+    // Each for the longest one, also those of characters that have an entity of their own.
+    void countReference()
+    {
+        m_expansion += m_longestEntity;
+        if (m_expansion > maximumExpansion)
+            m_refusal = QStringLiteral("too many entity references");
+    }
+
+    bool m_inDefinition = false;
+    int m_definition = 0;
+    int m_parentheses = 0;
+    int m_longestEntity = 0;
+    qint64 m_expansion = 0;
+    QString m_refusal;
+};
+
 // Stops the reader at the first element that lies too deep.
 class DepthHandler : public QXmlDefaultHandler
 {
 public:
-    bool isTooDeep() const { return m_depth > maximumDepth; }
-    const ParseError &refusal() const { return m_error; }
+    explicit DepthHandler(BoundedSource *source)
+        : m_source(source)
+    {
+    }
+
+    bool isTooMuch() const { return m_depth > maximumDepth || !m_source->refusal().isEmpty(); }
+    ParseError refusal() const
+    {
+        const QString &bound = m_source->refusal();
+        return {bound.isEmpty() ? m_error.message : bound, m_error.line, m_error.column};
+    }
+
+    bool startDTD(const QString &, const QString &, const QString &) override
+    {
+        m_source->beginDefinition();
+        return true;
+    }
+
+    bool endDTD() override
+    {
+        m_source->endDefinition();
+        return true;
+    }
+
+    bool internalEntityDecl(const QString &, const QString &value) override
+    {
+        m_source->addEntity(value);
+        return true;
+    }
 
     bool startElement(const QString &, const QString &, const QString &,
                       const QXmlAttributes &) override
@@ -58,6 +152,7 @@ public:
     }
 
 private:
+    BoundedSource *m_source;
     int m_depth = 0;
     ParseError m_error;
 };
@@ -79,26 +174,27 @@ private:
     QXmlAttributes m_attributes;
 };
 
-bool read(const QString &xml, QXmlDefaultHandler *handler)
+bool read(const QXmlInputSource &source, QXmlDefaultHandler *handler)
 {
-    QXmlInputSource source;
-    source.setData(xml);
     QXmlSimpleReader reader;
     // As QDomDocument sets them, so that both accept the same texts.
     reader.setFeature(QStringLiteral("http://xml.org/sax/features/namespaces"), false);
     reader.setFeature(QStringLiteral("http://xml.org/sax/features/namespace-prefixes"), true);
     reader.setContentHandler(handler);
     reader.setErrorHandler(handler);
+    reader.setLexicalHandler(handler);
+    reader.setDeclHandler(handler);
     return reader.parse(source);
 }
 
-bool isTooDeep(const QString &xml, ParseError *error)
+bool isTooMuch(const QString &xml, ParseError *error)
 {
-    DepthHandler handler;
-    read(xml, &handler);
-    if (handler.isTooDeep())
+    BoundedSource source(xml);
+    DepthHandler handler(&source);
+    read(source, &handler);
+    if (handler.isTooMuch())
         *error = handler.refusal();
-    return handler.isTooDeep();
+    return handler.isTooMuch();
 }
 
 // The attributes by way of the element's written start tag. False for names that can't be read.
@@ -109,8 +205,10 @@ bool addWrittenAttributes(const QDomElement &element, const QString &prefix, QVa
     element.cloneNode(false).save(stream, -1);
     stream.flush();
 
+    QXmlInputSource source;
+    source.setData(tag);
     AttributeHandler handler;
-    if (!read(tag, &handler))
+    if (!read(source, &handler))
         return false;
     const QXmlAttributes &attributes = handler.attributes();
     for (int i = 0; i < attributes.count(); ++i)
@@ -122,7 +220,7 @@ QT_WARNING_POP
 
 bool parse(const QString &xml, QDomDocument *document, ParseError *error)
 {
-    return !isTooDeep(xml, error)
+    return !isTooMuch(xml, error)
            && document->setContent(xml, &error->message, &error->line, &error->column);
 }
 

@@ -30,6 +30,10 @@ private slots:
     void depthIsSeenBehindWhatOnlyAStrictReaderRefuses_data();
     void depthIsSeenBehindWhatOnlyAStrictReaderRefuses();
     void depthCountsWhatEntitiesBringIn();
+    void definitionsThatAskForTooMuchAreRefused_data();
+    void definitionsThatAskForTooMuchAreRefused();
+    void definitionsWithinTheBoundsAreRead_data();
+    void definitionsWithinTheBoundsAreRead();
     void veryManyAttributesAreReadOnceEach_data();
     void veryManyAttributesAreReadOnceEach();
     void veryManyAttributesWithNamesThatCannotBeRead();
@@ -304,6 +308,81 @@ void tst_XmlUtility::depthCountsWhatEntitiesBringIn()
     QVERIFY(!XmlUtility::toVariantMap(document.arg(nested(10), "&e;"), {}).isEmpty());
     QVERIFY(!XmlUtility::toVariantMap(document.arg(nested(10), nested(989, "&e;")), {}).isEmpty());
     QVERIFY(XmlUtility::toVariantMap(document.arg(nested(10), nested(990, "&e;")), {}).isEmpty());
+}
+
+void tst_XmlUtility::definitionsThatAskForTooMuchAreRefused_data()
+{
+    QTest::addColumn<QString>("definition");
+    QTest::addColumn<QString>("content");
+    QTest::addColumn<QString>("reason");
+
+    const QString tooLong = "document type definition too long";
+    const QString tooDeep = "document type definition too deep";
+    const QString tooMany = "too many entity references";
+    const QString parentheses = QString("(").repeated(120000);
+    QTest::newRow("parentheses") << "<!ELEMENT r " + parentheses << "" << tooDeep;
+    QTest::newRow("parentheses behind closing ones")
+        << "<!--" + QString(")").repeated(9000) + "--><!ELEMENT r " + parentheses.left(5000) << ""
+        << tooDeep;
+    QTest::newRow("parentheses in a parameter entity")
+        << "<!ENTITY % p '<!ELEMENT r " + parentheses.left(5000) + "'>%p;"
+        << "" << tooDeep;
+
+    QString entities;
+    for (int i = 0; i < 20000; ++i)
+        entities += QString("<!ENTITY e%1 'x'>").arg(i);
+    QTest::newRow("entities") << entities << "&e1;" << tooLong;
+    QTest::newRow("comment") << "<!--" + QString(20000, 'x') + "-->"
+                             << "" << tooLong;
+    QTest::newRow("end that only looks like one") << "<!-- ]> -->" + entities << "&e1;" << tooLong;
+
+    const QString longEntity = "<!ENTITY e '" + QString(4096, 'x') + "'>";
+    QTest::newRow("references") << longEntity << QString("&e;").repeated(270000) << tooMany;
+    QTest::newRow("references in attributes")
+        << longEntity << "<a b='" + QString("&e;").repeated(270000) + "'/>" << tooMany;
+    QTest::newRow("references to nested entities")
+        << "<!ENTITY a '" + QString(63, 'x') + "'><!ENTITY b '" + QString("&a;").repeated(63) + "'>"
+        << QString("&b;").repeated(270000) << tooMany;
+}
+
+void tst_XmlUtility::definitionsThatAskForTooMuchAreRefused()
+{
+    QFETCH(QString, definition);
+    QFETCH(QString, content);
+    QFETCH(QString, reason);
+    LogCapture log;
+    const QString xml = "<!DOCTYPE r [" + definition + "]><r>" + content + "</r>";
+    QCOMPARE(XmlUtility::toVariantMap(xml, {}), QVariantMap());
+    QCOMPARE(log.count(QtDebugMsg, category, '"' + reason + "\" Line:"), 1);
+}
+
+void tst_XmlUtility::definitionsWithinTheBoundsAreRead_data()
+{
+    QTest::addColumn<QString>("definition");
+    QTest::addColumn<QString>("content");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("content model") << "<!ELEMENT r (((a|b)*,c)?)><!ELEMENT a (#PCDATA)>"
+                                   << "x"
+                                   << "x";
+    QTest::newRow("entity") << "<!ENTITY e 'long'>"
+                            << "&e;"
+                            << "long";
+    QTest::newRow("many references")
+        << "<!ENTITY e 'long'>" << QString("&e;").repeated(5000) << QString("long").repeated(5000);
+    // None of these grows: there is no entity.
+    QTest::newRow("signs") << "<!ELEMENT r ANY>" << QString("&amp;").repeated(100000)
+                           << QString("&").repeated(100000);
+    QTest::newRow("brackets in the text")
+        << "<!ELEMENT r ANY>" << QString("(").repeated(20000) << QString("(").repeated(20000);
+}
+
+void tst_XmlUtility::definitionsWithinTheBoundsAreRead()
+{
+    QFETCH(QString, definition);
+    QFETCH(QString, content);
+    QFETCH(QString, text);
+    const QString xml = "<!DOCTYPE r [" + definition + "]><r>" + content + "</r>";
+    QCOMPARE(XmlUtility::toVariantMap(xml, {{"rootProperty", true}}).value("r").toString(), text);
 }
 
 void tst_XmlUtility::veryManyAttributesAreReadOnceEach_data()
