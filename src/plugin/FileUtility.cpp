@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utime.h>
@@ -21,11 +22,11 @@ const off_t maxPlainRead = 256 * 1024 * 1024;
 
 // Reads what has a size and can be read at any place. Without QFile's buffer and its questions about
 // the kind of file, which catalogues of thousands of files feel.
-bool readPlainFile(int handle, QByteArray &bytes)
+bool readPlainFile(int handle, int maxSize, QByteArray &bytes)
 {
     const off_t end =
         lseek(handle, 0, SEEK_END); // cheaper than fstat; -1 for a pipe, 0 for a device
-    if (end <= 0 || end > maxPlainRead) {
+    if (end <= 0 || end > std::min<off_t>(maxPlainRead, maxSize)) {
         lseek(handle, 0, SEEK_SET); // who reads it otherwise begins at its beginning
         return false;
     }
@@ -43,6 +44,18 @@ bool readPlainFile(int handle, QByteArray &bytes)
     return true;
 }
 
+// Asks for the size first, where there is one: what is too much isn't worth its memory.
+QByteArray readAll(QFile &file, const QString &path, int maxSize)
+{
+    QByteArray bytes;
+    if (file.size() <= maxSize)
+        bytes = file.readAll();
+    if (std::max<qint64>(file.size(), bytes.size()) <= maxSize)
+        return bytes;
+    qCWarning(CATEGORY_UTILITY) << "Too many bytes to read:" << path;
+    return QByteArray();
+}
+
 QVariant applicationPathVariable(const QString &name)
 {
     const QCoreApplication *application = QCoreApplication::instance();
@@ -54,9 +67,13 @@ QString settingsPathVariable(const QString &name)
 {
     if (name.isEmpty())
         return QString(); // QSettings would print a warning of its own
-    QSettings settings;
-    settings.beginGroup(QLatin1String(pathVariablesGroup));
-    return settings.value(name).toString().trimmed();
+    try {
+        QSettings settings;
+        settings.beginGroup(QLatin1String(pathVariablesGroup));
+        return settings.value(name).toString().trimmed();
+    } catch (const std::bad_alloc &) { // a damaged store, which asks for any amount of memory
+        return QString();
+    }
 }
 
 bool hasVariablePrefix(const QString &path)
@@ -95,6 +112,8 @@ Q_NEVER_INLINE QString withVariableReplaced(const QString &path, bool system)
 // a link back to one of them would be followed for ever.
 void listFiles(const QDir &dir, const QString &relativePath, QStringList &open, QStringList &list)
 {
+    if (!FileUtility::hasUsableName(dir.path()))
+        return;
     const QString realPath = dir.canonicalPath();
     if (open.contains(realPath))
         return;
@@ -298,29 +317,41 @@ void FileUtility::dirEntryList(const QDir &dir, const QString &relativePath, QSt
     listFiles(dir, relativePath, open, list);
 }
 
-QByteArray FileUtility::readFile(const QString &path)
+bool FileUtility::hasUsableName(const QString &path)
 {
+    if (Q_LIKELY(!path.contains(QChar::Null)))
+        return true;
+    qCWarning(CATEGORY_UTILITY) << Q_FUNC_INFO << "Name with a NUL:" << path;
+    return false;
+}
+
+QByteArray FileUtility::readFile(const QString &path, int maxSize)
+{
+    if (!hasUsableName(path))
+        return QByteArray();
     if (!path.startsWith(QLatin1Char('/'))) {
         QFile file(path);
-        return !path.isEmpty() && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        return !path.isEmpty() && file.open(QIODevice::ReadOnly) ? readAll(file, path, maxSize)
+                                                                 : QByteArray();
     }
     const int handle = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
     if (handle < 0)
         return QByteArray();
     QByteArray bytes;
-    if (readPlainFile(handle, bytes)) {
+    if (readPlainFile(handle, maxSize, bytes)) {
         ::close(handle);
         return bytes;
     }
     QFile file; // of the same handle: the writer of a pipe would find the first reader gone
-    return file.open(handle, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle) ? file.readAll()
-                                                                                : QByteArray();
+    return file.open(handle, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)
+               ? readAll(file, path, maxSize)
+               : QByteArray();
 }
 
 bool FileUtility::writeFile(const QString &path, const QByteArray &data)
 {
     QFile file(path);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+    if (!hasUsableName(path) || !file.open(QIODevice::WriteOnly | QIODevice::Truncate))
         return false;
     // QFile::write counts what is only buffered; the flush tells whether the disk took it.
     return file.write(data) >= data.size() && file.flush();
@@ -328,6 +359,8 @@ bool FileUtility::writeFile(const QString &path, const QByteArray &data)
 
 std::optional<qint64> FileUtility::lastModified(const QString &path)
 {
+    if (!hasUsableName(path))
+        return std::nullopt;
     struct stat status;
     if (path.startsWith(QLatin1Char('/'))
         && ::stat(QFile::encodeName(path).constData(), &status) == 0)
@@ -354,6 +387,8 @@ bool FileUtility::copyDateTime(const QString &fromFilePath, const QString &toFil
 bool FileUtility::setDateTime(const QString &filePath, const QDateTime &lastRead,
                               const QDateTime &lastModified)
 {
+    if (!hasUsableName(filePath))
+        return false;
     // The deprecated conversion, for what it gives outside of 32 bits and for an invalid date.
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_DEPRECATED

@@ -10,6 +10,7 @@
 #include <QUrl>
 #include <QVariantMap>
 
+#include <limits>
 #include <optional>
 
 // Path variables and small file tools, static functions only.
@@ -76,8 +77,13 @@ public:
     static QStringList dirEntryList(const QDir &dir);
     static void dirEntryList(const QDir &dir, const QString &relativePath, QStringList &list);
 
-    // Empty if the file doesn't exist or can't be read.
-    static QByteArray readFile(const QString &path);
+    // False, with a warning, for a name with a NUL in it. To the system such a name ends there and
+    // is another file's, and not everything in Qt refuses it: who opens or lists a path asks first.
+    static bool hasUsableName(const QString &path);
+
+    // Empty if the file doesn't exist or can't be read; also, with a warning, if it holds more than
+    // the caller can do something with.
+    static QByteArray readFile(const QString &path, int maxSize = std::numeric_limits<int>::max());
     // Replaces the file's content; false unless every byte reached the file.
     static bool writeFile(const QString &path, const QByteArray &data);
 

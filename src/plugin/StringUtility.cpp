@@ -33,6 +33,10 @@ QByteArray toUtf16Bytes(const QString &text)
 // Qt's conversions of a whole QByteArray end at the first zero byte.
 QString StringUtility::toString(const QByteArray &bytes, int encoding)
 {
+    if (bytes.size() > maxTextBytes) {
+        qWarning() << Q_FUNC_INFO << "Too many bytes for a text:" << bytes.size();
+        return QString();
+    }
     switch (encoding) {
     case TextEncodingUtf8:
         return QString::fromUtf8(bytes);
@@ -88,7 +92,7 @@ QByteArray StringUtility::toValueData(const QJSValue &value, int encoding)
 
 QString StringUtility::readFile(const QString &path)
 {
-    const QByteArray bytes = FileUtility::readFile(path);
+    const QByteArray bytes = FileUtility::readFile(path, maxTextBytes);
     return bytes.isEmpty() ? QString() : QString::fromUtf8(bytes);
 }
 

@@ -7,6 +7,8 @@
 #include <QObject>
 #include <QString>
 
+#include <limits>
+
 // Text and bytes in the four text encodings. A text never goes past a zero byte (in UTF-16, a zero
 // unit), whatever the size of the input.
 class TESSALINE_EXPORT StringUtility
@@ -26,7 +28,10 @@ public:
     };
     Q_ENUM(TextEncoding)
 
-    // An unknown encoding logs a warning and reads as UTF-8.
+    // How many bytes a text may be made of: a QString of more can't be had.
+    static constexpr int maxTextBytes = (std::numeric_limits<int>::max() - 64) / 2;
+
+    // An unknown encoding logs a warning and reads as UTF-8. Too many bytes log one and are no text.
     static QString toString(const QByteArray &bytes, int encoding);
     // UTF-16 is in the machine's byte order without a byte order mark; an unknown encoding logs a
     // warning and writes Latin-1.
@@ -35,7 +40,7 @@ public:
     // warning and gives no bytes.
     static QByteArray toValueData(const QJSValue &value, int encoding);
 
-    // A whole file as UTF-8; null for an empty or missing file.
+    // A whole file as UTF-8; null for an empty or missing file, and for one of too many bytes.
     static QString readFile(const QString &path);
     static bool writeFile(const QString &path, const QString &text);
 };

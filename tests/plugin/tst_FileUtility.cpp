@@ -75,7 +75,9 @@ private slots:
     void readFileOfAFolderOnDisk();
     void readFileBeyondWhatIsReadAtOnce();
     void readFileWithoutASize();
+    void readFileOfTooMuch();
     void readFileOfAPipeLosesNoWriter();
+    void namesWithANulAreRefused();
     void writeFileTruncates();
     void writeFileFails_data();
     void writeFileFails();
@@ -665,6 +667,43 @@ void tst_FileUtility::readFileWithoutASize()
 {
     QVERIFY(FileUtility::readFile("/proc/self/status").startsWith("Name:"));
     QVERIFY(FileUtility::readFile("/dev/null").isEmpty());
+}
+
+void tst_FileUtility::readFileOfTooMuch()
+{
+    const QTemporaryDir dir;
+    const QString path = dir.filePath("file");
+    QVERIFY(FileUtility::writeFile(path, "12345"));
+    QVERIFY(QDir::setCurrent(dir.path()));
+    LogCapture log;
+    QCOMPARE(FileUtility::readFile(path, 5), QByteArray("12345"));
+    QCOMPARE(FileUtility::readFile("file", 5), QByteArray("12345"));
+    QVERIFY(log.messages().isEmpty());
+    QVERIFY(FileUtility::readFile(path, 4).isEmpty());
+    QVERIFY(FileUtility::readFile("file", 4).isEmpty());
+    QVERIFY(FileUtility::readFile("/proc/self/status", 4).isEmpty()); // has no size
+    QCOMPARE(log.count(QtWarningMsg, category, "Too many bytes to read:"), 3);
+    QVERIFY(QDir::setCurrent("/"));
+}
+
+void tst_FileUtility::namesWithANulAreRefused()
+{
+    const QTemporaryDir dir;
+    const QString path = dir.filePath("file");
+    const QString cut = path + QChar(0) + ".txt";
+    QVERIFY(FileUtility::writeFile(path, "kept"));
+    const QDateTime before = QFileInfo(path).lastModified();
+    LogCapture log;
+    QVERIFY(FileUtility::hasUsableName(path));
+    QVERIFY(!FileUtility::hasUsableName(cut));
+    QVERIFY(FileUtility::readFile(cut).isEmpty());
+    QVERIFY(!FileUtility::writeFile(cut, "lost"));
+    QVERIFY(!FileUtility::lastModified(cut));
+    QVERIFY(!FileUtility::setDateTime(cut, before.addDays(-1), before.addDays(-1)));
+    QVERIFY(FileUtility::dirEntryList(QDir(dir.path() + QChar(0) + 'x')).isEmpty());
+    QCOMPARE(log.count(QtWarningMsg, category, "Name with a NUL:"), 6);
+    QCOMPARE(FileUtility::readFile(path), QByteArray("kept"));
+    QCOMPARE(QFileInfo(path).lastModified(), before);
 }
 
 void tst_FileUtility::readFileOfAPipeLosesNoWriter()

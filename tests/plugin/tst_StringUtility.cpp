@@ -21,6 +21,8 @@ private slots:
     void toStringOfANullArray_data();
     void toStringOfANullArray();
     void toStringKeepsToTheBytesOfAnArray();
+    void toStringOfTooManyBytesWarns_data();
+    void toStringOfTooManyBytesWarns();
     void toStringOfAnUndefinedEncodingWarns();
     void toStringDataEncodes_data();
     void toStringDataEncodes();
@@ -126,6 +128,25 @@ void tst_StringUtility::toStringKeepsToTheBytesOfAnArray()
     QCOMPARE(StringUtility::toString(raw, local), QStringLiteral("abc"));
     const LogCapture log;
     QCOMPARE(StringUtility::toString(raw, 9), QStringLiteral("abc"));
+}
+
+void tst_StringUtility::toStringOfTooManyBytesWarns_data()
+{
+    QTest::addColumn<int>("encoding");
+    QTest::newRow("UTF-8") << int(StringUtility::TextEncodingUtf8);
+    QTest::newRow("Latin-1") << int(StringUtility::TextEncodingLatin1);
+    QTest::newRow("local") << int(StringUtility::TextEncodingLocal8Bit);
+    QTest::newRow("UTF-16") << int(StringUtility::TextEncodingUtf16);
+}
+
+void tst_StringUtility::toStringOfTooManyBytesWarns()
+{
+    QFETCH(int, encoding);
+    // Only claims to be that long: nobody may look at it.
+    const QByteArray bytes = QByteArray::fromRawData("x", StringUtility::maxTextBytes + 1);
+    LogCapture log;
+    QCOMPARE(StringUtility::toString(bytes, encoding), QString());
+    QCOMPARE(log.count(QtWarningMsg, "default", "Too many bytes for a text:"), 1);
 }
 
 void tst_StringUtility::toStringOfAnUndefinedEncodingWarns()
