@@ -45,7 +45,8 @@
     script takes the text "false" for true. Store a URL as its text.
 
     Failures aren't reported. What can't be written, on a full disk for instance, is kept in memory
-    and tried again; an unreadable store is empty.
+    and tried again; an unreadable store is empty. One so damaged that its values can't be had is
+    left as it is, with a warning in the log. A key that is empty or made of slashes has no value.
 */
 
 /*!
@@ -224,12 +225,16 @@ bool Settings::writeJsonFormat(QIODevice &device, const QSettings::SettingsMap &
 
 void Settings::synchronize()
 {
-    sync();
+    SettingsBase::guarded(*this, false, [this] {
+        sync();
+        return true;
+    });
 }
 
 QVariant Settings::value(const QString &key, const QVariant &defaultValue) const
 {
-    const QVariant stored = QSettings::value(key, defaultValue);
+    const QVariant stored = SettingsBase::guarded(
+        *this, defaultValue, [&] { return QSettings::value(key, defaultValue); });
     return stored.isNull() || isBlankText(stored) ? defaultValue : stored;
 }
 
@@ -243,10 +248,12 @@ void Settings::setValue(const QString &key, const QVariant &value, const QVarian
         return;
     }
 
+    if (!SettingsBase::isValueKey(key))
+        return;
     QSettings::setValue(key, newValue);
     emit valueChanged(key);
     if (m_syncOnWrite)
-        sync();
+        synchronize();
 }
 
 QColor Settings::colorValue(const QString &key, const QColor &defaultValue) const
@@ -271,12 +278,21 @@ double Settings::numberValue(const QString &key, double defaultValue) const
 
 void Settings::remove(const QString &key)
 {
-    QSettings::remove(key);
+    SettingsBase::guarded(*this, false, [&] {
+        QSettings::remove(key);
+        return true;
+    });
 }
 
 bool Settings::contains(const QString &key) const
 {
-    return QSettings::contains(key);
+    return SettingsBase::guarded(*this, false, [&] { return QSettings::contains(key); });
+}
+
+// The event loop has QSettings write what was changed, and nobody there catches anything.
+bool Settings::event(QEvent *event)
+{
+    return SettingsBase::guarded(*this, true, [&] { return QSettings::event(event); });
 }
 
 void Settings::classBegin()

@@ -70,6 +70,9 @@ signals:
     // A value was stored; removals are silent.
     void valueChanged(const QString &key);
 
+protected:
+    bool event(QEvent *event) override;
+
 private slots:
     void onPropertyChanged();
 

@@ -1,5 +1,7 @@
 #include "files/SettingsBase.h"
 
+#include "plugin/TessalineDebug.h"
+
 SettingsBase::SettingsBase(QObject *parent)
     : QSettings(parent)
 {
@@ -29,12 +31,16 @@ SettingsBase::SettingsBase(const QString &fileName, QSettings::Format format, QO
 
 void SettingsBase::synchronize()
 {
-    sync();
+    guarded(*this, false, [this] {
+        sync();
+        return true;
+    });
 }
 
 QVariant SettingsBase::value(const QString &key, const QVariant &defaultValue) const
 {
-    QVariant stored = QSettings::value(key, defaultValue);
+    QVariant stored =
+        guarded(*this, defaultValue, [&] { return QSettings::value(key, defaultValue); });
     if (stored.isNull() || stored.toString().trimmed().isEmpty())
         return defaultValue;
     return stored;
@@ -45,7 +51,7 @@ void SettingsBase::setValue(const QString &key, const QVariant &value, const QVa
     const bool isDefault = !defaultValue.isNull() && value == defaultValue;
     if (value.isNull() || isDefault || value.toString().trimmed().isEmpty())
         removeKey(*this, key);
-    else
+    else if (isValueKey(key))
         QSettings::setValue(key, value);
 }
 
@@ -77,9 +83,29 @@ QString SettingsBase::colorText(const QColor &color)
 
 void SettingsBase::removeKey(QSettings &settings, const QString &key)
 {
-    // QSettings leaves nothing of a key that is made of slashes.
-    if (key.count(QLatin1Char('/')) < key.size())
+    if (!isValueKey(key))
+        return;
+    guarded(settings, false, [&] {
         settings.remove(key);
+        return true;
+    });
+}
+
+bool SettingsBase::isValueKey(const QString &key)
+{
+    // QSettings leaves nothing of a key that is made of slashes.
+    return key.count(QLatin1Char('/')) < key.size();
+}
+
+// The event loop has QSettings write what was changed, and nobody there catches anything.
+bool SettingsBase::event(QEvent *event)
+{
+    return guarded(*this, true, [&] { return QSettings::event(event); });
+}
+
+void SettingsBase::reportDamage(const QSettings &settings)
+{
+    qCWarning(FRAMEWORK_FILE) << "Settings can't be read:" << settings.fileName();
 }
 
 #include "moc_SettingsBase.cpp"

@@ -6,6 +6,8 @@
 #include <QSettings>
 #include <QVariant>
 
+#include <new>
+
 // QSettings where an empty value counts as not set: the base of the player's own settings. QML sees
 // it as the uncreatable "Settings" that the class Settings takes the name of; objects of it offer
 // scripts their path and synchronize() only. Nothing here reports a failure.
@@ -46,4 +48,26 @@ public:
     // Removes one key, and the group of that name. An empty key would be the whole store to
     // QSettings, and is nothing here: setting no value must not lose all the others.
     static void removeKey(QSettings &settings, const QString &key);
+    // Whether a key can have a value: an empty one, or one of slashes alone, can't.
+    static bool isValueKey(const QString &key);
+
+    // What `access` gives, or `failed`, with a warning, where QSettings can't bear its file: it
+    // reads at the first access, and believes a damaged file about the memory that a value needs.
+    // It stays sound then, reads again at the next access, and doesn't write over such a file.
+    template <typename Result, typename Access>
+    static Result guarded(const QSettings &settings, Result failed, Access access)
+    {
+        try {
+            return access();
+        } catch (const std::bad_alloc &) {
+            reportDamage(settings);
+            return failed;
+        }
+    }
+
+protected:
+    bool event(QEvent *event) override;
+
+private:
+    static void reportDamage(const QSettings &settings);
 };

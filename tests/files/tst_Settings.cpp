@@ -57,6 +57,7 @@ private slots:
     void fullDiskIsSilent();
     void jsonStoreKeepsTheOldFileOnAFullDisk();
     void unwritablePathIsSilent();
+    void damagedStoreIsEmptyAndStaysAsItIs();
 
 private:
     QString iniPath() const { return m_dir.filePath("settings.ini"); }
@@ -280,6 +281,14 @@ void tst_Settings::nothingUnderAnEmptyKeyLosesNothing()
     settings.setValue("/", "  ");
     settings.setValue("", 5, 5);
     QCOMPARE(settings.value("kept"), QVariant(1));
+    QSignalSpy spy(&settings, &Settings::valueChanged);
+    settings.setValue("/", 1);
+    settings.setValue("", 1);
+    settings.beginGroup("group");
+    settings.setValue("//", 1);
+    settings.endGroup();
+    QCOMPARE(spy.count(), 0);
+    QCOMPARE(settings.allKeys(), QStringList("kept"));
     settings.remove("");
     QVERIFY(!settings.contains("kept"));
 }
@@ -638,6 +647,33 @@ void tst_Settings::unwritablePathIsSilent()
         QCOMPARE(settings.value("k"), QVariant(1));
     }
     QVERIFY2(log.messages().isEmpty(), qPrintable(log.dump()));
+}
+
+// A list that says of itself that it is longer than any memory.
+void tst_Settings::damagedStoreIsEmptyAndStaysAsItIs()
+{
+    const QByteArray damaged =
+        "[General]\nlst=@Variant(\\0\\0\\0\\t\\x7f\\xff\\xff\\xff)\nother=1\n";
+    QFile file(iniPath());
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(damaged) == damaged.size());
+    file.close();
+
+    LogCapture log;
+    {
+        Settings settings(iniPath(), QSettings::IniFormat);
+        QCOMPARE(settings.value("lst", "default"), QVariant("default"));
+        QCOMPARE(settings.contains("lst"), false);
+        settings.setValue("new", 1);
+        QCOMPARE(settings.value("new"), QVariant(1)); // in memory
+        settings.remove("lst");
+        settings.synchronize();
+        QCoreApplication::processEvents(); // QSettings writes by itself
+    }
+    QVERIFY(log.count(QtWarningMsg, "Zemrik.Tessaline.File",
+                      "Settings can't be read: \"" + iniPath() + '"')
+            >= 3);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), damaged);
 }
 
 TESSALINE_TEST_MAIN(tst_Settings)

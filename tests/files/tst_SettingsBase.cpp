@@ -26,6 +26,7 @@ private slots:
     void colorsAreStoredAsText_data();
     void colorsAreStoredAsText();
     void logsNothing();
+    void damagedStoreIsEmpty();
 
 private:
     QString iniPath() const { return m_dir.filePath("base.ini"); }
@@ -184,7 +185,10 @@ void tst_SettingsBase::nothingUnderAnEmptyKeyLosesNothing()
 
     settings.setValue(key, QVariant());
     settings.setGroupValue("group", key, "");
+    settings.setValue(key, 1);
+    settings.setGroupValue("group", key, 1);
 
+    QCOMPARE(settings.allKeys(), (QStringList{"group/kept", "kept"}));
     QCOMPARE(settings.value("kept"), QVariant(1));
     QCOMPARE(settings.groupValue("group", "kept"), QVariant(2));
 }
@@ -248,6 +252,24 @@ void tst_SettingsBase::logsNothing()
         settings.synchronize();
     }
     QVERIFY2(log.messages().isEmpty(), qPrintable(log.dump()));
+}
+
+void tst_SettingsBase::damagedStoreIsEmpty()
+{
+    QFile file(iniPath());
+    QVERIFY(file.open(QIODevice::WriteOnly)
+            && file.write("lst=@Variant(\\0\\0\\0\\t\\x7f\\xff\\xff\\xff)\n") > 0);
+    file.close();
+    LogCapture log;
+    {
+        SettingsBase settings(iniPath(), QSettings::IniFormat);
+        QCOMPARE(settings.value("lst", "default"), QVariant("default"));
+        settings.setValue("lst", QVariant());
+        settings.setValue("new", 1);
+        settings.synchronize();
+        QCoreApplication::processEvents();
+    }
+    QVERIFY(log.count(QtWarningMsg, "Zemrik.Tessaline.File", "Settings can't be read:") >= 3);
 }
 
 TESSALINE_TEST_MAIN(tst_SettingsBase)
