@@ -723,7 +723,8 @@ void ImageObject::replaceImage(QImage image)
 
 bool ImageObject::loadFile(const QString &path, const QString &format)
 {
-    const QImage image = loadedImage(path, format.toLatin1());
+    const QImage image =
+        FileUtility::hasUsableName(path) ? loadedImage(path, format.toLatin1()) : QImage();
     replaceImage(image);
     return !image.isNull();
 }
@@ -757,7 +758,8 @@ bool ImageObject::saveFile(const QString &path, const QString &format, int quali
 {
     const QByteArray name = format.toLatin1();
     QFile file(path);
-    return m_image->image().save(&file, name.isEmpty() ? nullptr : name.constData(), quality)
+    return FileUtility::hasUsableName(path)
+           && m_image->image().save(&file, name.isEmpty() ? nullptr : name.constData(), quality)
            && file.error() == QFileDevice::NoError && file.flush();
 }
 

@@ -2,6 +2,7 @@
 
 #include "imaging/PlausibleSize.h"
 #include "imaging/TagMap.h"
+#include "plugin/FileUtility.h"
 
 #include <QBuffer>
 #include <QDataStream>
@@ -800,7 +801,8 @@ qint64 QExifImageHeader::write(QIODevice *device) const
 bool QExifImageHeader::loadFromJpeg(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) && loadFromJpeg(&file);
+    return FileUtility::hasUsableName(path) && file.open(QIODevice::ReadOnly)
+           && loadFromJpeg(&file);
 }
 
 bool QExifImageHeader::loadFromJpeg(QIODevice *device)
@@ -814,7 +816,8 @@ bool QExifImageHeader::saveToJpeg(const QString &path) const
 {
     QFile file(path);
     // A missing file is not made: an empty one would be no JPEG either.
-    return file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) && saveToJpeg(&file)
+    return FileUtility::hasUsableName(path)
+           && file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly) && saveToJpeg(&file)
            && file.flush();
 }
 

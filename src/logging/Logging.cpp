@@ -471,7 +471,7 @@ bool Logging::fileOpen()
         return false;
     const QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Text
                                      | (m_append ? QIODevice::Append : QIODevice::Truncate);
-    return m_file.open(mode);
+    return FileUtility::hasUsableName(m_file.fileName()) && m_file.open(mode);
 }
 
 bool Logging::syslogOpen()

@@ -1,6 +1,7 @@
 #include "network/NetworkFormData.h"
 
 #include "network/NetworkFilePart.h"
+#include "plugin/FileUtility.h"
 
 #include <QBuffer>
 #include <QDebug>
@@ -40,7 +41,8 @@ bool NetworkFormData::appendPath(const QString &path, qint64 offset, qint64 size
     auto file = std::make_unique<QFile>(path);
     // Read in big pieces only, so a buffer of its own would just copy.
     const QIODevice::OpenMode mode = QIODevice::ReadOnly | QIODevice::Unbuffered;
-    if ((info.exists() && !info.isFile()) || !file->open(mode)) {
+    if (!FileUtility::hasUsableName(path) || (info.exists() && !info.isFile())
+        || !file->open(mode)) {
         qDebug() << Q_FUNC_INFO << "Cannot open: " << path;
         return false;
     }

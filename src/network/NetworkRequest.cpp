@@ -1252,7 +1252,7 @@ void NetworkRequest::openResponseFile()
     const QString path = FileUtility::resolvedPath(m_responsePath, true);
     QFile::remove(path);
     auto file = std::make_unique<QFile>(path);
-    if (file->open(QIODevice::ReadWrite)) {
+    if (FileUtility::hasUsableName(path) && file->open(QIODevice::ReadWrite)) {
         m_responseFile = std::move(file);
     } else {
         m_responseInMemory = true;

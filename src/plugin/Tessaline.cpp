@@ -782,7 +782,7 @@ bool Tessaline::grabWindowToFile(const QString &path, const QRect &rect)
         return false;
     // What QImage::save() wrote may still be buffered; only a flush tells of a full disk.
     QFile file(resolvedPath(path));
-    return image.save(&file) && file.flush();
+    return FileUtility::hasUsableName(file.fileName()) && image.save(&file) && file.flush();
 }
 
 /*!

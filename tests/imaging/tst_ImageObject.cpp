@@ -88,6 +88,7 @@ private slots:
     void saveTakesTheQuality();
     void saveOfNoImageOrToNowhereFails_data();
     void saveOfNoImageOrToNowhereFails();
+    void nameWithANulIsNeitherSavedNorLoaded();
     void saveToAReadOnlyFolderFails();
     void saveToAFullDiskFails();
     void saveIsSilent();
@@ -1012,6 +1013,19 @@ void tst_ImageObject::saveOfNoImageOrToNowhereFails()
     QVERIFY(!ImageObject(image).save(target, format));
     QVERIFY(name == "." || !QFile::exists(target));
     QCOMPARE(log.count(QtWarningMsg, imageCategory, ""), 0);
+}
+
+void tst_ImageObject::nameWithANulIsNeitherSavedNorLoaded()
+{
+    QVERIFY(pattern(4, 4).save(path("kept.png")));
+    const QByteArray before = FileUtility::readFile(path("kept.png"));
+    const QString name = path("kept.png") + QChar(0) + ".png";
+    const LogCapture log;
+    ImageObject image(pattern(2, 2));
+    QVERIFY(!image.save(name));
+    QCOMPARE(FileUtility::readFile(path("kept.png")), before);
+    QVERIFY(!image.load(name));
+    QVERIFY(image.isEmpty());
 }
 
 void tst_ImageObject::saveToAReadOnlyFolderFails()

@@ -83,6 +83,7 @@ private slots:
     void refusedFilesStayAsTheyAre_data();
     void refusedFilesStayAsTheyAre();
     void savesToAPath();
+    void pathWithANulIsNeitherSavedNorLoaded();
     void readOnlyAndMissingFilesAreNotSaved();
     void fileThatCannotBeOpenedLeavesTheHeader();
     void fileWithoutPermissionStaysAsItIs();
@@ -1210,6 +1211,21 @@ void tst_QExifImageHeader::refusedFilesStayAsTheyAre()
     const QByteArray before = bytes;
     QVERIFY(!save(Header(), &bytes));
     QCOMPARE(bytes, before);
+}
+
+void tst_QExifImageHeader::pathWithANulIsNeitherSavedNorLoaded()
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath("picture.jpg");
+    const QString cut = path + QChar(0) + ".jpg";
+    QVERIFY(corners().save(path, "JPG"));
+    Header header;
+    header.setValue(Header::Make, QString("Maker"));
+    const LogCapture log;
+    QVERIFY(!header.saveToJpeg(cut));
+    QVERIFY(!Header(path).contains(Header::Make));
+    QVERIFY(header.saveToJpeg(path));
+    QVERIFY(!Header(cut).contains(Header::Make));
 }
 
 void tst_QExifImageHeader::savesToAPath()

@@ -60,6 +60,7 @@ private slots:
     void unwritableLocation_data();
     void unwritableLocation();
     void fileWithoutPermission();
+    void fileNameWithANul();
     void eachMessageIsOnTheDiskAtOnce();
 
     // Rows and records
@@ -612,6 +613,21 @@ void tst_Logging::fileWithoutPermission()
         m_logging->setEnabled(true);
     }
     QVERIFY(!m_logging->enabled());
+}
+
+void tst_Logging::fileNameWithANul()
+{
+    QFile file(newFile().toLocalFile());
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("kept") == 4);
+    file.close();
+    m_logging->setOutputLocation(QUrl::fromEncoded(newFile().toEncoded() + "%00.log"));
+    {
+        const LogCapture log;
+        m_logging->setEnabled(true);
+    }
+    QVERIFY(!m_logging->enabled());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("kept"));
 }
 
 void tst_Logging::eachMessageIsOnTheDiskAtOnce()

@@ -19,6 +19,7 @@ class tst_NetworkFormData : public QObject
 private slots:
     void newBodyIsOpenEmptyAndReadOnly();
     void appendingTellsThatThereIsMore();
+    void pathWithANulIsNotAppended();
     void chainIsReadInOrder_data();
     void chainIsReadInOrder();
     void sizeIsTheSumOfThePieces();
@@ -80,6 +81,15 @@ void tst_NetworkFormData::appendingTellsThatThereIsMore()
     QVERIFY(form.appendPath(makeFile("file", "x"), 0, 1));
 
     QCOMPARE(more.count(), 4);
+}
+
+// Another file than the one of that name would go to the server.
+void tst_NetworkFormData::pathWithANulIsNotAppended()
+{
+    NetworkFormData form;
+    const LogCapture log;
+    QVERIFY(!form.appendPath(makeFile("file", "secret") + QChar(0) + ".txt", 0, -1));
+    QVERIFY(form.readAll().isEmpty());
 }
 
 void tst_NetworkFormData::chainIsReadInOrder_data()

@@ -46,6 +46,7 @@ private slots:
     void emptyAnswerLeavesAnOldFileAlone();
     void pathVariablesAreResolved();
     void fileThatCannotBeOpenedLeavesTheBodyInMemory();
+    void pathWithANulLeavesTheBodyInMemory();
     void pathCannotBeChangedWhileTheFileIsOpen();
     void pathMayBeSetBeforeTheFirstData();
     void errorPageGoesToTheFileToo();
@@ -446,6 +447,22 @@ void tst_NetworkRequestAnswer::fileThatCannotBeOpenedLeavesTheBodyInMemory()
     server.sendMore("def");
     QVERIFY(finish(request));
     QCOMPARE(readFile(path), QByteArray("abcdef"));
+}
+
+void tst_NetworkRequestAnswer::pathWithANulLeavesTheBodyInMemory()
+{
+    RawServer server;
+    server.answer("HTTP/1.1 200 OK\r\nContent-Length: 3\r\n\r\nabc");
+    const QTemporaryDir dir;
+    const QString other = dir.filePath("other");
+    QVERIFY(FileUtility::writeFile(other, "kept"));
+    NetworkRequest request;
+    request.setUrl(server.url());
+    request.setResponsePath(other + QChar(0) + ".part");
+    request.send();
+    QVERIFY(finish(request));
+    QCOMPARE(request.response(), QVariant("abc"));
+    QCOMPARE(readFile(other), QByteArray("kept"));
 }
 
 void tst_NetworkRequestAnswer::pathCannotBeChangedWhileTheFileIsOpen()
