@@ -199,6 +199,7 @@ void File::setPath(const QString &path)
     if (resolved == m_file.fileName())
         return;
     m_file.setFileName(resolved);
+    m_nameRefused = false;
     emit pathChanged();
 }
 
@@ -232,9 +233,15 @@ void File::setPosition(qlonglong position)
     notifyMove(m_file.seek(position));
 }
 
+QString File::errorString() const
+{
+    return m_nameRefused ? QStringLiteral("File name with a NUL") : m_file.errorString();
+}
+
 bool File::open(int openMode)
 {
-    if (!m_file.open(QIODevice::OpenMode(openMode))) {
+    m_nameRefused = !FileUtility::hasUsableName(path());
+    if (m_nameRefused || !m_file.open(QIODevice::OpenMode(openMode))) {
         emit errorChanged();
         return false;
     }

@@ -81,8 +81,8 @@ public:
     void setTextMode(bool textMode);
     StringUtility::TextEncoding textEncoding() const { return m_textEncoding; }
     void setTextEncoding(StringUtility::TextEncoding textEncoding);
-    int error() const { return m_file.error(); }
-    QString errorString() const { return m_file.errorString(); }
+    int error() const { return m_nameRefused ? int(ErrorOpen) : m_file.error(); }
+    QString errorString() const;
     // In bytes from the start.
     qlonglong position() const { return m_file.pos(); }
     void setPosition(qlonglong position);
@@ -125,5 +125,6 @@ private:
     void writeBytes(const QByteArray &bytes);
 
     QFile m_file;
+    bool m_nameRefused = false; // by the last open(): QFile doesn't know of that error
     StringUtility::TextEncoding m_textEncoding = StringUtility::TextEncodingUtf8;
 };

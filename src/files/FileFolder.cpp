@@ -15,6 +15,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <limits>
 #include <vector>
 
 /*!
@@ -106,13 +107,16 @@
 
 /*!
     \qmlmethod bool FileFolder::removeFolder()
-    Removes this folder and everything in it. Returns true also if it doesn't exist.
+    Removes this folder and everything in it; of a symbolic link to a folder only the link. Returns
+    true also if it doesn't exist.
 */
 
 /*!
     \qmlmethod bool FileFolder::removeFolder(string folderName, bool recursive)
     Removes a folder below this one; one with something in it only if \a recursive, which is false
-   if left out. True also if it doesn't exist.
+   if left out. True also if it doesn't exist. Refused with \a recursive are a name that leads to
+    this folder itself or to one above it, as an empty one does, and then of a symbolic link only the
+    link goes.
 */
 
 /*!
@@ -129,7 +133,7 @@
 
 /*!
     \qmlmethod string FileFolder::filePath(string fileName)
-    The absolute path of \a fileName in this folder.
+    The absolute path of \a fileName in this folder; empty if \l path is.
 */
 
 /*!
@@ -154,8 +158,8 @@
 
 /*!
     \qmlmethod bool FileFolder::renameFile(string oldFileName, string newFileName)
-    Renames the file or folder \a oldFileName to \a newFileName. Nothing is overwritten.
-    Returns whether it is renamed.
+    Renames the file or folder \a oldFileName to \a newFileName. Nothing is overwritten, and no link
+    either. Returns whether it is renamed.
 */
 
 /*!
@@ -189,9 +193,11 @@
 
 /*!
     \qmlmethod bool FileFolder::writeFile(string fileName, var content, object options)
-    Replaces the file \a fileName by \a content: a text, in UTF-8, or the bytes of an ArrayBuffer.
-    Of \a options, \c{{ decode: "base64" }} or \c{{ decode: "hex" }} writes the bytes that the text
-    stands for. Returns false unless all of it is on the disk.
+    Replaces the file \a fileName by \a content: a text, in UTF-8, or the bytes of an ArrayBuffer or of
+    a typed array. Of \a options, \c{{ decode: "base64" }} or \c{{ decode: "hex" }} writes the bytes
+    that the text stands for. A number or a boolean is written as its text; \c undefined, \c null,
+    objects and lists have no bytes, and leave an empty file. Returns false unless all of it is on the
+    disk.
 */
 
 /*!
@@ -218,6 +224,7 @@
 /*!
     \qmlmethod Settings FileFolder::settingsFile(string fileName)
     A new \l Settings object on an INI file of this folder, "settings.ini" if \a fileName is empty.
+    Null if \l path is empty, or if there can't be a file of that name.
 */
 
 /*!
@@ -242,6 +249,13 @@ QStringList nameFilters(const QVariant &nameFilter)
     const QVariant filter = plainValue(nameFilter);
     return filter.canConvert<QStringList>() ? filter.toStringList()
                                             : QStringList(filter.toString());
+}
+
+// Whether a path is that of a folder or of something above it, as they are written.
+bool isAtOrAbove(const QString &path, const QString &folder)
+{
+    return folder == path
+           || folder.startsWith(path.endsWith(QLatin1Char('/')) ? path : path + QLatin1Char('/'));
 }
 
 // Whether a symbolic link leads to one of the folders that the path to it goes through. Following
@@ -360,6 +374,15 @@ qint64 treeSize(const QDir &dir)
     return size;
 }
 
+// As QDir::removeRecursively(), which empties the folder behind a link when it begins at one.
+bool removeTree(const QString &path)
+{
+    const QString cleaned = QDir::cleanPath(path);
+    if (QFileInfo(cleaned).isSymLink())
+        return QFile::remove(cleaned);
+    return dirAt(cleaned).removeRecursively();
+}
+
 enum class Coding { None, Base64, Hex };
 
 // The coding that an option of readFile or writeFile asks for; an unknown one is none.
@@ -373,6 +396,21 @@ Coding codingOption(const QVariantMap &options, const QString &name)
     return Coding::None;
 }
 
+// How many bytes can be encoded: the result is longer, and no longer than a QByteArray may be.
+int maxEncoded(Coding coding)
+{
+    const int maxBytes = std::numeric_limits<int>::max() - 64;
+    switch (coding) {
+    case Coding::Base64:
+        return maxBytes / 4 * 3;
+    case Coding::Hex:
+        return maxBytes / 2;
+    case Coding::None:
+        break;
+    }
+    return std::numeric_limits<int>::max();
+}
+
 QByteArray encoded(const QByteArray &bytes, Coding coding)
 {
     switch (coding) {
@@ -384,6 +422,19 @@ QByteArray encoded(const QByteArray &bytes, Coding coding)
         break;
     }
     return bytes;
+}
+
+// A typed array, which a QVariant doesn't know, as the bytes it shows; any other value as it is.
+QVariant withTypedArrayAsBytes(const QVariant &content)
+{
+    if (content.userType() != qMetaTypeId<QJSValue>())
+        return content;
+    const auto value = content.value<QJSValue>();
+    const QVariant buffer = value.property(QStringLiteral("buffer")).toVariant();
+    if (buffer.userType() != QMetaType::QByteArray)
+        return plainValue(content);
+    return buffer.toByteArray().mid(value.property(QStringLiteral("byteOffset")).toInt(),
+                                    value.property(QStringLiteral("byteLength")).toInt());
 }
 
 QByteArray decoded(const QVariant &content, Coding coding)
@@ -454,13 +505,13 @@ bool FileFolder::exists() const
 qlonglong FileFolder::size() const
 {
     if (m_cachedSize < 0)
-        m_cachedSize = treeSize(m_dir);
+        m_cachedSize = leadsSomewhere(Q_FUNC_INFO) ? treeSize(m_dir) : 0;
     return m_cachedSize;
 }
 
 bool FileFolder::cdUp()
 {
-    if (refusesMove(Q_FUNC_INFO) || !m_dir.cdUp())
+    if (refusesMove(Q_FUNC_INFO) || !leadsSomewhere(Q_FUNC_INFO) || !m_dir.cdUp())
         return false;
     announceMove();
     return true;
@@ -468,7 +519,7 @@ bool FileFolder::cdUp()
 
 bool FileFolder::cd(const QString &path)
 {
-    if (refusesMove(Q_FUNC_INFO) || !m_dir.cd(path))
+    if (refusesMove(Q_FUNC_INFO) || !leadsSomewhere(Q_FUNC_INFO, path) || !m_dir.cd(path))
         return false;
     announceMove();
     return true;
@@ -476,22 +527,22 @@ bool FileFolder::cd(const QString &path)
 
 QStringList FileFolder::fileNames(const QVariant &nameFilter, bool subFolders) const
 {
+    if (!leadsSomewhere(Q_FUNC_INFO))
+        return QStringList();
     return NameWalk(NameWalk::Files, nameFilters(nameFilter), subFolders).names(m_dir);
 }
 
 QStringList FileFolder::folderNames(const QVariant &nameFilter, bool subFolders) const
 {
+    if (!leadsSomewhere(Q_FUNC_INFO))
+        return QStringList();
     return NameWalk(NameWalk::Folders, nameFilters(nameFilter), subFolders).names(m_dir);
 }
 
 bool FileFolder::makeFolder()
 {
-    if (refusesChange(Q_FUNC_INFO))
+    if (!canChange(Q_FUNC_INFO))
         return false;
-    if (path().isEmpty()) {
-        qCWarning(FRAMEWORK_FILE) << Q_FUNC_INFO << "No path";
-        return false;
-    }
     if (exists())
         return true;
 
@@ -506,18 +557,15 @@ bool FileFolder::makeFolder()
 
 bool FileFolder::removeFolder()
 {
-    if (refusesChange(Q_FUNC_INFO))
+    if (!canChange(Q_FUNC_INFO))
         return false;
-    if (path().isEmpty()) {
-        qCWarning(FRAMEWORK_FILE) << Q_FUNC_INFO << "No path";
-        return false;
-    }
     if (!exists())
         return true;
 
     qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << m_dir.path();
-    if (!m_dir.removeRecursively())
+    if (!removeTree(path()))
         return false;
+    m_cachedSize = -1;
     emit existsChanged();
     emit sizeChanged();
     return true;
@@ -525,19 +573,24 @@ bool FileFolder::removeFolder()
 
 bool FileFolder::removeFolder(const QString &folderName, bool recursive)
 {
-    if (refusesChange(Q_FUNC_INFO))
+    if (!canChange(Q_FUNC_INFO, folderName))
         return false;
     QDir target = dirAt(filePath(folderName));
     if (!target.exists())
         return true;
+    // A name that came out empty, or with too many steps, must not cost more than it names.
+    if (recursive && leadsUp(target.path())) {
+        qCWarning(FRAMEWORK_FILE) << Q_FUNC_INFO << "Not a folder of this one:" << folderName;
+        return false;
+    }
 
     qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << target.path() << recursive << folderName;
-    return recursive ? target.removeRecursively() : target.rmdir(target.path());
+    return recursive ? removeTree(target.path()) : target.rmdir(target.path());
 }
 
 bool FileFolder::makePath(const QString &path) const
 {
-    if (refusesChange(Q_FUNC_INFO))
+    if (!canChange(Q_FUNC_INFO, path))
         return false;
     if (m_dir.mkpath(path))
         return true;
@@ -547,7 +600,7 @@ bool FileFolder::makePath(const QString &path) const
 
 bool FileFolder::removePath(const QString &path) const
 {
-    if (refusesChange(Q_FUNC_INFO))
+    if (!canChange(Q_FUNC_INFO, path))
         return false;
     if (m_dir.rmpath(path))
         return true;
@@ -557,7 +610,7 @@ bool FileFolder::removePath(const QString &path) const
 
 QString FileFolder::filePath(const QString &fileName) const
 {
-    return QDir::cleanPath(m_dir.absoluteFilePath(fileName));
+    return path().isEmpty() ? QString() : QDir::cleanPath(m_dir.absoluteFilePath(fileName));
 }
 
 QString FileFolder::relativeFilePath(const QString &fileName) const
@@ -568,6 +621,8 @@ QString FileFolder::relativeFilePath(const QString &fileName) const
 QUrl FileFolder::fileUrl(const QString &fileName) const
 {
     const QString path = filePath(fileName);
+    if (path.isEmpty())
+        return QUrl();
     if (QFileInfo(path).isNativePath())
         return QUrl::fromLocalFile(path);
     // A resource path with its colon as the end of the scheme: ":/a" is "qrc:/a".
@@ -579,11 +634,13 @@ QUrl FileFolder::fileUrl(const QString &fileName) const
 
 bool FileFolder::fileExists(const QString &fileName) const
 {
-    return m_dir.exists(fileName);
+    return leadsSomewhere(Q_FUNC_INFO, fileName) && m_dir.exists(fileName);
 }
 
 bool FileFolder::removeFile(const QString &fileName)
 {
+    if (!leadsSomewhere(Q_FUNC_INFO, fileName))
+        return false;
     if (!fileExists(fileName))
         return true;
     if (refusesChange(Q_FUNC_INFO))
@@ -593,9 +650,10 @@ bool FileFolder::removeFile(const QString &fileName)
 
 bool FileFolder::renameFile(const QString &oldFileName, const QString &newFileName)
 {
-    if (refusesChange(Q_FUNC_INFO))
+    if (!canChange(Q_FUNC_INFO, oldFileName) || !leadsSomewhere(Q_FUNC_INFO, newFileName))
         return false;
-    if (m_dir.rename(oldFileName, newFileName))
+    // A link whose target is missing is no file to QFile, which would write to that target.
+    if (!QFileInfo(filePath(newFileName)).isSymLink() && m_dir.rename(oldFileName, newFileName))
         return true;
     qCWarning(FRAMEWORK_FILE) << Q_FUNC_INFO << "dir:" << m_dir << "oldFileName:" << oldFileName
                               << "newFileName:" << newFileName;
@@ -604,6 +662,8 @@ bool FileFolder::renameFile(const QString &oldFileName, const QString &newFileNa
 
 bool FileFolder::copyFile(const QString &fileName, const QString &filePath)
 {
+    if (!leadsSomewhere(Q_FUNC_INFO, fileName) || !FileUtility::hasUsableName(filePath))
+        return false;
     const QFileInfo source(m_dir.absoluteFilePath(fileName));
     if (!source.exists()) {
         qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "File doesn't exist:" << source.filePath();
@@ -689,41 +749,49 @@ FileFolder *FileFolder::folder(const QString &folderName) const
 
 QVariant FileFolder::readFile(const QString &fileName, const QVariantMap &options) const
 {
-    return encoded(FileUtility::readFile(filePath(fileName)),
-                   codingOption(options, QStringLiteral("encode")));
+    if (!leadsSomewhere(Q_FUNC_INFO, fileName))
+        return QByteArray();
+    const Coding coding = codingOption(options, QStringLiteral("encode"));
+    return encoded(FileUtility::readFile(filePath(fileName), maxEncoded(coding)), coding);
 }
 
 bool FileFolder::writeFile(const QString &fileName, const QVariant &content,
                            const QVariantMap &options)
 {
-    if (refusesChange(Q_FUNC_INFO))
+    if (!canChange(Q_FUNC_INFO, fileName))
         return false;
     const Coding coding = codingOption(options, QStringLiteral("decode"));
-    return FileUtility::writeFile(filePath(fileName), decoded(plainValue(content), coding));
+    return FileUtility::writeFile(filePath(fileName),
+                                  decoded(withTypedArrayAsBytes(content), coding));
 }
 
 QVariantMap FileFolder::readJsonFile(const QString &fileName) const
 {
-    return JsonUtility::readFile(filePath(fileName));
+    return leadsSomewhere(Q_FUNC_INFO, fileName) ? JsonUtility::readFile(filePath(fileName))
+                                                 : QVariantMap();
 }
 
 bool FileFolder::writeJsonFile(const QString &fileName, const QVariantMap &json)
 {
-    return !refusesChange(Q_FUNC_INFO) && JsonUtility::writeFile(filePath(fileName), json);
+    return canChange(Q_FUNC_INFO, fileName) && JsonUtility::writeFile(filePath(fileName), json);
 }
 
 QString FileFolder::readTextFile(const QString &fileName) const
 {
-    return StringUtility::readFile(filePath(fileName));
+    return leadsSomewhere(Q_FUNC_INFO, fileName) ? StringUtility::readFile(filePath(fileName))
+                                                 : QString();
 }
 
 bool FileFolder::writeTextFile(const QString &fileName, const QString &text)
 {
-    return !refusesChange(Q_FUNC_INFO) && StringUtility::writeFile(filePath(fileName), text);
+    return canChange(Q_FUNC_INFO, fileName) && StringUtility::writeFile(filePath(fileName), text);
 }
 
 Settings *FileFolder::settingsFile(const QString &fileName) const
 {
+    // Of a name with a NUL QSettings would wait for its lock for ever.
+    if (!leadsSomewhere(Q_FUNC_INFO, fileName))
+        return nullptr;
     const QString name = fileName.isEmpty() ? QStringLiteral("settings.ini") : fileName;
     return givenToScript(new Settings(m_dir.filePath(name), QSettings::IniFormat));
 }
@@ -761,6 +829,24 @@ bool FileFolder::refusesChange(const char *function) const
     if (m_readOnly)
         qCWarning(FRAMEWORK_FILE) << function << "This is a read only folder" << m_dir;
     return m_readOnly;
+}
+
+bool FileFolder::leadsSomewhere(const char *function, const QString &name) const
+{
+    if (path().isEmpty()) {
+        qCWarning(FRAMEWORK_FILE) << function << "No path";
+        return false;
+    }
+    return FileUtility::hasUsableName(path()) && FileUtility::hasUsableName(name);
+}
+
+bool FileFolder::leadsUp(const QString &path) const
+{
+    if (isAtOrAbove(QDir::cleanPath(path), QDir::cleanPath(this->path())))
+        return true;
+    // By way of links in the path. One at its end goes alone, wherever it leads.
+    const QFileInfo target(path);
+    return !target.isSymLink() && isAtOrAbove(target.canonicalFilePath(), m_dir.canonicalPath());
 }
 
 #include "moc_FileFolder.cpp"

@@ -65,11 +65,13 @@ public:
     Q_INVOKABLE bool makeFolder();
     // With everything in it. True also when there is no such folder.
     Q_INVOKABLE bool removeFolder();
-    // Without `recursive` only an empty folder goes.
+    // Without `recursive` only an empty folder goes; with it, of a link only the link. Refused for
+    // the folder itself and for one above it.
     Q_INVOKABLE bool removeFolder(const QString &folderName, bool recursive = false);
     Q_INVOKABLE bool makePath(const QString &path) const;
     // Removes the last folder of the path and those above it as far as they are empty.
     Q_INVOKABLE bool removePath(const QString &path) const;
+    // Empty if the folder has no path, which would make a name one of the disk's root.
     Q_INVOKABLE QString filePath(const QString &fileName) const;
     Q_INVOKABLE QString relativeFilePath(const QString &fileName) const;
     Q_INVOKABLE QUrl fileUrl(const QString &fileName) const;
@@ -86,7 +88,7 @@ public:
     // Bytes; the option "encode" ("base64" or "hex") gives them encoded. Empty if unreadable.
     Q_INVOKABLE QVariant readFile(const QString &fileName,
                                   const QVariantMap &options = QVariantMap()) const;
-    // Text or bytes; the option "decode" ("base64" or "hex") says how the text encodes the bytes.
+    // Text or bytes, of an ArrayBuffer or of a typed array; the option "decode" ("base64" or "hex") says how the text encodes the bytes.
     Q_INVOKABLE bool writeFile(const QString &fileName, const QVariant &content,
                                const QVariantMap &options = QVariantMap());
     Q_INVOKABLE QVariantMap readJsonFile(const QString &fileName) const;
@@ -94,7 +96,7 @@ public:
     // UTF-8.
     Q_INVOKABLE QString readTextFile(const QString &fileName) const;
     Q_INVOKABLE bool writeTextFile(const QString &fileName, const QString &text);
-    // An INI file in the folder, "settings.ini" for an empty name.
+    // An INI file in the folder, "settings.ini" for an empty name; null if it can't have one.
     Q_INVOKABLE Settings *settingsFile(const QString &fileName) const;
     // Asks the disk anew.
     Q_INVOKABLE void refresh();
@@ -116,6 +118,13 @@ private:
     // Whether the folder's guard forbids what `function` is about to do, which is then logged.
     bool refusesMove(const char *function) const;
     bool refusesChange(const char *function) const;
+    // Whether the folder has a path, and that and the name can be one of the disk; if not, logged.
+    bool leadsSomewhere(const char *function, const QString &name = QString()) const;
+    bool canChange(const char *function, const QString &name = QString()) const
+    {
+        return !refusesChange(function) && leadsSomewhere(function, name);
+    }
+    bool leadsUp(const QString &path) const;
     bool copyEntries(const QDir &source, const QDir &target);
 
     QDir m_dir;

@@ -24,7 +24,8 @@
     }
     \endcode
 
-    The answers are of the moment when \l filePath was set; refresh() asks again.
+    \l exists is of the moment when \l filePath was set. The other answers are of the moment when they
+    are first asked for after that, and kept, unless the file is missing. refresh() asks again.
 
     \sa FileFolder::fileInfo(), ExifInfo
 */

@@ -11,8 +11,9 @@ class FileFolder;
 
 // What the disk knows about a file, and its permissions. QML name: FileInfo, creatable.
 //
-// A path or URL may begin with a path variable (see FileUtility). The answers are those of the
-// moment when the path was set or refresh() was called.
+// A path or URL may begin with a path variable (see FileUtility). Whether the file exists is of the
+// moment when the path was set or refresh() was called; other answers are of the first time that
+// they are asked for after that, as QFileInfo keeps them.
 class TESSALINE_EXPORT FileInfo : public TessalineObject
 {
     Q_OBJECT

@@ -25,6 +25,7 @@ private slots:
     void readErrorsAreSignalled();
     void flushBeforeAnythingElseFails();
     void successAfterAFailureClearsTheError();
+    void nameWithANulIsNotOpened();
 };
 
 void tst_File::constructorsResolvePathVariables()
@@ -103,6 +104,27 @@ void tst_File::successAfterAFailureClearsTheError()
     QCOMPARE(file.error(), int(File::ErrorOpen));
     QVERIFY(file.open(File::OpenModeWriteOnly));
     QCOMPARE(file.error(), int(File::NoError));
+}
+
+// To the system it would be the name of another file.
+void tst_File::nameWithANulIsNotOpened()
+{
+    const QTemporaryDir dir;
+    const QString path = dir.filePath("a");
+    QVERIFY(FileUtility::writeFile(path, "kept"));
+    File file(path + QChar(0) + ".txt");
+    QSignalSpy errors(&file, &File::errorChanged);
+    LogCapture log;
+    QVERIFY(!file.open(File::OpenModeWriteOnly));
+    QCOMPARE(log.count(QtWarningMsg, "Zemrik.Runtime.Utility", "Name with a NUL:"), 1);
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(file.error(), int(File::ErrorOpen));
+    QCOMPARE(file.errorString(), QString("File name with a NUL"));
+    QCOMPARE(FileUtility::readFile(path), QByteArray("kept"));
+
+    file.setPath(path);
+    QCOMPARE(file.error(), int(File::NoError));
+    QVERIFY(file.open());
 }
 
 TESSALINE_TEST_MAIN(tst_File)

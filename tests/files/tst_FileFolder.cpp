@@ -1,6 +1,7 @@
 #include "files/File.h"
 #include "files/FileFolder.h"
 #include "files/FileInfo.h"
+#include "files/Settings.h"
 #include "plugin/FileUtility.h"
 #include "support/IsolatedHome.h"
 #include "support/LogCapture.h"
@@ -64,6 +65,19 @@ private slots:
     void namesDoNotWalkThroughLinksThatLeadBack();
     void unreadableFilesReadAsEmpty();
     void failedRemovalsAnswerFalse();
+    void removalOfALinkLeavesWhatItLeadsTo_data();
+    void removalOfALinkLeavesWhatItLeadsTo();
+    void recursiveRemovalTakesNothingButFoldersOfThisOne_data();
+    void recursiveRemovalTakesNothingButFoldersOfThisOne();
+    void removalTellsTheNewSize();
+    void renamingOntoALinkIsRefused_data();
+    void renamingOntoALinkIsRefused();
+    void withoutAPathNothingHappens_data();
+    void withoutAPathNothingHappens();
+    void namesWithANulAreRefused_data();
+    void namesWithANulAreRefused();
+    void bytesThatAreTooManyToEncodeAreNotRead_data();
+    void bytesThatAreTooManyToEncodeAreNotRead();
 
 private:
     QString path(const QString &name) const { return m_dir->filePath(name); }
@@ -633,6 +647,240 @@ void tst_FileFolder::failedRemovalsAnswerFalse()
     QVERIFY(!folder.removeFolder());
     QCOMPARE(exists.count() + size.count(), 0);
     QVERIFY(QFileInfo::exists(path("top/sub/a")));
+}
+
+void tst_FileFolder::removalOfALinkLeavesWhatItLeadsTo_data()
+{
+    QTest::addColumn<std::function<bool(FileFolder &)>>("remove");
+    QTest::addColumn<bool>("expected");
+    const auto row = [](const char *name, const std::function<bool(FileFolder &)> &remove,
+                        bool expected) { QTest::newRow(name) << remove << expected; };
+    const auto itself = [](const QString &name) {
+        return
+            [name](FileFolder &folder) { return FileFolder(folder.filePath(name)).removeFolder(); };
+    };
+    row("itself", itself("link"), true);
+    row(
+        "itself with a slash",
+        [](FileFolder &folder) { return FileFolder(folder.path() + "/link/").removeFolder(); },
+        true);
+    row(
+        "itself with a step",
+        [](FileFolder &folder) { return FileFolder(folder.path() + "/link/.").removeFolder(); },
+        true);
+    row(
+        "by name", [](FileFolder &folder) { return folder.removeFolder("link", true); }, true);
+    row(
+        "by name with a slash",
+        [](FileFolder &folder) { return folder.removeFolder("link/", true); }, true);
+    row(
+        "not recursive", [](FileFolder &folder) { return folder.removeFolder("link"); }, false);
+}
+
+void tst_FileFolder::removalOfALinkLeavesWhatItLeadsTo()
+{
+    QFETCH(std::function<bool(FileFolder &)>, remove);
+    QFETCH(bool, expected);
+    write("outside/precious");
+    write("top/a");
+    link(path("outside"), "top/link");
+
+    FileFolder folder(path("top"));
+    QCOMPARE(remove(folder), expected);
+    QCOMPARE(read("outside/precious"), QByteArray("content"));
+    QCOMPARE(QFileInfo(path("top/link")).isSymLink(), !expected);
+    QVERIFY(QFileInfo::exists(path("top/a")));
+}
+
+void tst_FileFolder::recursiveRemovalTakesNothingButFoldersOfThisOne_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("empty") << "";
+    QTest::newRow("none") << QString();
+    QTest::newRow("dot") << ".";
+    QTest::newRow("above") << "..";
+    QTest::newRow("far above") << "../..";
+    QTest::newRow("there and back") << "nothing/..";
+    QTest::newRow("there and above") << "nothing/../../";
+    QTest::newRow("absolute") << "/";
+    QTest::newRow("through a link") << "up/top";
+}
+
+void tst_FileFolder::recursiveRemovalTakesNothingButFoldersOfThisOne()
+{
+    QFETCH(QString, name);
+    write("middle/top/a");
+    link(path("middle"), "middle/top/up");
+    const QStringList before = treeLines(m_dir->path());
+
+    FileFolder folder(path("middle/top"));
+    LogCapture log;
+    QVERIFY(!folder.removeFolder(name, true));
+    QCOMPARE(log.count(QtWarningMsg, category,
+                       "bool FileFolder::removeFolder(const QString&, bool) "
+                       "Not a folder of this one: \""
+                           + name + '"'),
+             1);
+    QCOMPARE(treeLines(m_dir->path()), before);
+}
+
+void tst_FileFolder::removalTellsTheNewSize()
+{
+    write("top/a");
+    FileFolder folder(path("top"));
+    QCOMPARE(folder.size(), 7);
+    QList<qlonglong> sizes;
+    connect(&folder, &FileFolder::existsChanged, [&] { sizes.append(folder.size()); });
+    connect(&folder, &FileFolder::sizeChanged, [&] { sizes.append(folder.size()); });
+    QVERIFY(folder.removeFolder());
+    QCOMPARE(sizes, (QList<qlonglong>{0, 0}));
+}
+
+void tst_FileFolder::renamingOntoALinkIsRefused_data()
+{
+    QTest::addColumn<QString>("target");
+    QTest::newRow("to nothing") << "outside/new";
+    QTest::newRow("to a file") << "outside/old";
+}
+
+void tst_FileFolder::renamingOntoALinkIsRefused()
+{
+    QFETCH(QString, target);
+    write("outside/old", "old");
+    write("top/a");
+    link(path(target), "top/link");
+    const QStringList before = treeLines(m_dir->path());
+
+    FileFolder folder(path("top"));
+    LogCapture log;
+    QVERIFY(!folder.renameFile("a", "link"));
+    QCOMPARE(log.count(QtWarningMsg, category, "newFileName: \"link\""), 1);
+    QCOMPARE(treeLines(m_dir->path()), before);
+}
+
+void tst_FileFolder::withoutAPathNothingHappens_data()
+{
+    QTest::addColumn<std::function<bool(FileFolder &)>>("refused");
+    const auto row = [](const char *name, const std::function<bool(FileFolder &)> &refused) {
+        QTest::newRow(name) << refused;
+    };
+    row("size", [](FileFolder &f) { return f.size() == 0; });
+    row("cdUp", [](FileFolder &f) { return !f.cdUp(); });
+    row("cd", [](FileFolder &f) { return !f.cd("tmp"); });
+    row("fileNames", [](FileFolder &f) { return f.fileNames("*", true).isEmpty(); });
+    row("folderNames", [](FileFolder &f) { return f.folderNames().isEmpty(); });
+    row("makeFolder", [](FileFolder &f) { return !f.makeFolder(); });
+    row("removeFolder", [](FileFolder &f) { return !f.removeFolder(); });
+    row("removeFolder of a name", [](FileFolder &f) { return !f.removeFolder("none", true); });
+    row("makePath", [](FileFolder &f) { return !f.makePath("tessaline-none"); });
+    row("removePath", [](FileFolder &f) { return !f.removePath("none"); });
+    row("fileExists", [](FileFolder &f) { return !f.fileExists("tmp"); });
+    row("removeFile", [](FileFolder &f) { return !f.removeFile("none"); });
+    row("renameFile", [](FileFolder &f) { return !f.renameFile("none", "other"); });
+    row("copyFile", [](FileFolder &f) { return !f.copyFile("tmp", "/dev/null/x"); });
+    row("readFile", [](FileFolder &f) { return f.readFile("proc/version") == QByteArray(); });
+    row("writeFile", [](FileFolder &f) { return !f.writeFile("dev/null", "x"); });
+    row("readJsonFile", [](FileFolder &f) { return f.readJsonFile("none").isEmpty(); });
+    row("writeJsonFile", [](FileFolder &f) { return !f.writeJsonFile("dev/null", {}); });
+    row("readTextFile", [](FileFolder &f) { return f.readTextFile("proc/version").isEmpty(); });
+    row("writeTextFile", [](FileFolder &f) { return !f.writeTextFile("dev/null", "x"); });
+    row("settingsFile", [](FileFolder &f) { return f.settingsFile("") == nullptr; });
+}
+
+void tst_FileFolder::withoutAPathNothingHappens()
+{
+    QFETCH(std::function<bool(FileFolder &)>, refused);
+    FileFolder folder(QString("$FOLDER_TEST_NONE"));
+    {
+        LogCapture log;
+        QVERIFY(refused(folder));
+        QVERIFY2(log.count(QtWarningMsg, category, "No path") == 1, qPrintable(log.dump()));
+    }
+    QCOMPARE(folder.path(), QString());
+    QCOMPARE(folder.filePath("x"), QString());
+    QCOMPARE(folder.fileUrl("x"), QUrl());
+}
+
+void tst_FileFolder::namesWithANulAreRefused_data()
+{
+    QTest::addColumn<std::function<bool(FileFolder &)>>("refused");
+    const auto row = [](const char *name, const std::function<bool(FileFolder &)> &refused) {
+        QTest::newRow(name) << refused;
+    };
+    const QString a = QStringLiteral("a") + QChar(0) + ".txt";
+    const QString sub = QStringLiteral("sub") + QChar(0) + "x";
+    row("readFile", [=](FileFolder &f) { return f.readFile(a) == QByteArray(); });
+    row("writeFile", [=](FileFolder &f) { return !f.writeFile(a, "x"); });
+    row("readTextFile", [=](FileFolder &f) { return f.readTextFile(a).isEmpty(); });
+    row("writeTextFile", [=](FileFolder &f) { return !f.writeTextFile(a, "x"); });
+    row("readJsonFile", [=](FileFolder &f) { return f.readJsonFile(a).isEmpty(); });
+    row("writeJsonFile", [=](FileFolder &f) { return !f.writeJsonFile(a, {}); });
+    row("renameFile from", [=](FileFolder &f) { return !f.renameFile(a, "c"); });
+    row("renameFile to", [=](FileFolder &f) { return !f.renameFile("b", a); });
+    row("removeFile", [=](FileFolder &f) { return !f.removeFile(a); });
+    row("fileExists", [=](FileFolder &f) { return !f.fileExists(a); });
+    row("copyFile from", [=](FileFolder &f) { return !f.copyFile(a, f.filePath("c")); });
+    row("copyFile to", [=](FileFolder &f) { return !f.copyFile("b", f.filePath(a)); });
+    row("makePath", [=](FileFolder &f) { return !f.makePath(QStringLiteral("new") + QChar(0)); });
+    row("removePath", [=](FileFolder &f) { return !f.removePath(sub); });
+    row("removeFolder", [=](FileFolder &f) { return !f.removeFolder(sub, true); });
+    row("settingsFile", [=](FileFolder &f) { return f.settingsFile(a) == nullptr; });
+    row("cd", [=](FileFolder &f) { return !f.cd(sub); });
+    row("fileNames there",
+        [=](FileFolder &f) { return FileFolder(f.filePath(sub)).fileNames().isEmpty(); });
+    row("size there", [=](FileFolder &f) { return FileFolder(f.filePath(sub)).size() == 0; });
+    row("makeFolder there",
+        [=](FileFolder &f) { return !FileFolder(f.filePath("new" + sub)).makeFolder(); });
+    row("removeFolder there",
+        [=](FileFolder &f) { return !FileFolder(f.filePath(sub)).removeFolder(); });
+    row("settingsFile there",
+        [=](FileFolder &f) { return FileFolder(f.filePath(sub)).settingsFile("") == nullptr; });
+    row("file", [=](FileFolder &f) {
+        const std::unique_ptr<File> file(f.file(a));
+        return !file->open(File::OpenModeWriteOnly);
+    });
+}
+
+void tst_FileFolder::namesWithANulAreRefused()
+{
+    QFETCH(std::function<bool(FileFolder &)>, refused);
+    write("top/a", "secret");
+    write("top/b", "other");
+    write("top/sub/c", "inside");
+    const QStringList before = treeLines(m_dir->path());
+
+    FileFolder folder(path("top"));
+    LogCapture log;
+    QVERIFY(refused(folder));
+    QVERIFY2(log.count(QtWarningMsg, "Zemrik.Runtime.Utility", "Name with a NUL:") > 0,
+             qPrintable(log.dump()));
+    QCOMPARE(treeLines(m_dir->path()), before);
+}
+
+void tst_FileFolder::bytesThatAreTooManyToEncodeAreNotRead_data()
+{
+    QTest::addColumn<QString>("encoding");
+    QTest::addColumn<qint64>("size");
+    QTest::newRow("hex") << "hex" << qint64(1100) * 1024 * 1024;
+    QTest::newRow("base64") << "base64" << qint64(1700) * 1024 * 1024;
+    QTest::newRow("text") << "" << qint64(1100) * 1024 * 1024;
+}
+
+void tst_FileFolder::bytesThatAreTooManyToEncodeAreNotRead()
+{
+    QFETCH(QString, encoding);
+    QFETCH(qint64, size);
+    QFile file(path("large")); // takes no room on the disk
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.resize(size));
+    file.close();
+
+    FileFolder folder(m_dir->path());
+    LogCapture log;
+    if (encoding.isEmpty())
+        QCOMPARE(folder.readTextFile("large"), QString());
+    else
+        QCOMPARE(folder.readFile("large", {{"encode", encoding}}), QVariant(QByteArray()));
+    QCOMPARE(log.count(QtWarningMsg, "Zemrik.Runtime.Utility", "Too many bytes to read:"), 1);
 }
 
 TESSALINE_TEST_MAIN(tst_FileFolder)

@@ -275,7 +275,8 @@ TestCase {
         compare(folder.removeFolder(), false);
         compare(logged("warning", "bool FileFolder::removeFolder() No path"), 1);
         // To Qt an empty path may also mean the working folder of the process.
-        compare(folder.removeFolder("", false), true);
+        compare(folder.removeFolder("", false), false);
+        compare(logged("warning", "bool FileFolder::removeFolder(const QString&, bool) No path"), 1);
         compare(folder.fileNames("*", true), []);
         compare(folder.size, 0);
         compare(folder.exists, false);
@@ -501,6 +502,39 @@ TestCase {
         compare(folder.writeFile("b.bin", bytes), true);
         compare(TestSupport.readHex(root + "/b.bin"), "00ff800a0d41");
         compare(folder.readFile("none").byteLength, 0);
+    }
+
+    function test_writeFileTakesTypedArrays_data() {
+        const buffer = new Uint8Array([64, 65, 66, 67, 68]).buffer;
+        return [
+            { tag: "bytes", content: new Uint8Array([65, 66]), expected: "AB" },
+            { tag: "words", content: new Uint16Array([0x4241]), expected: "AB" },
+            { tag: "part of a buffer", content: new Uint8Array(buffer, 1, 2), expected: "AB" },
+            { tag: "view", content: new DataView(buffer, 3), expected: "CD" },
+            { tag: "none", content: new Uint8Array(0), expected: "" },
+        ];
+    }
+
+    function test_writeFileTakesTypedArrays(data) {
+        const folder = makeTree();
+        compare(folder.writeFile("a.txt", data.content), true);
+        compare(read("a.txt"), data.expected);
+    }
+
+    function test_writeFileOfWhatHasNoBytesEmptiesTheFile_data() {
+        return [
+            { tag: "undefined", content: undefined },
+            { tag: "null", content: null },
+            { tag: "object", content: { a: 1 } },
+            { tag: "list", content: [65, 66] },
+        ];
+    }
+
+    function test_writeFileOfWhatHasNoBytesEmptiesTheFile(data) {
+        const folder = makeTree();
+        compare(folder.writeFile("a.txt", data.content), true);
+        compare(exists("a.txt"), true);
+        compare(read("a.txt"), "");
     }
 
     function text(bytes) {
