@@ -694,6 +694,7 @@ void tst_FileFolder::removalOfALinkLeavesWhatItLeadsTo()
 
 void tst_FileFolder::recursiveRemovalTakesNothingButFoldersOfThisOne_data()
 {
+    // None may lead out of the test's own folder: a mistake would empty whatever that is.
     QTest::addColumn<QString>("name");
     QTest::newRow("empty") << "";
     QTest::newRow("none") << QString();
@@ -702,7 +703,6 @@ void tst_FileFolder::recursiveRemovalTakesNothingButFoldersOfThisOne_data()
     QTest::newRow("far above") << "../..";
     QTest::newRow("there and back") << "nothing/..";
     QTest::newRow("there and above") << "nothing/../../";
-    QTest::newRow("absolute") << "/";
     QTest::newRow("through a link") << "up/top";
 }
 

@@ -673,17 +673,16 @@ void tst_FileUtility::readFileOfTooMuch()
 {
     const QTemporaryDir dir;
     const QString path = dir.filePath("file");
+    const QString relativePath = QDir::current().relativeFilePath(path);
     QVERIFY(FileUtility::writeFile(path, "12345"));
-    QVERIFY(QDir::setCurrent(dir.path()));
     LogCapture log;
     QCOMPARE(FileUtility::readFile(path, 5), QByteArray("12345"));
-    QCOMPARE(FileUtility::readFile("file", 5), QByteArray("12345"));
+    QCOMPARE(FileUtility::readFile(relativePath, 5), QByteArray("12345"));
     QVERIFY(log.messages().isEmpty());
     QVERIFY(FileUtility::readFile(path, 4).isEmpty());
-    QVERIFY(FileUtility::readFile("file", 4).isEmpty());
+    QVERIFY(FileUtility::readFile(relativePath, 4).isEmpty());
     QVERIFY(FileUtility::readFile("/proc/self/status", 4).isEmpty()); // has no size
     QCOMPARE(log.count(QtWarningMsg, category, "Too many bytes to read:"), 3);
-    QVERIFY(QDir::setCurrent("/"));
 }
 
 void tst_FileUtility::namesWithANulAreRefused()
