@@ -662,7 +662,7 @@ bool FileFolder::renameFile(const QString &oldFileName, const QString &newFileNa
 
 bool FileFolder::copyFile(const QString &fileName, const QString &filePath)
 {
-    if (!leadsSomewhere(Q_FUNC_INFO, fileName) || !FileUtility::hasUsableName(filePath))
+    if (!leadsSomewhere(Q_FUNC_INFO, fileName))
         return false;
     const QFileInfo source(m_dir.absoluteFilePath(fileName));
     if (!source.exists()) {
@@ -674,6 +674,8 @@ bool FileFolder::copyFile(const QString &fileName, const QString &filePath)
         return false;
     }
     const QString target = FileUtility::resolvedPath(filePath, true);
+    if (!FileUtility::hasUsableName(target))
+        return false;
     if (source.isDir())
         return copyFolder(source.filePath(), target);
     if (QFileInfo::exists(target)) {

@@ -790,7 +790,8 @@ bool Tessaline::grabWindowToFile(const QString &path, const QRect &rect)
     The document \a xml as an object: attributes, texts and child elements become its keys.
     \a options may hold \c attributePrefix ("@"), \c textProperty ("#text"), \c commentProperty
     ("#comment"), \c nodesProperty ("#nodes"), \c indexFormat ("[%1]"), \c rootProperty (false) and
-    \c preserveNamespaces (false). Text that doesn't parse gives an empty object.
+    \c preserveNamespaces (false). Text that doesn't parse gives an empty object, and so does one whose
+    elements lie too deep or whose document type definition asks for too much.
 */
 QVariantMap Tessaline::xmlToJson(const QString &xml, const QVariantMap &options) const
 {

@@ -27,7 +27,8 @@ public:
         bool preserveNamespaces = false; // keep the prefix of element names
     };
 
-    // Empty for text that doesn't parse or nests deeper than 1,000 elements.
+    // Empty for text that doesn't parse, nests deeper than 1,000 elements, or has a document type
+    // definition that is long, deep, or of entities that grow to more than a document holds.
     static QVariantMap toVariantMap(const QString &xml, const QVariantMap &options);
     static QVariant toVariant(const QDomElement &element, const Options &options);
     static void addElement(const QDomElement &element, QVariantMap &map, const Options &options);
