@@ -92,7 +92,7 @@ bool ArchiveReader::open(const QString &path)
     m_path = path;
     const QByteArray localPath = path.toLocal8Bit();
     struct stat file = {};
-    if (stat(localPath.constData(), &file) != 0)
+    if (!FileUtility::hasUsableName(path) || stat(localPath.constData(), &file) != 0)
         return false;
     m_device = file.st_dev;
     m_inode = file.st_ino;
@@ -235,6 +235,8 @@ bool ArchiveReader::isArchive(const struct stat &file) const
 
 ArchiveReader::Extraction ArchiveReader::openOutput(QFile &output) const
 {
+    if (!FileUtility::hasUsableName(output.fileName()))
+        return {Extraction::OpenOutput, UNZ_OK};
     // A new file, as most are, can't be the archive.
     const QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Unbuffered;
     if (output.open(mode | QIODevice::NewOnly))

@@ -222,6 +222,8 @@ bool ZipWriter::zwOpen()
 bool ZipWriter::zwOpen(const QString &path, bool append)
 {
     close();
+    if (!FileUtility::hasUsableName(path))
+        return false;
     tzset(); // localtime_r() does so by itself but once
     const bool adds = append && QFileInfo::exists(path);
     qCDebug(FRAMEWORK_FILE) << Q_FUNC_INFO << (adds ? "Appending to" : "Creating") << path;

@@ -44,6 +44,7 @@ private slots:
     void pathMayBeginWithAVariable();
     void missingArchiveWarnsOnce();
     void unreadableArchiveSaysUnableToOpen();
+    void namesWithANulAreNotCut();
     void textOfAMissingArchiveIsCritical();
     void caseSensitiveIsFalseAtTheStart();
     void listsFilesInArchiveOrder();
@@ -190,6 +191,21 @@ void tst_ZipReader::unreadableArchiveSaysUnableToOpen()
 
     QCOMPARE(log.count(QtWarningMsg, category, "Unable to open:"), 1);
     QCOMPARE(log.count(QtWarningMsg, category, "ZIP not open"), 1);
+}
+
+void tst_ZipReader::namesWithANulAreNotCut()
+{
+    const QString path = archive("simple");
+    const QString output = m_dir->filePath("output");
+    QVERIFY(ArchiveMaker::write(output, "kept"));
+    const LogCapture log;
+    ZipReader zip;
+    zip.setPath(path + QChar(0) + ".zip");
+    QVERIFY(!zip.exists("top.txt"));
+    zip.setPath(path);
+    QVERIFY(zip.exists("top.txt"));
+    QVERIFY(!zip.extractFile("top.txt", output + QChar(0) + ".txt"));
+    QCOMPARE(FileUtility::readFile(output), QByteArray("kept"));
 }
 
 void tst_ZipReader::textOfAMissingArchiveIsCritical()

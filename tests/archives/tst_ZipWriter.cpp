@@ -48,6 +48,7 @@ private slots:
     void missingFileIsCritical();
     void unopenableSourceIsCritical();
     void unopenableArchiveIsFalse();
+    void nameWithANulIsNotCut();
     void pathChangedAfterEachAdditionOnly();
     void addFilesGoesOnAfterAFailure();
     void addFilesMatchesOneCallEach();
@@ -217,6 +218,17 @@ void tst_ZipWriter::unopenableArchiveIsFalse()
     QCOMPARE(log.count(QtDebugMsg, category, "ZIP not open"), 1);
     QVERIFY(!zip.zwOpen());
     QCOMPARE(log.count(QtWarningMsg, category, "Unable to open:"), 1);
+}
+
+void tst_ZipWriter::nameWithANulIsNotCut()
+{
+    const QString other = file("other", "kept");
+    ZipWriter zip;
+    zip.setPath(other + QChar(0) + ".zip");
+    const LogCapture log;
+    QVERIFY(!zip.addFile(file("a.txt", "1")));
+    QVERIFY(!zip.zwOpen());
+    QCOMPARE(FileUtility::readFile(other), QByteArray("kept"));
 }
 
 void tst_ZipWriter::pathChangedAfterEachAdditionOnly()
