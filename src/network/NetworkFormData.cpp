@@ -21,7 +21,8 @@ NetworkFormData::~NetworkFormData()
 
 bool NetworkFormData::appendDevice(QIODevice *device)
 {
-    m_devices.append(device);
+    const qint64 length = device->size();
+    m_pieces.append({device, length, length});
     emit readyRead();
     return true;
 }
@@ -57,7 +58,7 @@ bool NetworkFormData::appendPath(const QString &path, qint64 offset, qint64 size
 
 void NetworkFormData::clear()
 {
-    m_devices.clear();
+    m_pieces.clear();
     m_buffers.clear();
     // A part is its file's child, so it goes first.
     for (NetworkFilePart *part : qAsConst(m_fileParts)) {
@@ -70,8 +71,13 @@ void NetworkFormData::clear()
         file->deleteLater();
     }
     m_files.clear();
-    m_deviceIndex = 0;
+    m_pieceIndex = 0;
     m_position = 0;
+}
+
+bool NetworkFormData::Piece::isDone() const
+{
+    return left < 1 || device->atEnd();
 }
 
 bool NetworkFormData::isSequential() const
@@ -92,14 +98,14 @@ qint64 NetworkFormData::pos() const
 qint64 NetworkFormData::size() const
 {
     qint64 total = 0;
-    for (const QIODevice *device : m_devices)
-        total += device->size();
+    for (const Piece &piece : m_pieces)
+        total += qMin(piece.device->size(), piece.length);
     return total;
 }
 
 qint64 NetworkFormData::readData(char *data, qint64 maxSize)
 {
-    if (m_aborted || m_deviceIndex >= m_devices.size()) {
+    if (m_aborted || m_pieceIndex >= m_pieces.size()) {
         emit readProgress(1.0);
         return 0;
     }
@@ -109,19 +115,21 @@ qint64 NetworkFormData::readData(char *data, qint64 maxSize)
         emit readProgress(total > 0 ? double(m_position) / double(total) : 0.0);
     };
     qint64 count = 0;
-    while (count < maxSize && m_deviceIndex < m_devices.size()) {
-        const qint64 length = m_devices.at(m_deviceIndex)->read(data + count, maxSize - count);
+    while (count < maxSize && m_pieceIndex < m_pieces.size()) {
+        Piece &piece = m_pieces[m_pieceIndex];
+        const qint64 length = piece.device->read(data + count, qMin(maxSize - count, piece.left));
         if (length > 0) {
+            piece.left -= length;
             count += length;
             m_position += length;
         }
         report();
         // The listener may have ended the transfer, which empties the chain.
-        if (m_deviceIndex >= m_devices.size())
+        if (m_pieceIndex >= m_pieces.size())
             break;
         // A device that gives nothing more is done, whatever it says about its end.
-        if (length < 1 || m_devices.at(m_deviceIndex)->atEnd())
-            ++m_deviceIndex;
+        if (length < 1 || m_pieces.at(m_pieceIndex).isDone())
+            ++m_pieceIndex;
     }
     report();
     return count;

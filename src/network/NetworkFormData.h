@@ -4,6 +4,7 @@
 
 #include <QIODevice>
 #include <QList>
+#include <QVector>
 
 #include <memory>
 #include <vector>
@@ -14,7 +15,8 @@ class QFile;
 
 // The body of a multipart request: a read-only chain of small devices (boundaries and headers in
 // memory, files on disk) that is read through once, so a body of any size takes no memory. It knows
-// its size, so that the request carries a Content-Length.
+// its size, so that the request carries a Content-Length. Of each device it gives at most what was
+// there when it was appended: what a file gains meanwhile would go beyond that length.
 class TESSALINE_EXPORT NetworkFormData : public QIODevice
 {
     Q_OBJECT
@@ -40,8 +42,9 @@ public:
     // Only before the first read. A body that is to be sent again, after a challenge for instance,
     // fails the transfer that way; the server would wait for it in vain otherwise.
     bool reset() override;
-    qint64 pos() const override;  // bytes handed out so far
-    qint64 size() const override; // taken from the files at each call: a file may shrink
+    qint64 pos() const override; // bytes handed out so far
+    // Taken from the files at each call: a file may shrink. One that grows counts as it was.
+    qint64 size() const override;
 
 signals:
     void readProgress(double progress); // 0.0 to 1.0, at each read
@@ -51,11 +54,20 @@ protected:
     qint64 writeData(const char *data, qint64 maxSize) override;
 
 private:
-    QList<QIODevice *> m_devices; // in reading order; owned by the lists below or by the caller
+    struct Piece
+    {
+        QIODevice *device; // owned by the lists below or by the caller
+        qint64 length;     // when it was appended
+        qint64 left;       // of that length, still to be read
+
+        bool isDone() const;
+    };
+
+    QVector<Piece> m_pieces; // in reading order
     std::vector<std::unique_ptr<QBuffer>> m_buffers;
     QList<QFile *> m_files;
     QList<NetworkFilePart *> m_fileParts;
-    int m_deviceIndex = 0;
+    int m_pieceIndex = 0;
     qint64 m_position = 0;
     bool m_aborted = false;
 };

@@ -40,6 +40,8 @@ private slots:
     void clearClosesTheFilesAtOnce();
     void clearFromAProgressHandlerEndsTheRead();
     void bodyOfAFileThatShrinksEndsEarly();
+    void bodyOfAFileThatGrowsKeepsItsLength_data();
+    void bodyOfAFileThatGrowsKeepsItsLength();
     void fileThatVanishesIsReadToItsEnd();
     void bodyCannotBeReadTwice();
     void writingIsRefused();
@@ -389,6 +391,48 @@ void tst_NetworkFormData::bodyOfAFileThatShrinksEndsEarly()
     while (!form.atEnd() && rest.size() < 200000)
         rest += form.read(16384);
     QCOMPARE(rest, QByteArray(20000 - 16384, 'x') + "end");
+}
+
+void tst_NetworkFormData::bodyOfAFileThatGrowsKeepsItsLength_data()
+{
+    QTest::addColumn<qint64>("offset");
+    QTest::addColumn<qint64>("size");
+    QTest::addColumn<QByteArray>("expected");
+    QTest::newRow("whole") << qint64(0) << qint64(-1) << QByteArray("0123456789");
+    QTest::newRow("rest") << qint64(4) << qint64(-1) << QByteArray("456789");
+    QTest::newRow("clipped to its end") << qint64(4) << qint64(100) << QByteArray("456789");
+    QTest::newRow("beyond its end") << qint64(20) << qint64(-1) << QByteArray();
+}
+
+void tst_NetworkFormData::bodyOfAFileThatGrowsKeepsItsLength()
+{
+    // A log file, say: the length is announced before the first byte is read.
+    QFETCH(qint64, offset);
+    QFETCH(qint64, size);
+    QFETCH(QByteArray, expected);
+    for (const int before : {0, 8}) {
+        const QString path = makeFile("growing", "0123456789");
+        NetworkFormData form;
+        form.append("first,");
+        QVERIFY(form.appendPath(path, offset, size));
+        form.append(",last");
+        const qint64 length = form.size();
+        const QByteArray whole = "first," + expected + ",last";
+        QCOMPARE(length, qint64(whole.size()));
+        QSignalSpy progress(&form, &NetworkFormData::readProgress);
+
+        QByteArray read = form.read(before);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::Append));
+        file.write(QByteArray(100000, 'x'));
+        file.close();
+        read += form.read(200000);
+
+        QCOMPARE(read, whole);
+        QCOMPARE(form.size(), length);
+        QVERIFY(form.atEnd());
+        QCOMPARE(progress.last().first().toDouble(), 1.0);
+    }
 }
 
 void tst_NetworkFormData::fileThatVanishesIsReadToItsEnd()

@@ -58,6 +58,7 @@ private slots:
     void bodyExistsOnlyDuringTheTransfer();
     void uploadOfManyReadsArrivesWhole();
     void fileThatShrinksFailsTheTransfer();
+    void fileThatGrowsIsSentAsItWas();
     void formIsNotSentAgainAfterARedirect();
 
 private:
@@ -673,6 +674,31 @@ void tst_NetworkRequestForm::fileThatShrinksFailsTheTransfer()
     QVERIFY(request.errorCode() != 0);
     QCOMPARE(server.requests().size(), 0);
     QVERIFY(server.partialRequest().size() < 30000000);
+}
+
+void tst_NetworkRequestForm::fileThatGrowsIsSentAsItWas()
+{
+    RawServer server;
+    server.setPaused(true);
+    server.answer(RawServer::ok("thanks"));
+    const QByteArray bytes = HttpServer::pattern(10000000);
+    const QString path = makeFile("growing", bytes);
+    NetworkRequest request;
+    request.open("POST", server.url());
+    request.send(QVariant(QVariantMap{{"f", "@" + path}, {"g", "@" + path + ";offset=1"}}));
+    QTRY_VERIFY(request.progress() > 0.0); // under way, and stuck
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::Append));
+    QCOMPARE(file.write(QByteArray(100000, 'x')), qint64(100000));
+    file.close();
+    server.setPaused(false);
+    QVERIFY(finish(request));
+    QCOMPARE(request.errorCode(), 0);
+    QCOMPARE(server.requests().size(), 1);
+    const QByteArray body = RawServer::bodyPart(server.lastRequest());
+    const QByteArray boundary = boundaryOf(server.lastRequest());
+    QVERIFY(body.contains(bytes + "\r\n--" + boundary + "\r\n"));
+    QVERIFY(body.endsWith(bytes.mid(1) + "\r\n--" + boundary + "--\r\n"));
 }
 
 void tst_NetworkRequestForm::formIsNotSentAgainAfterARedirect()
