@@ -26,9 +26,14 @@ namespace {
 
 const QLatin1String unexpected("UNEXPECTED");
 const QLatin1String contentTypeKey("Content-Type");
+const QLatin1String tooLong("The response is too long for memory");
 
 // How much of an answer may wait for its file. Without a bound a fast server fills the memory.
 const qint64 responseFileBuffer = 256LL * 1024;
+
+// How long an answer in memory may be. Its text takes two bytes for each, its Base64 form nearly
+// three, and no text may pass 2 GiB: one that does ends the process.
+const qint64 responseMemoryLimit = 512LL * 1024 * 1024;
 
 bool isMethod(const QString &method, const char *name)
 {
@@ -48,6 +53,11 @@ int statusOf(const QNetworkReply *reply)
 qint64 contentLengthOf(const QNetworkReply *reply)
 {
     return reply->header(QNetworkRequest::ContentLengthHeader).toLongLong();
+}
+
+QUrl redirectTarget(const QNetworkReply *reply)
+{
+    return reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
 }
 
 bool isRedirect(int status)
@@ -196,8 +206,8 @@ void letFinish(QNetworkReply *reply)
     \row \li \l followRedirects, \l ignoreSslErrors
          \li can be written \li in force \li no effect \li can be written
     \row \li \l responsePath
-         \li can be written \li taken at the first data \li refused while the file is open
-         \li can be written
+         \li can be written \li taken at the first data
+         \li refused while the file is open, else for the next \l send() \li can be written
     \row \li \l responseType
          \li can be written \li can be written \li taken at the end \li can be written
     \row \li \l requestBody
@@ -211,7 +221,8 @@ void letFinish(QNetworkReply *reply)
     \row \li \l errorCode, \l errorText
          \li empty at first \li empty \li empty, unless the file can't be opened \li of the transfer
     \row \li \l progress
-         \li 0 \li 0 to 0.5: an uploaded form \li 0.5 to 1: the answer \li 1
+         \li 0 \li 0 to 0.5: an uploaded form \li 0.5 to 1: the answer
+         \li 1; 0 if a file to upload can't be opened, below 1 if the answer was cut
     \endtable
 
     A \l send() resets all that belongs to an answer before it enters state 2. What is refused
@@ -226,6 +237,7 @@ void letFinish(QNetworkReply *reply)
 NetworkRequest::NetworkRequest(QObject *parent)
     : QObject(parent)
     , m_headers(new NetworkRequestHeaders(this))
+    , m_responseLimit(responseMemoryLimit)
 {
 }
 
@@ -493,12 +505,18 @@ void NetworkRequest::setResponsePath(const QString &responsePath)
     emit responsePathChanged();
 }
 
+void NetworkRequest::setResponseLimit(qint64 bytes)
+{
+    m_responseLimit = qBound(qint64(0), bytes, responseMemoryLimit);
+}
+
 /*!
     \qmlproperty double NetworkRequest::progress
     \readonly
     0 to 1: the upload of a form in the first half, the download in the second. It doesn't move in
     the first half without files to upload, nor in the second if the server doesn't tell the length;
-    it is 1 at the end.
+    it is 1 at the end. Two failures leave it lower: a file to upload that can't be opened (0), and
+    an answer that was cut.
 */
 
 void NetworkRequest::setProgress(double progress)
@@ -510,7 +528,9 @@ void NetworkRequest::setProgress(double progress)
 /*!
     \qmlproperty string NetworkRequest::user
     The name for a server that asks for one. It answers for every request of the engine; writing it
-    makes all of them be asked again.
+    makes all of them be asked again. A different value, of \l password and \l realm too, closes the
+    connections of the engine: transfers that are under way, its other requests' included, end as
+    cancelled (\l errorCode 5). So set all three before the first \l send().
 */
 
 /*!
@@ -689,14 +709,17 @@ void NetworkRequest::send(const QString &method, const QUrl &url, const QVariant
         refuseSend(Q_FUNC_INFO);
         return;
     }
+    // The arguments may be members, which a handler of the beginning can change.
+    const QString sentMethod(method); // NOLINT(performance-unnecessary-copy-initialization)
+    const QUrl sentUrl(url);          // NOLINT(performance-unnecessary-copy-initialization)
     beginTransfer();
 
-    m_pendingRequest = std::make_unique<QNetworkRequest>(url);
+    m_pendingRequest = std::make_unique<QNetworkRequest>(sentUrl);
     setHeaders(*m_pendingRequest, headers);
     if (deviceOf(body) != m_formData)
         releaseFormData(); // of a transfer that a script left behind by writing readyState
     discardPendingReply();
-    if (QNetworkReply *reply = transmit(method, body))
+    if (QNetworkReply *reply = transmit(sentMethod, body))
         setPendingReply(reply);
 }
 
@@ -785,10 +808,19 @@ void NetworkRequest::failFormData(const QString &path)
         return;
     }
     beginTransfer();
+    // A transfer that a script left behind by writing readyState must not end this one's states.
+    discardPendingReply();
+    m_pendingRequest.reset();
+
+    // A handler that writes readyState may begin a new transfer: the rest is no longer ours then.
+    const quint64 transfer = m_transfer;
     setErrorCode(-1);
-    setErrorText(QStringLiteral("Cannot open %1").arg(path));
-    emit error();
-    setReadyState(ReadyStateComplete);
+    if (transfer == m_transfer)
+        setErrorText(QStringLiteral("Cannot open %1").arg(path));
+    if (transfer == m_transfer)
+        emit error();
+    if (transfer == m_transfer)
+        setReadyState(ReadyStateComplete);
 }
 
 // Takes the body from an upload that still reads it; that transfer then ends as cancelled. Not at
@@ -930,7 +962,7 @@ void NetworkRequest::onFinished(QNetworkReply *reply)
     setProgress(1.0);
     if (superseded())
         return;
-    if (!m_aborted && reply->isOpen())
+    if (!m_aborted && !m_bodyDropped && reply->isOpen())
         appendResponse(reply->readAll());
     if (superseded())
         return;
@@ -939,11 +971,11 @@ void NetworkRequest::onFinished(QNetworkReply *reply)
     if (superseded())
         return;
 
-    const bool writeFailed = !m_writeError.isEmpty();
-    setErrorCode(writeFailed ? QNetworkReply::OperationCanceledError : reply->error());
+    const bool storeFailed = !m_storeError.isEmpty();
+    setErrorCode(storeFailed ? QNetworkReply::OperationCanceledError : reply->error());
     if (superseded())
         return;
-    setErrorText(writeFailed ? m_writeError : m_errorCode != 0 ? reply->errorString() : QString());
+    setErrorText(storeFailed ? m_storeError : m_errorCode != 0 ? reply->errorString() : QString());
     if (superseded())
         return;
 
@@ -1036,9 +1068,18 @@ void NetworkRequest::onReadyRead()
         reply->abort();
         return;
     }
+    if (m_bodyDropped || willFollow(reply)) {
+        // Nobody wants the body of a redirect, and it may be of any length.
+        m_bodyDropped = true;
+        reply->setReadBufferSize(responseFileBuffer);
+        reply->readAll();
+        return;
+    }
     if (m_followRedirects && isRedirect(m_status)) {
-        // Not read before the end, so it must be able to come in whole.
+        // It leads nowhere. Not read before the end, so it must be able to come in whole.
         reply->setReadBufferSize(0);
+        if (reply->bytesAvailable() > m_responseLimit)
+            failResponse(tooLong);
         return;
     }
     if (m_readyState != ReadyStateProcessing)
@@ -1074,8 +1115,17 @@ QNetworkAccessManager *NetworkRequest::neededManager()
 void NetworkRequest::clearAccessCache()
 {
     m_challengedReply.clear();
-    if (m_manager)
-        m_manager->clearAccessCache();
+    if (!m_manager)
+        return;
+    // The call ends the thread that serves the manager's transfers: those that run would never hear
+    // of anything again. They end as cancelled, but not before the caller has the new value.
+    const auto replies =
+        m_manager->findChildren<QNetworkReply *>(QString(), Qt::FindDirectChildrenOnly);
+    m_manager->clearAccessCache();
+    for (QNetworkReply *reply : replies) {
+        if (!reply->isFinished())
+            QMetaObject::invokeMethod(reply, &QNetworkReply::abort, Qt::QueuedConnection);
+    }
 }
 
 bool NetworkRequest::isRunning() const
@@ -1113,6 +1163,7 @@ QVariantMap NetworkRequest::headerMap() const
 void NetworkRequest::setPendingReply(QNetworkReply *reply)
 {
     m_pendingReply = reply;
+    m_bodyDropped = false;
     boundReadBuffer();
     connect(reply, &QNetworkReply::readyRead, this, &NetworkRequest::onReadyRead);
 }
@@ -1156,8 +1207,7 @@ void NetworkRequest::clearResponse()
     m_bytesTotal = 0;
     setProgress(0);
     m_responseFile.reset();
-    m_responseInMemory = false;
-    m_writeError.clear();
+    m_storeError.clear();
     m_responseBytes.clear();
     m_responseText.clear();
     m_response.clear();
@@ -1165,12 +1215,21 @@ void NetworkRequest::clearResponse()
     emit responseTextChanged();
 }
 
+bool NetworkRequest::willFollow(const QNetworkReply *reply) const
+{
+    const QUrl target = redirectTarget(reply);
+    return m_followRedirects && isRedirect(statusOf(reply)) && !target.isEmpty()
+           && isWebTarget(target);
+}
+
 // The follow-up takes nothing over from the request that was redirected.
 bool NetworkRequest::followRedirect(QNetworkReply *reply)
 {
-    const QUrl target = reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
+    const QUrl target = redirectTarget(reply);
     if (!m_followRedirects || !isRedirect(statusOf(reply)) || target.isEmpty())
         return false;
+    if (m_aborted && reply->error() == QNetworkReply::OperationCanceledError)
+        return false; // the script has ended it, here and not at the next hop
     if (!isWebTarget(target)) {
         qCWarning(FRAMEWORK_NETWORK) << Q_FUNC_INFO << "Redirect refused:" << target.scheme();
         return false;
@@ -1200,15 +1259,20 @@ void NetworkRequest::appendResponse(const QByteArray &bytes)
     if (bytes.isEmpty())
         return;
     const quint64 transfer = m_transfer;
-    // The file comes into being with the first byte: an empty answer leaves an old file alone.
-    if (!m_responseFile && !m_responseInMemory && !m_responsePath.isEmpty())
+    // The file comes into being with the first byte: an empty answer leaves an old file alone, and
+    // an answer of which memory holds the beginning stays there.
+    if (m_bytesReceived == 0 && !m_responsePath.isEmpty())
         openResponseFile();
     if (transfer != m_transfer)
         return; // a handler began a new transfer
-    if (!m_responseFile)
+    if (m_responseFile) {
+        if (m_responseFile->write(bytes) != bytes.size())
+            failResponseFile();
+    } else if (m_responseBytes.size() + bytes.size() > m_responseLimit) {
+        failResponse(tooLong);
+    } else {
         m_responseBytes.append(bytes);
-    else if (m_responseFile->write(bytes) != bytes.size())
-        failResponseFile();
+    }
     if (transfer != m_transfer)
         return;
     m_bytesReceived += bytes.size();
@@ -1255,20 +1319,27 @@ void NetworkRequest::openResponseFile()
     if (FileUtility::hasUsableName(path) && file->open(QIODevice::ReadWrite)) {
         m_responseFile = std::move(file);
     } else {
-        m_responseInMemory = true;
         setErrorText(QStringLiteral("Cannot open ") + path);
     }
 }
 
-// A file with a hole is worth nothing: the transfer stops at the next data and ends as cancelled,
-// and the file goes.
+// A file with a hole is worth nothing: it goes at the end.
 void NetworkRequest::failResponseFile()
 {
     qCWarning(FRAMEWORK_NETWORK) << Q_FUNC_INFO << "Cannot write" << m_responseFile->fileName()
                                  << m_responseFile->errorString();
+    failResponse(QStringLiteral("Cannot write ") + m_responseFile->fileName());
+}
+
+// What can't be kept isn't worth receiving: the transfer stops at the next data and ends as
+// cancelled. The beginning is of no use either.
+void NetworkRequest::failResponse(const QString &errorText)
+{
     m_aborted = true;
-    m_writeError = QStringLiteral("Cannot write ") + m_responseFile->fileName();
-    setErrorText(m_writeError);
+    m_storeError = errorText;
+    m_responseBytes.clear();
+    m_responseText.clear();
+    setErrorText(errorText);
 }
 
 void NetworkRequest::closeResponseFile()

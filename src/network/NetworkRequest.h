@@ -187,11 +187,14 @@ public:
     // UTF-8 up to the first zero byte; empty when the body went to a file.
     QString responseText() const { return m_responseText.text(m_responseBytes); }
     QVariant response() const { return m_response; }
+    // How many bytes of an answer are kept in memory, 512 MiB at most; a longer one fails the
+    // transfer with code 5. A file at responsePath has no limit.
+    void setResponseLimit(qint64 bytes);
 
     double progress() const { return m_progress; } // upload in 0.0 to 0.5, download in 0.5 to 1.0
 
     // Credentials for every request on the same manager. A change clears the manager's cache of
-    // credentials and connections.
+    // credentials and connections; all transfers that run on it end as cancelled.
     QString user() const { return m_user; }
     void setUser(const QString &user);
     QString password() const { return m_password; }
@@ -281,6 +284,7 @@ private:
 
     void beginTransfer();
     void clearResponse();
+    bool willFollow(const QNetworkReply *reply) const;
     bool followRedirect(QNetworkReply *reply);
     void readHeaders(const QNetworkReply *reply);
     void appendResponse(const QByteArray &bytes);
@@ -289,6 +293,7 @@ private:
 
     void openResponseFile();
     void failResponseFile();
+    void failResponse(const QString &errorText);
     void closeResponseFile();
     void boundReadBuffer();
 
@@ -323,8 +328,9 @@ private:
     mutable Utf8Text m_responseText; // of m_responseBytes, decoded as far as it was read
     QString m_responsePath;
     std::unique_ptr<QFile> m_responseFile; // open while an answer is being written to it
-    bool m_responseInMemory = false;       // the file can't be opened: memory it is
-    QString m_writeError;                  // the file can't be written: the transfer fails
+    QString m_storeError;                  // the answer can't be kept: the transfer fails
+    bool m_bodyDropped = false;            // of a redirect
+    qint64 m_responseLimit;
     QVariant m_response;
     QString m_uploadPrefix = QStringLiteral("@");
     bool m_aborted = false;

@@ -49,6 +49,7 @@ private slots:
     void pathWithANulLeavesTheBodyInMemory();
     void pathCannotBeChangedWhileTheFileIsOpen();
     void pathMayBeSetBeforeTheFirstData();
+    void pathSetBehindTheFirstDataIsForTheNextSend();
     void errorPageGoesToTheFileToo();
     void bigFileArrivesWhole();
     void secondDownloadStartsANewFile();
@@ -72,6 +73,9 @@ private slots:
     void redirectsAreNotCounted();
     void redirectToALocalFileIsRefused();
     void bigBodyOfARedirectDoesNotBlock();
+    void bodyOfARedirectIsReadAway_data();
+    void bodyOfARedirectIsReadAway();
+    void redirectTurnedOffInItsBodyHasNone();
     void redirectedDownloadGoesToTheFile();
 };
 
@@ -506,6 +510,31 @@ void tst_NetworkRequestAnswer::pathMayBeSetBeforeTheFirstData()
     QCOMPARE(readFile(dir.filePath("file")), QByteArray("hello"));
 }
 
+void tst_NetworkRequestAnswer::pathSetBehindTheFirstDataIsForTheNextSend()
+{
+    // A file that lacks the beginning would be of no use.
+    RawServer server;
+    server.answer("HTTP/1.1 200 OK\r\nContent-Length: 6\r\n\r\nabc");
+    server.answer(RawServer::ok("second"));
+    const QTemporaryDir dir;
+    const QString path = writeFile(dir.filePath("file"), "old");
+    NetworkRequest request;
+    request.setUrl(server.url());
+    request.send();
+    QTRY_COMPARE(request.responseText(), QString("abc"));
+    request.setResponsePath(path);
+    QCOMPARE(request.responsePath(), path);
+    server.sendMore("def");
+    QVERIFY(finish(request));
+    QCOMPARE(request.response(), QVariant("abcdef"));
+    QCOMPARE(request.errorCode(), 0);
+    QCOMPARE(readFile(path), QByteArray("old"));
+
+    request.send();
+    QVERIFY(finish(request));
+    QCOMPARE(readFile(path), QByteArray("second"));
+}
+
 void tst_NetworkRequestAnswer::errorPageGoesToTheFileToo()
 {
     HttpServer server;
@@ -862,6 +891,74 @@ void tst_NetworkRequestAnswer::bigBodyOfARedirectDoesNotBlock()
     request.send();
     QVERIFY(finish(request));
     QVERIFY(readFile(dir.filePath("file")) == body);
+}
+
+void tst_NetworkRequestAnswer::bodyOfARedirectIsReadAway_data()
+{
+    QTest::addColumn<bool>("toFile");
+    QTest::newRow("in memory") << false;
+    QTest::newRow("to a file") << true;
+}
+
+void tst_NetworkRequestAnswer::bodyOfARedirectIsReadAway()
+{
+    // Whatever its length, the reply never holds more of it than its buffer takes.
+    QFETCH(bool, toFile);
+    HttpServer target;
+    RawServer server;
+    const QTemporaryDir dir;
+    const QString path = dir.filePath("file");
+    NetworkRequest request;
+    if (toFile)
+        request.setResponsePath(path);
+    request.setUrl(server.url());
+    request.send();
+    QTRY_COMPARE(server.requests().size(), 1);
+    const QPointer<QNetworkReply> reply =
+        request.networkAccessManager()->findChild<QNetworkReply *>();
+    int pieces = 0;
+    qint64 held = 0;
+    connect(reply, &QNetworkReply::readyRead, this, [&] {
+        ++pieces;
+        held = qMax(held, reply->bytesAvailable());
+    });
+    server.sendMore("HTTP/1.1 302 Found\r\nContent-Length: 3000000\r\nLocation: "
+                    + target.url("/text/there").toEncoded() + "\r\n\r\n");
+    for (int i = 1; i < 30; ++i) {
+        const int before = pieces;
+        server.sendMore(QByteArray(100000, 'x'));
+        QTRY_VERIFY(pieces > before);
+    }
+    QCOMPARE(held, qint64(0));
+    QVERIFY(reply->readBufferSize() > 0);
+    QCOMPARE(request.readyState(), NetworkRequest::ReadyStateSending);
+    server.sendMore(QByteArray(100000, 'x'));
+    QVERIFY(finish(request));
+    QCOMPARE(request.status(), 200);
+    if (toFile)
+        QCOMPARE(readFile(path), QByteArray("there"));
+    else
+        QCOMPARE(request.response(), QVariant("there"));
+}
+
+void tst_NetworkRequestAnswer::redirectTurnedOffInItsBodyHasNone()
+{
+    // Its beginning is gone already, and a body without one would mislead.
+    HttpServer target;
+    RawServer server;
+    server.answer("HTTP/1.1 302 Found\r\nContent-Length: 6\r\nLocation: "
+                  + target.url("/text/there").toEncoded() + "\r\n\r\nabc");
+    NetworkRequest request;
+    request.setUrl(server.url());
+    request.send();
+    QTRY_COMPARE(request.status(), 302);
+    request.setFollowRedirects(false);
+    server.sendMore("def");
+    QVERIFY(finish(request));
+    QCOMPARE(request.status(), 302);
+    QCOMPARE(request.errorCode(), 0);
+    QCOMPARE(request.responseText(), QString());
+    QCOMPARE(target.requestCount(), 0);
 }
 
 void tst_NetworkRequestAnswer::redirectedDownloadGoesToTheFile()

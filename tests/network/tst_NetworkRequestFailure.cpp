@@ -39,6 +39,12 @@ private slots:
     void abortFromTheProgressOfAnUpload();
     void abortedRequestCanBeSentAgain();
     void abortBeforeARedirectTakesEffectBehindIt();
+    void abortEndsALoopOfRedirects();
+    void answerTooLongForMemoryFails_data();
+    void answerTooLongForMemoryFails();
+    void answerAsLongAsTheLimitIsKept();
+    void limitDoesNotCountForAFile();
+    void redirectWithoutATargetIsLimitedToo();
 
 private:
     QTemporaryDir m_dir;
@@ -319,6 +325,111 @@ void tst_NetworkRequestFailure::abortBeforeARedirectTakesEffectBehindIt()
     request.abort();
     server.sendMore("HTTP/1.1 302 Found\r\nContent-Length: 5\r\nLocation: "
                     + target.url("/text/there").toEncoded() + "\r\n\r\nmoved");
+    QVERIFY(finish(request));
+    QCOMPARE(request.errorCode(), int(QNetworkReply::OperationCanceledError));
+    QVERIFY(!request.response().isValid());
+}
+
+void tst_NetworkRequestFailure::abortEndsALoopOfRedirects()
+{
+    HttpServer server;
+    const QByteArray target = server.url("/loop").toEncoded();
+    server.on("/loop", [=](const HttpServer::Request &) {
+        return HttpServer::Answer{"moved", 302, "text/plain", {{"Location", target}}};
+    });
+    NetworkRequest request;
+    request.setUrl(server.url("/loop"));
+    request.send();
+    QTRY_VERIFY(server.requestCount() > 5);
+    QSignalSpy error(&request, &NetworkRequest::error);
+    request.abort();
+    const int count = server.requestCount();
+    QVERIFY(finish(request));
+    QCOMPARE(request.errorCode(), int(QNetworkReply::OperationCanceledError));
+    QCOMPARE(error.count(), 1);
+    QVERIFY(!request.response().isValid());
+    QVERIFY(server.requestCount() <= count + 2);
+}
+
+void tst_NetworkRequestFailure::answerTooLongForMemoryFails_data()
+{
+    QTest::addColumn<bool>("inPieces");
+    QTest::newRow("with its last data") << false;
+    QTest::newRow("with more to come") << true;
+}
+
+void tst_NetworkRequestFailure::answerTooLongForMemoryFails()
+{
+    QFETCH(bool, inPieces);
+    RawServer server;
+    NetworkRequest request;
+    request.setResponseLimit(1000);
+    request.setUrl(server.url());
+    request.send();
+    QTRY_COMPARE(server.requests().size(), 1);
+    QSignalSpy error(&request, &NetworkRequest::error);
+    if (inPieces) {
+        server.sendMore("HTTP/1.1 200 OK\r\nContent-Length: 2000\r\n\r\n" + QByteArray(999, 'x'));
+        QTRY_COMPARE(request.responseText().size(), 999);
+        server.sendMore("xx");
+        QTRY_VERIFY(!request.errorText().isEmpty());
+        QCOMPARE(request.readyState(), NetworkRequest::LOADING);
+        server.sendMore("x");
+    } else {
+        server.sendMore(RawServer::ok(QByteArray(1001, 'x')));
+    }
+    QVERIFY(finish(request));
+    QCOMPARE(request.errorCode(), int(QNetworkReply::OperationCanceledError));
+    QCOMPARE(request.errorText(), QString("The response is too long for memory"));
+    QCOMPARE(error.count(), 1);
+    QVERIFY(!request.response().isValid());
+    QCOMPARE(request.responseText(), QString());
+
+    server.answer(RawServer::ok("short"));
+    request.send();
+    QVERIFY(finish(request));
+    QCOMPARE(request.errorCode(), 0);
+    QCOMPARE(request.response(), QVariant("short"));
+}
+
+void tst_NetworkRequestFailure::answerAsLongAsTheLimitIsKept()
+{
+    HttpServer server;
+    NetworkRequest request;
+    request.setResponseLimit(100000);
+    request.setResponseType("base64");
+    request.setUrl(server.url("/bytes/100000"));
+    request.send();
+    QVERIFY(finish(request));
+    QCOMPARE(request.errorCode(), 0);
+    QCOMPARE(request.response().toByteArray(), HttpServer::pattern(100000).toBase64());
+}
+
+void tst_NetworkRequestFailure::limitDoesNotCountForAFile()
+{
+    HttpServer server;
+    NetworkRequest request;
+    request.setResponseLimit(1000);
+    request.setResponsePath(m_dir.filePath("unlimited"));
+    request.setUrl(server.url("/bytes/100000"));
+    request.send();
+    QVERIFY(finish(request));
+    QCOMPARE(request.errorCode(), 0);
+    QVERIFY(readFile(m_dir.filePath("unlimited")) == HttpServer::pattern(100000));
+}
+
+void tst_NetworkRequestFailure::redirectWithoutATargetIsLimitedToo()
+{
+    // Its body waits in the reply until the end.
+    RawServer server;
+    NetworkRequest request;
+    request.setResponseLimit(1000);
+    request.setUrl(server.url());
+    request.send();
+    QTRY_COMPARE(server.requests().size(), 1);
+    server.sendMore("HTTP/1.1 302 Found\r\nContent-Length: 3000\r\n\r\n" + QByteArray(2000, 'x'));
+    QTRY_COMPARE(request.errorText(), QString("The response is too long for memory"));
+    server.sendMore("x");
     QVERIFY(finish(request));
     QCOMPARE(request.errorCode(), int(QNetworkReply::OperationCanceledError));
     QVERIFY(!request.response().isValid());

@@ -29,6 +29,8 @@ private slots:
     void emptyValuesLeaveTheAuthenticatorAlone();
     void credentialsAreKeptForTheNextRequest();
     void changedCredentialsAreUsedAtOnce();
+    void changedCredentialsCancelWhatRuns_data();
+    void changedCredentialsCancelWhatRuns();
     void plainBodyIsSentAgain();
     void formIsNotSentAgain();
 };
@@ -244,6 +246,65 @@ void tst_NetworkRequestLogin::changedCredentialsAreUsedAtOnce()
     request.send();
     QVERIFY(finish(request));
     QCOMPARE(request.status(), 200);
+}
+
+void tst_NetworkRequestLogin::changedCredentialsCancelWhatRuns_data()
+{
+    QTest::addColumn<QByteArray>("property");
+    for (const char *property : {"user", "password", "realm"})
+        QTest::newRow(property) << QByteArray(property);
+}
+
+void tst_NetworkRequestLogin::changedCredentialsCancelWhatRuns()
+{
+    // The manager's connections go, and with them whatever would have told of their transfers.
+    QFETCH(QByteArray, property);
+    RawServer downloadServer;
+    RawServer uploadServer;
+    downloadServer.answer("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nabc");
+    uploadServer.setPaused(true);
+    const QTemporaryDir dir;
+    const QString path = writeFile(dir.filePath("upload"), HttpServer::pattern(10000000));
+    QNetworkAccessManager manager;
+    NetworkRequest download;
+    download.setNetworkAccessManager(&manager);
+    download.setUrl(downloadServer.url());
+    download.send();
+    NetworkRequest upload;
+    upload.setNetworkAccessManager(&manager);
+    upload.open("POST", uploadServer.url());
+    upload.send(form(path));
+    QTRY_COMPARE(download.readyState(), NetworkRequest::LOADING);
+    QTRY_VERIFY(upload.progress() > 0.0);
+    QSignalSpy downloadError(&download, &NetworkRequest::error);
+    QSignalSpy uploadError(&upload, &NetworkRequest::error);
+
+    NetworkRequest other;
+    other.setNetworkAccessManager(&manager);
+    other.setProperty(property.constData(), "value");
+    QCOMPARE(download.readyState(), NetworkRequest::LOADING); // not from within the call
+    upload.setProperty(property.constData(), "value");        // one that runs itself
+
+    QVERIFY(finish(download));
+    QVERIFY(finish(upload));
+    QCOMPARE(download.errorCode(), int(QNetworkReply::OperationCanceledError));
+    QCOMPARE(upload.errorCode(), int(QNetworkReply::OperationCanceledError));
+    QCOMPARE(downloadError.count(), 1);
+    QCOMPARE(uploadError.count(), 1);
+    QCOMPARE(download.responseText(), QString("abc"));
+    QTRY_COMPARE(replyCount(manager), 0);
+
+    // Both can be sent again, over the same manager.
+    HttpServer server;
+    download.setUrl(server.url("/text/hello"));
+    download.send();
+    upload.setUrl(server.url("/echo"));
+    upload.send(form(writeFile(dir.filePath("small"), "small")));
+    QVERIFY(finish(download));
+    QVERIFY(finish(upload));
+    QCOMPARE(download.response(), QVariant("hello"));
+    QCOMPARE(upload.errorCode(), 0);
+    QCOMPARE(server.requestCount(), 2);
 }
 
 void tst_NetworkRequestLogin::plainBodyIsSentAgain()

@@ -37,6 +37,11 @@ private slots:
     void thirdFormIsNoWorse();
     void secondFormThatFailsCancelsTheUploadToo();
     void failedFormLeavesADownloadAlone();
+    void failedFormDropsATransferLeftBehind_data();
+    void failedFormDropsATransferLeftBehind();
+    void sendFromTheHandlersOfAFailedFormGoesItsOwnWay_data();
+    void sendFromTheHandlersOfAFailedFormGoesItsOwnWay();
+    void sendKeepsTheMethodAndAddressItBeganWith();
     void secondPlainSendLeavesTheUploadAlone();
     void formBehindARedirectDoesNotCancelIt();
 
@@ -338,6 +343,86 @@ void tst_NetworkRequestReentry::failedFormLeavesADownloadAlone()
     QVERIFY(finish(request));
     QCOMPARE(readFile(path), QByteArray("abcdef"));
     QCOMPARE(request.errorCode(), 0);
+}
+
+void tst_NetworkRequestReentry::failedFormDropsATransferLeftBehind_data()
+{
+    QTest::addColumn<QVariant>("body");
+    QTest::newRow("plain") << QVariant("plain");
+    QTest::newRow("form") << form(writeFile(m_dir.filePath("behind"), HttpServer::pattern(10000)));
+}
+
+void tst_NetworkRequestReentry::failedFormDropsATransferLeftBehind()
+{
+    QFETCH(QVariant, body);
+    RawServer server;
+    NetworkRequest request;
+    request.open("POST", server.url());
+    request.send(body);
+    QTRY_COMPARE(server.requests().size(), 1);
+    request.reset();
+    request.send(form("/no/such/file"));
+    QCOMPARE(request.readyState(), NetworkRequest::DONE);
+    QCOMPARE(request.errorCode(), -1);
+    QTRY_COMPARE(replyCount(*request.networkAccessManager()), 0);
+
+    // Neither its answer nor its end is taken for this one's.
+    QSignalSpy state(&request, &NetworkRequest::readyStateChanged);
+    QSignalSpy error(&request, &NetworkRequest::error);
+    server.sendMore(RawServer::ok("late"));
+    QTRY_COMPARE(server.openConnectionCount(), 0);
+    QCOMPARE(state.count(), 0);
+    QCOMPARE(error.count(), 0);
+    QCOMPARE(request.errorCode(), -1);
+    QCOMPARE(request.responseText(), QString());
+}
+
+void tst_NetworkRequestReentry::sendFromTheHandlersOfAFailedFormGoesItsOwnWay_data()
+{
+    QTest::addColumn<QByteArray>("signal");
+    for (const char *signal : {"errorCodeChanged()", "errorTextChanged()", "error()"})
+        QTest::newRow(signal) << QByteArray(signal);
+}
+
+void tst_NetworkRequestReentry::sendFromTheHandlersOfAFailedFormGoesItsOwnWay()
+{
+    QFETCH(QByteArray, signal);
+    HttpServer server;
+    NetworkRequest request;
+    request.open("POST", server.url("/echo"));
+    const Once once(&request, signal.constData(), [&] {
+        request.setReadyState(NetworkRequest::OPENED);
+        request.send(QVariant("second"));
+    });
+    request.send(form("/no/such/file"));
+    QVERIFY(once.wasCalled());
+    QCOMPARE(request.readyState(), NetworkRequest::ReadyStateSending);
+    QCOMPARE(request.errorCode(), 0);
+    QCOMPARE(request.errorText(), QString());
+    QVERIFY(finish(request));
+    QCOMPARE(request.response(), QVariant("second"));
+    QCOMPARE(request.errorCode(), 0);
+}
+
+void tst_NetworkRequestReentry::sendKeepsTheMethodAndAddressItBeganWith()
+{
+    // The state still allows the writes while a transfer begins; they are for the next one.
+    HttpServer server;
+    NetworkRequest request;
+    request.open("POST", server.url("/text/first"));
+    const Once once(&request, "responseHeadersChanged()", [&] {
+        request.setMethod("PUT");
+        request.setUrl(server.url("/text/second"));
+    });
+    request.send(QVariant("body"));
+    QVERIFY(once.wasCalled());
+    QVERIFY(finish(request));
+    QCOMPARE(request.response(), QVariant("first"));
+    QCOMPARE(server.lastRequest().method, QByteArray("POST"));
+    request.send(QVariant("body"));
+    QVERIFY(finish(request));
+    QCOMPARE(request.response(), QVariant("second"));
+    QCOMPARE(server.lastRequest().method, QByteArray("PUT"));
 }
 
 void tst_NetworkRequestReentry::secondPlainSendLeavesTheUploadAlone()
