@@ -467,12 +467,18 @@ void NetworkRequest::setResponseType(const QString &responseType)
 
     The file that takes the answer's body, replacing an old one; empty by default, which keeps the
     body in memory. It may begin with a path variable, and its folder must exist. Memory stays flat
-    whatever the size, and \l response and \l responseText are empty.
+    whatever the size, and \l response and \l responseText are empty. An answer in memory may have
+    512 MiB; a longer one fails with \l errorCode 5.
 
     The file comes into being with the first byte: an answer without a body leaves an old file
-   alone. If it can't be opened the body is kept in memory. If it can't be written, or the transfer
-   is aborted, the file is removed. The body of a failure, a 404 page say, goes there as well: look
-   at \l status. It can't be written while the file is open.
+    alone. If it can't be opened the body is kept in memory. If it can't be written, or the transfer
+    is aborted, the file is removed. The body of a failure, a 404 page say, goes there as well: look
+    at \l status. The property can't be written while the file is open; a value written when data
+    has come already is for the next \l send().
+
+    An answer that the server packs, with gzip say, is unpacked in memory on its way to the file and
+    may take much more than it has on the wire. From a server that isn't trusted, ask for none:
+    \c{headers["Accept-Encoding"] = "identity"}. Nothing is unpacked then.
 */
 
 /*!

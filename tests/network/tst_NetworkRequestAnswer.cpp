@@ -53,6 +53,7 @@ private slots:
     void errorPageGoesToTheFileToo();
     void bigFileArrivesWhole();
     void secondDownloadStartsANewFile();
+    void packedAnswerIsUnpackedUnlessAskedForPlain();
     void fullDiskFailsTheTransfer_data();
     void fullDiskFailsTheTransfer();
 
@@ -579,6 +580,32 @@ void tst_NetworkRequestAnswer::secondDownloadStartsANewFile()
     QVERIFY(finish(request));
     QCOMPARE(readFile(dir.filePath("file")), QByteArray("second"));
     QCOMPARE(request.errorCode(), 0);
+}
+
+void tst_NetworkRequestAnswer::packedAnswerIsUnpackedUnlessAskedForPlain()
+{
+    // What scripts can do against an answer that unpacks to very much.
+    const QByteArray bytes(3000000, 'x');
+    const QByteArray packed = qCompress(bytes).mid(4); // behind Qt's own length
+    RawServer server;
+    server.answer("HTTP/1.1 200 OK\r\nContent-Encoding: deflate\r\nContent-Length: "
+                  + QByteArray::number(packed.size()) + "\r\n\r\n" + packed);
+    const QTemporaryDir dir;
+    const QString path = dir.filePath("file");
+    NetworkRequest request;
+    request.setUrl(server.url());
+    request.setResponsePath(path);
+    request.send();
+    QVERIFY(finish(request));
+    QCOMPARE(RawServer::header(server.lastRequest(), "Accept-Encoding"),
+             QByteArray("gzip, deflate"));
+    QVERIFY(readFile(path) == bytes);
+
+    request.headers()->setValue("Accept-Encoding", "identity");
+    request.send();
+    QVERIFY(finish(request));
+    QCOMPARE(RawServer::header(server.lastRequest(), "Accept-Encoding"), QByteArray("identity"));
+    QVERIFY(readFile(path) == packed);
 }
 
 void tst_NetworkRequestAnswer::fullDiskFailsTheTransfer_data()
