@@ -1274,7 +1274,7 @@ void NetworkRequest::appendResponse(const QByteArray &bytes)
     if (m_responseFile) {
         if (m_responseFile->write(bytes) != bytes.size())
             failResponseFile();
-    } else if (m_responseBytes.size() + bytes.size() > m_responseLimit) {
+    } else if (m_responseBytes.size() + qint64(bytes.size()) > m_responseLimit) {
         failResponse(tooLong);
     } else {
         m_responseBytes.append(bytes);
