@@ -9,6 +9,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QRegularExpression>
+#include <QUrlQuery>
 
 DevelopmentPortal::~DevelopmentPortal()
 {
