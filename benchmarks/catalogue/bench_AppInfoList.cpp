@@ -22,6 +22,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <malloc.h>
 #include <memory>
 
 // The catalogue over thousands of apps, on disk and in a portal. Times are this process's processor
@@ -340,6 +341,9 @@ int main(int argc, char **argv)
     // In memory where the system offers that, and away from the real home.
     if (QFileInfo(QStringLiteral("/dev/shm")).isWritable())
         qputenv("TMPDIR", "/dev/shm");
+    // A run finds the memory of the run before, as each of the peer's three does in its heap; what a
+    // system takes for handing out the same pages again varies more than all the rest.
+    mallopt(M_TRIM_THRESHOLD, 1024 * 1024 * 1024);
     const QTemporaryDir work;
     qputenv("HOME", work.path().toLocal8Bit());
     qputenv("TESSALINE_BIN_DIR", BIN_DIR);

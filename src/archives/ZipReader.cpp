@@ -333,6 +333,8 @@ QStringList ZipReader::entriesList(EntryKind kind)
             continue;
         }
         const QString folder = isFolder ? name.left(name.length() - 1) : QFileInfo(name).path();
+        if (!list.isEmpty() && folder == list.constLast())
+            continue; // the entries of a folder mostly stand together
         if (seen.insert(folder).second)
             list.append(folder);
     }
