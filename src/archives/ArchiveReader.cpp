@@ -23,6 +23,7 @@ const quint64 maxDeflateRatio = 1032;
 // this number for the size.
 const quint64 sizeInExtraField = 0xffffffff;
 const unsigned long encryptedFlag = 1;
+const char linkReason[] = "symbolic link in the output folder";
 
 // Past QFile, which copies everything into a buffer first and asks what kind of file it is.
 bool writeAll(QFile &file, const char *data, qint64 size)
@@ -54,15 +55,16 @@ bool hasDriveLetter(const QString &name)
     return name.length() >= 2 && name.at(1) == QLatin1Char(':') && name.at(0).isLetter();
 }
 
-// Whether a part of the path below the folder is a symbolic link on disk, of those behind `start`.
-bool passesSymbolicLink(const QDir &folder, const QString &cleanName, int start = 0)
+// Whether a folder of the path, below the folder that it starts from, is a symbolic link on disk; of
+// those behind `start`.
+bool passesSymbolicLink(const QDir &folder, const QString &name, int start = 0)
 {
-    int end = start;
-    do {
-        end = cleanName.indexOf(QLatin1Char('/'), end + 1);
-        if (QFileInfo(folder.filePath(cleanName.left(end))).isSymLink())
+    const QLatin1Char separator('/');
+    for (int end = name.indexOf(separator, start + 1); end >= 0;
+         end = name.indexOf(separator, end + 1)) {
+        if (QFileInfo(folder.filePath(name.left(end))).isSymLink())
             return true;
-    } while (end >= 0);
+    }
     return false;
 }
 
@@ -89,15 +91,11 @@ void ArchiveReader::Closer::operator()(void *file) const
 bool ArchiveReader::open(const QString &path)
 {
     close();
-    m_path = path;
-    const QByteArray localPath = path.toLocal8Bit();
-    struct stat file = {};
-    if (!FileUtility::hasUsableName(path) || stat(localPath.constData(), &file) != 0)
+    auto input = std::make_unique<ArchiveInput>();
+    if (!FileUtility::hasUsableName(path) || !input->open(path.toLocal8Bit()))
         return false;
-    m_device = file.st_dev;
-    m_inode = file.st_ino;
-    m_size = static_cast<quint64>(file.st_size);
-    m_file.reset(unzOpen64(localPath.constData()));
+    m_input = std::move(input);
+    m_file.reset(m_input->openArchive());
     return isOpen();
 }
 
@@ -106,6 +104,7 @@ void ArchiveReader::close()
     ++m_opened;
     m_entry.reset();
     m_file.reset();
+    m_input.reset();
 }
 
 int ArchiveReader::entryCount(quint64 &count) const
@@ -175,11 +174,10 @@ int ArchiveReader::currentInfo(unz_file_info64 &info, QString *name) const
 
 bool ArchiveReader::hasOverlappingEntries()
 {
-    // The path may lead to another file by now.
-    QFile file(m_path);
-    struct stat status = {};
-    const bool clear = file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)
-                       && fstat(file.handle(), &status) == 0 && isArchive(status)
+    if (!isOpen())
+        return false;
+    QFile file;
+    const bool clear = file.open(m_input->handle(), QIODevice::ReadOnly | QIODevice::Unbuffered)
                        && CentralDirectory::isPlainAndDisjoint(file);
     return !clear && hasOverlapUnderCursor();
 }
@@ -228,35 +226,34 @@ ArchiveReader::Extraction ArchiveReader::openCurrent(unz_file_info64 &info)
     return result;
 }
 
-bool ArchiveReader::isArchive(const struct stat &file) const
-{
-    return file.st_dev == m_device && file.st_ino == m_inode;
-}
-
-ArchiveReader::Extraction ArchiveReader::openOutput(QFile &output) const
+ArchiveReader::Extraction ArchiveReader::openOutput(QFile &output, OutputLink link) const
 {
     if (!FileUtility::hasUsableName(output.fileName()))
         return {Extraction::OpenOutput, UNZ_OK};
-    // A new file, as most are, can't be the archive.
+    // A new file, as most are, is neither a link nor the archive.
     const QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Unbuffered;
     if (output.open(mode | QIODevice::NewOnly))
         return {};
+    const QByteArray localPath = QFile::encodeName(output.fileName());
     struct stat status = {};
-    if (stat(QFile::encodeName(output.fileName()).constData(), &status) == 0 && isArchive(status))
+    if (link == OutputLink::Refused && lstat(localPath.constData(), &status) == 0
+        && S_ISLNK(status.st_mode))
+        return {Extraction::Refused, UNZ_PARAMERROR, linkReason};
+    if (stat(localPath.constData(), &status) == 0 && m_input->isSame(status))
         return {Extraction::Refused, UNZ_PARAMERROR, "output is the archive itself"};
     if (!output.open(mode | QIODevice::Truncate))
         return {Extraction::OpenOutput, UNZ_OK};
     return {};
 }
 
-ArchiveReader::Extraction ArchiveReader::extract(const QString &outputPath, int chunkSize,
-                                                 const ChunkCallback &onChunk)
+ArchiveReader::Extraction ArchiveReader::extract(const QString &outputPath, OutputLink link,
+                                                 int chunkSize, const ChunkCallback &onChunk)
 {
     unz_file_info64 info;
     if (const Extraction opened = openCurrent(info); opened.step != Extraction::Done)
         return opened;
     QFile output(outputPath);
-    if (const Extraction opened = openOutput(output); opened.step != Extraction::Done) {
+    if (const Extraction opened = openOutput(output, link); opened.step != Extraction::Done) {
         unzCloseCurrentFile(m_file.get());
         return opened;
     }
@@ -309,7 +306,7 @@ ArchiveReader::Extraction ArchiveReader::read(QByteArray &bytes)
     if (const Extraction opened = openCurrent(info); opened.step != Extraction::Done)
         return opened;
 
-    const quint64 packed = std::min<quint64>(info.compressed_size, m_size);
+    const quint64 packed = std::min<quint64>(info.compressed_size, m_input->size());
     const quint64 possible = packed * maxDeflateRatio + inflateBlockSize;
     const quint64 size = std::min<quint64>(info.uncompressed_size, possible);
     Extraction result;
@@ -356,7 +353,7 @@ QString ArchiveReader::refusal(const QDir &folder, const QString &name, QString 
     // too.
     if (passesSymbolicLink(folder, clean, known ? parentLength : 0)
         || (name != clean && passesSymbolicLink(folder, name)))
-        return QStringLiteral("symbolic link in the output folder");
+        return QLatin1String(linkReason);
     if (linkFree)
         *linkFree = clean.left(parentLength);
     return QString();

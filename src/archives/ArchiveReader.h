@@ -1,5 +1,6 @@
 #pragma once
 
+#include "archives/ArchiveInput.h"
 #include "plugin/TessalineGlobal.h"
 
 #include <QByteArray>
@@ -11,7 +12,6 @@
 #include <memory>
 #include <minizip/unzip.h>
 #include <optional>
-#include <sys/types.h>
 
 class QFile;
 
@@ -64,10 +64,15 @@ public:
     // before it and the entry's size.
     using ChunkCallback = std::function<void(qint64 written, quint64 size)>;
 
+    // Whether a symbolic link that lies at the output path is written through: not where the
+    // archive names the file.
+    enum class OutputLink { Followed, Refused };
+
     // Writes the current entry to the file `outputPath`, replacing it, in chunks of `chunkSize`,
     // and gives it the entry's date if that is one. The parent folder must exist. The archive that
     // is being read is never written to.
-    Extraction extract(const QString &outputPath, int chunkSize, const ChunkCallback &onChunk);
+    Extraction extract(const QString &outputPath, OutputLink link, int chunkSize,
+                       const ChunkCallback &onChunk);
 
     // Reads the current entry into memory. Never allocates more than the archive's data can
     // inflate to.
@@ -78,9 +83,10 @@ public:
     static QDateTime date(const tm_unz &time);
 
     // Why the current entry must not be written to `folder` under `name`: its own name is cut, or
-    // it would leave the folder, by its name or through a symbolic link that lies below it. Empty
-    // if it may. Where one entry after the other is asked about, `linkFree` remembers the last
-    // entry's folder, in which no link was found.
+    // it would leave the folder, by its name or through a folder below that is a symbolic link.
+    // Empty if it may; whether the file itself is a link shows when it is opened. Where one entry
+    // after the other is asked about, `linkFree` remembers the last entry's folder, in which no
+    // link was found.
     QString refusal(const QDir &folder, const QString &name, QString *linkFree = nullptr) const;
 
 private:
@@ -90,17 +96,12 @@ private:
     };
 
     Extraction openCurrent(unz_file_info64 &info);
-    bool isArchive(const struct stat &file) const;
-    Extraction openOutput(QFile &output) const;
+    Extraction openOutput(QFile &output, OutputLink link) const;
     bool hasOverlapUnderCursor();
     Extraction copyData(QFile &output, quint64 size, int chunkSize, const ChunkCallback &onChunk);
 
-    std::unique_ptr<void, Closer> m_file;
-    QString m_path;
-    // The open file, by whatever names it has.
-    dev_t m_device = 0;
-    ino_t m_inode = 0;
-    quint64 m_size = 0;
+    std::unique_ptr<ArchiveInput> m_input;
+    std::unique_ptr<void, Closer> m_file; // reads from the input
     quint64 m_moves = 0;
     quint64 m_opened = 0;
     // minizip goes back to the directory and parses the record whenever it is asked.

@@ -65,9 +65,14 @@ QStringList UnZipFile::entryList()
 
 bool UnZipFile::extractCurrentFile(const QString &outputPath)
 {
+    return extractCurrentFile(outputPath, ArchiveReader::OutputLink::Followed);
+}
+
+bool UnZipFile::extractCurrentFile(const QString &outputPath, ArchiveReader::OutputLink link)
+{
     if (!m_reader.isOpen())
         return false;
-    const ArchiveReader::Extraction result = m_reader.extract(outputPath, chunkSize, {});
+    const ArchiveReader::Extraction result = m_reader.extract(outputPath, link, chunkSize, {});
     switch (result.step) {
     case ArchiveReader::Extraction::Done:
         if (result.code != UNZ_OK)
@@ -118,7 +123,7 @@ bool UnZipFile::extractAll(QDir &dir)
         const QString folder = QFileInfo(name).path();
         if (!folder.isEmpty() && folder != QLatin1String("."))
             dir.mkpath(folder);
-        extractCurrentFile(dir.filePath(name));
+        extractCurrentFile(dir.filePath(name), ArchiveReader::OutputLink::Refused);
     }
     return true;
 }

@@ -41,6 +41,8 @@ public:
     bool extractAll(QDir &dir);
 
 private:
+    bool extractCurrentFile(const QString &outputPath, ArchiveReader::OutputLink link);
+
     ArchiveReader m_reader;
     QString m_path;
 };

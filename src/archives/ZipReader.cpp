@@ -124,7 +124,8 @@
     The data of the entry \a fileName can't be read, for the reason \a result. What came before is
     in the file \a outputFileName. \c BadZipFile and no file where the entry is encrypted, packed in
     another way than with deflate, or says its size in a ZIP64 field; \c ParameterError and no file
-    where it would be written over the archive.
+    where it would be written over the archive, or by \l extractAll() through a symbolic link of
+    its name.
 */
 
 /*!
@@ -201,7 +202,8 @@ bool ZipReader::extractFile(const QString &fileName, const QString &outputFilePa
 {
     if (!openOrWarn(Q_FUNC_INFO))
         return false;
-    if (locateFile(fileName, m_caseSensitive) && extractCurrentFile(outputFilePath))
+    if (locateFile(fileName, m_caseSensitive)
+        && extractCurrentFile(outputFilePath, ArchiveReader::OutputLink::Followed))
         return true;
     qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "Extracting:" << fileName << "->"
                                << outputFilePath;
@@ -371,14 +373,15 @@ QByteArray ZipReader::readFile()
     return bytes;
 }
 
-bool ZipReader::extractCurrentFile(QString outputPath)
+bool ZipReader::extractCurrentFile(QString outputPath, ArchiveReader::OutputLink link)
 {
     const QString name = currentFileName();
     const auto onChunk = [&](qint64 written, quint64 size) {
         emit progress(name, outputPath,
                       100.0 * static_cast<double>(written) / static_cast<double>(size));
     };
-    const ArchiveReader::Extraction result = m_reader.extract(outputPath, m_bufferSize, onChunk);
+    const ArchiveReader::Extraction result =
+        m_reader.extract(outputPath, link, m_bufferSize, onChunk);
     switch (result.step) {
     case ArchiveReader::Extraction::Done:
         if (result.code != UNZ_OK)
@@ -462,7 +465,7 @@ void ZipReader::extractEntry(const QDir &dir, const QString &base, Extraction &e
         }
         extraction.preparedFolder = folder;
     }
-    extractCurrentFile(target);
+    extractCurrentFile(target, ArchiveReader::OutputLink::Refused);
 }
 
 #include "moc_ZipReader.cpp"

@@ -11,6 +11,7 @@
 
 #include <cmath>
 #include <functional>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -44,6 +45,7 @@ private slots:
     void pathMayBeginWithAVariable();
     void missingArchiveWarnsOnce();
     void unreadableArchiveSaysUnableToOpen();
+    void whatIsNoFileDoesNotOpen();
     void namesWithANulAreNotCut();
     void textOfAMissingArchiveIsCritical();
     void caseSensitiveIsFalseAtTheStart();
@@ -61,6 +63,7 @@ private slots:
     void progressOfAnEmptyEntryIsNotANumber();
     void extractFileFailuresAreCritical();
     void extractReplacesAnExistingFile();
+    void entriesComeOutInAnyOrder();
     void extractAllWritesEverything();
     void extractAllWithBaseTakesDirectFilesOnly();
     void extractAllOfAFolderEntryMakesAnEmptyFile();
@@ -78,6 +81,8 @@ private slots:
     void truncatedDirectoryGivesWhatIsThere();
     void entriesThatLeaveTheFolderAreRefused();
     void symbolicLinkBelowTheFolderIsRefused();
+    void linkInPlaceOfAFileIsToldByError();
+    void extractFileWritesThroughALink();
     void outputFolderItselfMayBeALink();
     void overlappingEntriesAreRefused_data();
     void overlappingEntriesAreRefused();
@@ -191,6 +196,21 @@ void tst_ZipReader::unreadableArchiveSaysUnableToOpen()
 
     QCOMPARE(log.count(QtWarningMsg, category, "Unable to open:"), 1);
     QCOMPARE(log.count(QtWarningMsg, category, "ZIP not open"), 1);
+}
+
+void tst_ZipReader::whatIsNoFileDoesNotOpen()
+{
+    const QString pipe = m_dir->filePath("pipe.zip");
+    QCOMPARE(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    ZipReader zip;
+    LogCapture log;
+
+    for (const QString &path : {pipe, m_dir->path()}) {
+        zip.setPath(path);
+        QCOMPARE(zip.fileNames(), QStringList());
+    }
+
+    QCOMPARE(log.count(QtWarningMsg, category, "Unable to open:"), 2);
 }
 
 void tst_ZipReader::namesWithANulAreNotCut()
@@ -388,6 +408,26 @@ void tst_ZipReader::extractFileFailuresAreCritical()
     QVERIFY(!zip.extractFile("top.txt", m_dir->filePath("no/such/folder")));
     QCOMPARE(log.count(QtCriticalMsg, category, "Error opening:"), 1);
     QCOMPARE(log.count(QtCriticalMsg, category, "Extracting:"), 2);
+}
+
+void tst_ZipReader::entriesComeOutInAnyOrder()
+{
+    ZipReader zip;
+    zip.setPath(archive("scattered"));
+    const QString expected = m_dir->filePath("expected");
+    QVERIFY(
+        !ArchiveMaker::run(ArchiveMaker::python(), {"-m", "zipfile", "-e", zip.path(), expected})
+             .isNull());
+    QStringList names = zip.fileNames();
+    QCOMPARE(names.size(), 60);
+
+    for (int left = names.size(); left > 0; --left) {
+        const QString name = names.takeAt(left % 2 ? 0 : left / 2);
+        QVERIFY2(zip.extractFile(name, output() + '/' + name), qPrintable(name));
+        QVERIFY(zip.fileInfo(name));
+    }
+
+    QCOMPARE(ArchiveMaker::tree(output()), ArchiveMaker::tree(expected));
 }
 
 void tst_ZipReader::extractReplacesAnExistingFile()
@@ -622,6 +662,44 @@ void tst_ZipReader::symbolicLinkBelowTheFolderIsRefused()
 
     QCOMPARE(log.count(QtCriticalMsg, category, "symbolic link"), 2);
     QVERIFY(QDir(outside).isEmpty());
+}
+
+void tst_ZipReader::linkInPlaceOfAFileIsToldByError()
+{
+    const QString target = m_dir->filePath("target.txt");
+    QVERIFY(ArchiveMaker::write(target, "kept"));
+    QVERIFY(QDir().mkpath(output() + "/a"));
+    QVERIFY(QFile::link(target, output() + "/a/b.txt"));
+    ZipReader zip;
+    zip.setPath(archive("nested"));
+    QStringList failed;
+    QVector<ZipReader::Result> results;
+    connect(&zip, &ZipReader::error, this,
+            [&](const QString &name, const QString &, ZipReader::Result result) {
+                failed.append(name);
+                results.append(result);
+            });
+    LogCapture log;
+
+    QVERIFY(zip.extractAll(output()));
+
+    QCOMPARE(failed, QStringList("a/b.txt"));
+    QCOMPARE(results, QVector<ZipReader::Result>{ZipReader::ParameterError});
+    QCOMPARE(log.count(QtCriticalMsg, category, "symbolic link"), 1);
+    QCOMPARE(ArchiveMaker::read(target), QByteArray("kept"));
+}
+
+void tst_ZipReader::extractFileWritesThroughALink()
+{
+    const QString target = m_dir->filePath("target.txt");
+    QVERIFY(ArchiveMaker::write(target, "old"));
+    QVERIFY(QFile::link(target, m_dir->filePath("link.txt")));
+    ZipReader zip;
+    zip.setPath(archive("nested"));
+
+    QVERIFY(zip.extractFile("a/b.txt", m_dir->filePath("link.txt")));
+
+    QCOMPARE(ArchiveMaker::read(target), QByteArray("b"));
 }
 
 void tst_ZipReader::outputFolderItselfMayBeALink()

@@ -4,6 +4,7 @@
 The functions that begin with "raw_" write, byte by
 byte, what no tool would.
 """
+import random
 import struct
 import sys
 import zipfile
@@ -124,6 +125,14 @@ def own_name(archive):
 def ten(archive):
     for i in range(10):
         entry(archive, "f%d.txt" % i, "content %d" % i)
+
+
+def scattered(archive):
+    """Entries of several sizes that don't shrink, so that their data are far from each other."""
+    numbers = random.Random(1)
+    for i in range(60):
+        size = numbers.choice([0, 1, 4095, 16383, 16384, 16385, 60000])
+        entry(archive, f"{i}.bin", f"{size}:".encode() + numbers.randbytes(size), method=i % 2 * 8)
 
 
 def forced_zip64(archive):
