@@ -16,7 +16,7 @@
 namespace {
 
 const int nameBufferSize = 1024;
-const int inflateBlockSize = 64 * 1024; // one call of the inflater; chunks are cut from it
+const int inflateBlockSize = 256 * 1024; // one call of the inflater; chunks are cut from it
 // Deflate packs at most 1,032 bytes into one.
 const quint64 maxDeflateRatio = 1032;
 // A size of 4 GiB or more stands in an extra field, which minizip 1.1 doesn't apply: it would take
@@ -275,11 +275,13 @@ ArchiveReader::Extraction ArchiveReader::extract(const QString &outputPath, Outp
 ArchiveReader::Extraction ArchiveReader::copyData(QFile &output, quint64 size, int chunkSize,
                                                   const ChunkCallback &onChunk)
 {
-    QByteArray block(inflateBlockSize, Qt::Uninitialized);
+    // No more than it takes, as most entries are small. What the archive claims is only a hint.
+    const int blockSize = static_cast<int>(qBound<quint64>(chunkSize, size, inflateBlockSize));
+    QByteArray block(blockSize, Qt::Uninitialized);
     qint64 written = 0;
     for (;;) {
         const qint64 before = static_cast<qint64>(unztell64(m_file.get()));
-        const int code = unzReadCurrentFile(m_file.get(), block.data(), inflateBlockSize);
+        const int code = unzReadCurrentFile(m_file.get(), block.data(), blockSize);
         // Of a block that fails, the chunks before the failure count.
         const qint64 available = code >= 0 ? code
                                            : (static_cast<qint64>(unztell64(m_file.get())) - before)
