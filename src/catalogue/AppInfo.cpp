@@ -415,6 +415,21 @@ AppInfo::AppInfo(const QVariantMap &itemInfo, QObject *parent)
 {
 }
 
+std::unique_ptr<AppInfo> AppInfo::fromFolder(const QString &folder)
+{
+    const InfoMap appInfo = InfoMap::read(filePath(folder, appInfoFileName));
+    if (appInfo.isEmpty() && !isAppFolder(folder))
+        return nullptr;
+    auto app = std::make_unique<AppInfo>();
+    app->m_path = folder;
+    app->m_isLocal = true;
+    app->m_appInfo = appInfo;
+    app->readItemInfo(app->itemInfoPath()); // says the type where appinfo.json doesn't
+    app->completeAppInfo();
+    app->readLocalInfo();
+    return app;
+}
+
 bool AppInfo::isValid() const
 {
     return !m_path.isEmpty() && dir().exists() && QFileInfo::exists(appInfoPath())
@@ -930,18 +945,23 @@ void AppInfo::clearAppInfo()
     m_appInfo = {};
 }
 
-// Type and main file are completed, so that a later write stores both.
 bool AppInfo::readAppInfo()
 {
     m_appInfo = InfoMap::read(appInfoPath());
     const bool wasRead = !m_appInfo.isEmpty();
+    completeAppInfo();
+    return wasRead;
+}
+
+// So that a later write stores type and main file.
+void AppInfo::completeAppInfo()
+{
     const QString type = QStringLiteral("type");
     if (!m_appInfo.contains(type))
         setAppInfoValue(type, typeString(), false);
     const QString mainFile = QStringLiteral("mainFile");
     if (!m_appInfo.contains(mainFile))
         setAppInfoValue(mainFile, QString::fromLatin1(defaultMainFile), false);
-    return wasRead;
 }
 
 void AppInfo::readItemInfo(const QString &path)

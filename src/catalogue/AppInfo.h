@@ -12,6 +12,8 @@
 #include <QVariantList>
 #include <QVariantMap>
 
+#include <memory>
+
 // What is known about one app: appinfo.json holds what the app declares, iteminfo.json what the
 // portal said about it, .info.json what the user marked on this machine. An object is made from a
 // folder, from a file in it, or from one result of a portal search, which has no folder.
@@ -167,8 +169,9 @@ public:
     // folder or in the file's folder. A path that ends in ".qml" counts whether or not it exists,
     // unless it is a folder.
     static bool exists(const QString &path);
-    // For a path that is known to be a folder's.
-    static bool isAppFolder(const QString &folder);
+    // The app in that folder, null if there is none. As if made with the path, for one folder after
+    // the other: the file that says what the app is tells that it is one.
+    static std::unique_ptr<AppInfo> fromFolder(const QString &folder);
     // ":/a" for "qrc:/a".
     static QString adjustPath(const QString &path);
     static QVariant infoValue(const QVariantMap &map, const QString &key,
@@ -188,6 +191,9 @@ public:
 
     void clear();
     void clearAppInfo();
+    static bool isAppFolder(const QString &folder);
+    void completeAppInfo();
+
     // These three replace what was known and emit nothing. readAppInfo() tells whether the file
     // was there and said something.
     bool readAppInfo();

@@ -477,11 +477,8 @@ void AppInfoList::addApplets(const QString &path)
         if (m_filter.hidden()
             && (name.startsWith(QLatin1Char('.')) || name.startsWith(QLatin1Char('_'))))
             continue;
-        const QString folder = dir.filePath(name);
-        if (!AppInfo::isAppFolder(folder))
-            continue;
-        auto app = std::make_unique<AppInfo>(folder, nullptr);
-        if (!m_filter.matchesTypes(app.get()))
+        auto app = AppInfo::fromFolder(dir.filePath(name));
+        if (!app || !m_filter.matchesTypes(app.get()))
             continue;
         if (!m_filter.owner().isEmpty() && m_filter.owner() != app->owner())
             continue;

@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <cerrno>
@@ -43,6 +44,32 @@ bool readPlainFile(int handle, int maxSize, QByteArray &bytes)
     bytes.truncate(size);
     return true;
 }
+
+// The path as the system takes it, for calls that are made thousands of times: QFile::encodeName()
+// allocates three times the length and gives most of it back.
+class LocalPath
+{
+public:
+    explicit LocalPath(const QString &path)
+    {
+        m_bytes.reserve(path.size() + 1);
+        for (const QChar c : path) {
+            if (c.unicode() >= 0x80) {
+                const QByteArray encoded = QFile::encodeName(path);
+                m_bytes.clear();
+                m_bytes.append(encoded.constData(), encoded.size());
+                break;
+            }
+            m_bytes.append(static_cast<char>(c.unicode()));
+        }
+        m_bytes.append('\0');
+    }
+
+    const char *constData() const { return m_bytes.constData(); }
+
+private:
+    QVarLengthArray<char, 512> m_bytes;
+};
 
 // Asks for the size first, where there is one: what is too much isn't worth its memory.
 QByteArray readAll(QFile &file, const QString &path, int maxSize)
@@ -334,7 +361,7 @@ QByteArray FileUtility::readFile(const QString &path, int maxSize)
         return !path.isEmpty() && file.open(QIODevice::ReadOnly) ? readAll(file, path, maxSize)
                                                                  : QByteArray();
     }
-    const int handle = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    const int handle = ::open(LocalPath(path).constData(), O_RDONLY | O_CLOEXEC);
     if (handle < 0)
         return QByteArray();
     QByteArray bytes;
@@ -362,8 +389,7 @@ std::optional<qint64> FileUtility::lastModified(const QString &path)
     if (!hasUsableName(path))
         return std::nullopt;
     struct stat status;
-    if (path.startsWith(QLatin1Char('/'))
-        && ::stat(QFile::encodeName(path).constData(), &status) == 0)
+    if (path.startsWith(QLatin1Char('/')) && ::stat(LocalPath(path).constData(), &status) == 0)
         return status.st_mtim.tv_sec * Q_INT64_C(1000) + status.st_mtim.tv_nsec / 1000000;
     const QDateTime time =
         QFileInfo(path).lastModified(); // none of a resource that wasn't given one
