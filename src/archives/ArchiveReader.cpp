@@ -25,31 +25,6 @@ const quint64 sizeInExtraField = 0xffffffff;
 const unsigned long encryptedFlag = 1;
 const char linkReason[] = "symbolic link in the output folder";
 
-// Past QFile, which copies everything into a buffer first and asks what kind of file it is.
-bool writeAll(QFile &file, const char *data, qint64 size)
-{
-    const int handle = file.handle();
-    if (handle < 0)
-        return file.write(data, size) == size;
-    while (size > 0) {
-        const ssize_t count = ::write(handle, data, static_cast<std::size_t>(size));
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return false;
-        data += count;
-        size -= count;
-    }
-    return true;
-}
-
-// What a network's file system has put off may fail when the file is closed.
-bool finish(QFile &file)
-{
-    file.close();
-    return file.error() == QFileDevice::NoError;
-}
-
 bool hasDriveLetter(const QString &name)
 {
     return name.length() >= 2 && name.at(1) == QLatin1Char(':') && name.at(0).isLetter();
@@ -226,40 +201,38 @@ ArchiveReader::Extraction ArchiveReader::openCurrent(unz_file_info64 &info)
     return result;
 }
 
-ArchiveReader::Extraction ArchiveReader::openOutput(QFile &output, OutputLink link) const
+ArchiveReader::Extraction ArchiveReader::openOutput(ExtractedFile &output, const QString &path,
+                                                    ExtractedFile::Link link) const
 {
-    if (!FileUtility::hasUsableName(output.fileName()))
-        return {Extraction::OpenOutput, UNZ_OK};
-    // A new file, as most are, is neither a link nor the archive.
-    const QIODevice::OpenMode mode = QIODevice::WriteOnly | QIODevice::Unbuffered;
-    if (output.open(mode | QIODevice::NewOnly))
+    switch (output.open(path, link, *m_input)) {
+    case ExtractedFile::Opened::Yes:
         return {};
-    const QByteArray localPath = QFile::encodeName(output.fileName());
-    struct stat status = {};
-    if (link == OutputLink::Refused && lstat(localPath.constData(), &status) == 0
-        && S_ISLNK(status.st_mode))
+    case ExtractedFile::Opened::IsLink:
         return {Extraction::Refused, UNZ_PARAMERROR, linkReason};
-    if (stat(localPath.constData(), &status) == 0 && m_input->isSame(status))
+    case ExtractedFile::Opened::IsArchive:
         return {Extraction::Refused, UNZ_PARAMERROR, "output is the archive itself"};
-    if (!output.open(mode | QIODevice::Truncate))
-        return {Extraction::OpenOutput, UNZ_OK};
-    return {};
+    case ExtractedFile::Opened::No:
+        break;
+    }
+    return {Extraction::OpenOutput, UNZ_OK};
 }
 
-ArchiveReader::Extraction ArchiveReader::extract(const QString &outputPath, OutputLink link,
-                                                 int chunkSize, const ChunkCallback &onChunk)
+ArchiveReader::Extraction ArchiveReader::extract(const QString &outputPath,
+                                                 ExtractedFile::Link link, int chunkSize,
+                                                 const ChunkCallback &onChunk)
 {
     unz_file_info64 info;
     if (const Extraction opened = openCurrent(info); opened.step != Extraction::Done)
         return opened;
-    QFile output(outputPath);
-    if (const Extraction opened = openOutput(output, link); opened.step != Extraction::Done) {
+    ExtractedFile output;
+    if (const Extraction opened = openOutput(output, outputPath, link);
+        opened.step != Extraction::Done) {
         unzCloseCurrentFile(m_file.get());
         return opened;
     }
 
     Extraction result = copyData(output, info.uncompressed_size, chunkSize, onChunk);
-    if (!finish(output) && result.step == Extraction::Done)
+    if (!output.close() && result.step == Extraction::Done)
         result.step = Extraction::Write;
     // A wrong checksum shows only here, when the data are out already.
     const int closed = unzCloseCurrentFile(m_file.get());
@@ -272,8 +245,8 @@ ArchiveReader::Extraction ArchiveReader::extract(const QString &outputPath, Outp
     return result;
 }
 
-ArchiveReader::Extraction ArchiveReader::copyData(QFile &output, quint64 size, int chunkSize,
-                                                  const ChunkCallback &onChunk)
+ArchiveReader::Extraction ArchiveReader::copyData(ExtractedFile &output, quint64 size,
+                                                  int chunkSize, const ChunkCallback &onChunk)
 {
     // No more than it takes, as most entries are small. What the archive claims is only a hint.
     const int blockSize = static_cast<int>(qBound<quint64>(chunkSize, size, inflateBlockSize));
@@ -289,7 +262,7 @@ ArchiveReader::Extraction ArchiveReader::copyData(QFile &output, quint64 size, i
         // The chunks reach the disk together.
         for (qint64 offset = 0; onChunk && offset < available; offset += chunkSize)
             onChunk(written + offset, size);
-        if (!writeAll(output, block.constData(), available))
+        if (!output.write(block.constData(), available))
             return {Extraction::Write, UNZ_OK};
         written += available;
         if (code < 0)

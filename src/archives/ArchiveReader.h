@@ -1,6 +1,7 @@
 #pragma once
 
 #include "archives/ArchiveInput.h"
+#include "archives/ExtractedFile.h"
 #include "plugin/TessalineGlobal.h"
 
 #include <QByteArray>
@@ -12,8 +13,6 @@
 #include <memory>
 #include <minizip/unzip.h>
 #include <optional>
-
-class QFile;
 
 // Owner of a minizip handle for reading, with its cursor. All results are minizip's codes; logging
 // is the caller's. What ZipReader and UnZipFile do alike stands here.
@@ -64,14 +63,10 @@ public:
     // before it and the entry's size.
     using ChunkCallback = std::function<void(qint64 written, quint64 size)>;
 
-    // Whether a symbolic link that lies at the output path is written through: not where the
-    // archive names the file.
-    enum class OutputLink { Followed, Refused };
-
     // Writes the current entry to the file `outputPath`, replacing it, in chunks of `chunkSize`,
     // and gives it the entry's date if that is one. The parent folder must exist. The archive that
     // is being read is never written to.
-    Extraction extract(const QString &outputPath, OutputLink link, int chunkSize,
+    Extraction extract(const QString &outputPath, ExtractedFile::Link link, int chunkSize,
                        const ChunkCallback &onChunk);
 
     // Reads the current entry into memory. Never allocates more than the archive's data can
@@ -96,9 +91,11 @@ private:
     };
 
     Extraction openCurrent(unz_file_info64 &info);
-    Extraction openOutput(QFile &output, OutputLink link) const;
+    Extraction openOutput(ExtractedFile &output, const QString &path,
+                          ExtractedFile::Link link) const;
     bool hasOverlapUnderCursor();
-    Extraction copyData(QFile &output, quint64 size, int chunkSize, const ChunkCallback &onChunk);
+    Extraction copyData(ExtractedFile &output, quint64 size, int chunkSize,
+                        const ChunkCallback &onChunk);
 
     std::unique_ptr<ArchiveInput> m_input;
     std::unique_ptr<void, Closer> m_file; // reads from the input

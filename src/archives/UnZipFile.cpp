@@ -65,10 +65,10 @@ QStringList UnZipFile::entryList()
 
 bool UnZipFile::extractCurrentFile(const QString &outputPath)
 {
-    return extractCurrentFile(outputPath, ArchiveReader::OutputLink::Followed);
+    return extractCurrentFile(outputPath, ExtractedFile::Link::Followed);
 }
 
-bool UnZipFile::extractCurrentFile(const QString &outputPath, ArchiveReader::OutputLink link)
+bool UnZipFile::extractCurrentFile(const QString &outputPath, ExtractedFile::Link link)
 {
     if (!m_reader.isOpen())
         return false;
@@ -123,7 +123,7 @@ bool UnZipFile::extractAll(QDir &dir)
         const QString folder = QFileInfo(name).path();
         if (!folder.isEmpty() && folder != QLatin1String("."))
             dir.mkpath(folder);
-        extractCurrentFile(dir.filePath(name), ArchiveReader::OutputLink::Refused);
+        extractCurrentFile(dir.filePath(name), ExtractedFile::Link::Refused);
     }
     return true;
 }

@@ -41,7 +41,7 @@ public:
     bool extractAll(QDir &dir);
 
 private:
-    bool extractCurrentFile(const QString &outputPath, ArchiveReader::OutputLink link);
+    bool extractCurrentFile(const QString &outputPath, ExtractedFile::Link link);
 
     ArchiveReader m_reader;
     QString m_path;

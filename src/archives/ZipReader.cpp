@@ -203,7 +203,7 @@ bool ZipReader::extractFile(const QString &fileName, const QString &outputFilePa
     if (!openOrWarn(Q_FUNC_INFO))
         return false;
     if (locateFile(fileName, m_caseSensitive)
-        && extractCurrentFile(outputFilePath, ArchiveReader::OutputLink::Followed))
+        && extractCurrentFile(outputFilePath, ExtractedFile::Link::Followed))
         return true;
     qCCritical(FRAMEWORK_FILE) << Q_FUNC_INFO << "Extracting:" << fileName << "->"
                                << outputFilePath;
@@ -373,7 +373,7 @@ QByteArray ZipReader::readFile()
     return bytes;
 }
 
-bool ZipReader::extractCurrentFile(QString outputPath, ArchiveReader::OutputLink link)
+bool ZipReader::extractCurrentFile(QString outputPath, ExtractedFile::Link link)
 {
     const QString name = currentFileName();
     const auto onChunk = [&](qint64 written, quint64 size) {
@@ -465,7 +465,7 @@ void ZipReader::extractEntry(const QDir &dir, const QString &base, Extraction &e
         }
         extraction.preparedFolder = folder;
     }
-    extractCurrentFile(target, ArchiveReader::OutputLink::Refused);
+    extractCurrentFile(target, ExtractedFile::Link::Refused);
 }
 
 #include "moc_ZipReader.cpp"

@@ -82,7 +82,7 @@ private:
     Qt::CaseSensitivity caseSensitivity() const;
     QStringList entriesList(EntryKind kind);
     QByteArray readFile();
-    bool extractCurrentFile(QString outputPath, ArchiveReader::OutputLink link);
+    bool extractCurrentFile(QString outputPath, ExtractedFile::Link link);
     bool extractAll(QDir &dir, const QString &basePath);
     // What the entries before have found out.
     struct Extraction

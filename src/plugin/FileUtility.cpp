@@ -1,12 +1,12 @@
 #include "plugin/FileUtility.h"
 
 #include "plugin/DebugUtility.h"
+#include "plugin/LocalPath.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
-#include <QVarLengthArray>
 
 #include <algorithm>
 #include <cerrno>
@@ -44,32 +44,6 @@ bool readPlainFile(int handle, int maxSize, QByteArray &bytes)
     bytes.truncate(size);
     return true;
 }
-
-// The path as the system takes it, for calls that are made thousands of times: QFile::encodeName()
-// allocates three times the length and gives most of it back.
-class LocalPath
-{
-public:
-    explicit LocalPath(const QString &path)
-    {
-        m_bytes.reserve(path.size() + 1);
-        for (const QChar c : path) {
-            if (c.unicode() >= 0x80) {
-                const QByteArray encoded = QFile::encodeName(path);
-                m_bytes.clear();
-                m_bytes.append(encoded.constData(), encoded.size());
-                break;
-            }
-            m_bytes.append(static_cast<char>(c.unicode()));
-        }
-        m_bytes.append('\0');
-    }
-
-    const char *constData() const { return m_bytes.constData(); }
-
-private:
-    QVarLengthArray<char, 512> m_bytes;
-};
 
 // Asks for the size first, where there is one: what is too much isn't worth its memory.
 QByteArray readAll(QFile &file, const QString &path, int maxSize)

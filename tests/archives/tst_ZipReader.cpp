@@ -692,14 +692,16 @@ void tst_ZipReader::linkInPlaceOfAFileIsToldByError()
 void tst_ZipReader::extractFileWritesThroughALink()
 {
     const QString target = m_dir->filePath("target.txt");
-    QVERIFY(ArchiveMaker::write(target, "old"));
     QVERIFY(QFile::link(target, m_dir->filePath("link.txt")));
     ZipReader zip;
     zip.setPath(archive("nested"));
 
-    QVERIFY(zip.extractFile("a/b.txt", m_dir->filePath("link.txt")));
-
-    QCOMPARE(ArchiveMaker::read(target), QByteArray("b"));
+    for (const char *before : {"", "older and longer"}) {
+        if (*before) // the first time the link leads nowhere
+            QVERIFY(ArchiveMaker::write(target, before));
+        QVERIFY(zip.extractFile("a/b.txt", m_dir->filePath("link.txt")));
+        QCOMPARE(ArchiveMaker::read(target), QByteArray("b"));
+    }
 }
 
 void tst_ZipReader::outputFolderItselfMayBeALink()
