@@ -148,11 +148,13 @@ void tst_ImageJudges::operationsAgree_data()
     row("nearest, odd", "pillow", "im.resize((37, 23), Image.NEAREST)", odd, 7, 0.1);
 
     const Operation smoothHalf = [](ImageObject &o) { o.scaleToWidth(30, smooth); };
-    row("smooth, a half", "convert", "-scale 30x20", smoothHalf, 10, 0.3);
+    // Not by -scale: ImageMagick 6 reads memory there that it hasn't written.
+    row("smooth, a half", "convert", "-filter box -resize 30x20", smoothHalf, 1, 0.2);
     row("smooth, a half", "pillow", "im.resize((30, 20), Image.BOX)", smoothHalf, 1, 0.2);
     const Operation smoothOdd = [](ImageObject &o) { o.scale(24, 16, exactly, smooth); };
     // Parts of pixels count for their parts: pixels in half, then averages of whole ones.
-    row("smooth, two fifths", "convert", "-sample 120x80 -scale 24x16", smoothOdd, 2, 0.5);
+    row("smooth, two fifths", "convert", "-sample 120x80 -filter box -resize 24x16", smoothOdd, 2,
+        0.5);
     row("smooth, two fifths", "pillow",
         "im.resize((120, 80), Image.NEAREST).resize((24, 16), Image.BOX)", smoothOdd, 2, 0.5);
     const Operation smoothDouble = [](ImageObject &o) { o.scaleToHeight(80, smooth); };
