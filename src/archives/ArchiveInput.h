@@ -32,7 +32,7 @@ public:
     bool isSame(const struct stat &file) const;
 
 private:
-    static const quint64 windowSize = 16 * 1024; // what minizip reads of an entry at once
+    static const quint64 windowSize = 16ULL * 1024; // what minizip reads of an entry at once
     struct Window
     {
         quint64 begin = 0;

@@ -22,7 +22,7 @@ const int maxCommentSize = 0xffff;
 const quint32 inZip64Extra = 0xffffffff;
 // With a count of 0, and with the highest one, minizip goes on to the first record that is none.
 const quint16 uncountable = 0xffff;
-const qint64 maxDirectorySize = 64 * 1024 * 1024;
+const qint64 maxDirectorySize = 64LL * 1024 * 1024;
 
 struct Extent
 {

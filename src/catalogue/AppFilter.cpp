@@ -3,6 +3,7 @@
 #include "plugin/PropertyHelper.h"
 
 #include <algorithm>
+#include <functional>
 
 /*!
     \qmltype AppFilter
@@ -102,7 +103,7 @@ void AppFilter::change(T &member, const T &value, void (AppFilter::*changed)())
 {
     if (!assignIfChanged(member, value))
         return;
-    emit(this->*changed)();
+    std::invoke(changed, this);
     emit filterChanged();
 }
 

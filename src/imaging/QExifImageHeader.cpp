@@ -195,7 +195,7 @@ QExifValue ExifReader::rationals(const ExifIfdHeader &header)
     const Items found = items(header);
     QVector<QPair<Number, Number>> pairs(found.count);
     for (int i = 0; i < found.count; ++i) {
-        const uchar *pair = found.data + i * 2 * size;
+        const uchar *pair = found.data + i * (2 * size);
         pairs[i] = {number<Number>(pair), number<Number>(pair + size)};
     }
     return pairs;

@@ -243,7 +243,7 @@ NetworkRequest::NetworkRequest(QObject *parent)
 
 NetworkRequest::~NetworkRequest()
 {
-    QPointer<QNetworkAccessManager> manager = m_manager;
+    const QPointer<QNetworkAccessManager> manager(m_manager.data());
     setNetworkAccessManager(nullptr);
     if (!m_pendingReply)
         return;

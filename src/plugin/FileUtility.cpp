@@ -19,7 +19,7 @@
 namespace {
 
 const char pathVariablesGroup[] = "Zemrik/Runtime/pathVariables";
-const off_t maxPlainRead = 256 * 1024 * 1024;
+const off_t maxPlainRead = 256LL * 1024 * 1024;
 
 // Reads what has a size and can be read at any place. Without QFile's buffer and its questions about
 // the kind of file, which catalogues of thousands of files feel.

@@ -52,10 +52,8 @@ public:
         list.reserve(static_cast<int>(array.size()));
         // Only the maps of a list have their nulls converted, neither its own nor those of a list
         // in it.
-        for (qsizetype i = 0; i < array.size(); ++i) {
-            const QCborValue element = array.at(i);
+        for (const auto &element : array)
             list.append(value(element, element.isMap() ? nulls : Nulls::Invalid));
-        }
         return list;
     }
 

@@ -19,7 +19,7 @@ const int maximumDepth = 1000;
 // all others, and puts a text together before anybody may look at it.
 const int maximumDefinition = 16 * 1024;
 const int maximumParentheses = 100;
-const qint64 maximumExpansion = 16 * 1024 * 1024;
+const qint64 maximumExpansion = 16LL * 1024 * 1024;
 // What the reader itself lets an entity grow to that refers to others.
 const int maximumEntity = 4096;
 

@@ -4,6 +4,7 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QProcess>
+#include <QTest>
 
 namespace ArchiveMaker {
 
@@ -48,6 +49,16 @@ QStringList overlappingKinds()
             "overlapping_locator_at_start",
             "overlapping_negative_size",
             "overlapping_extra_fields"};
+}
+
+void addUnreadableRows()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<int>("refused");
+    QTest::addColumn<QStringList>("files");
+    QTest::newRow("sizes in ZIP64 fields") << "zip64_sizes" << 1 << QStringList("ok.txt=ok");
+    QTest::newRow("sizes that wrap") << "zip64_wrapping" << 5 << QStringList();
+    QTest::newRow("bzip2") << "other_methods" << 1 << QStringList("ok.txt=ok");
 }
 
 QByteArray run(const QString &program, const QStringList &arguments, const QString &folder)

@@ -22,6 +22,10 @@ QString outputFolder(const QString &folder);
 // looks for the directory in another place than minizip does.
 QStringList overlappingKinds();
 
+// A test's rows of archives whose first entry can't be read: its "kind", how many are "refused", and
+// the "files" that come out, as tree() has them.
+void addUnreadableRows();
+
 // Runs a program in `folder`; its output, or a null array if it failed.
 QByteArray run(const QString &program, const QStringList &arguments, const QString &folder = {});
 

@@ -1,6 +1,8 @@
 #include "portal/Failures.h"
 
+#include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <thread>
@@ -9,13 +11,17 @@
 
 namespace {
 
-const QStringList steps{QStringLiteral("info"), QStringLiteral("token"),    QStringLiteral("self"),
-                        QStringLiteral("user"), QStringLiteral("search"),   QStringLiteral("item"),
-                        QStringLiteral("data"), QStringLiteral("thumbnail")};
-const QStringList kinds{QStringLiteral("status"),    QStringLiteral("error"),
-                        QStringLiteral("truncated"), QStringLiteral("damaged"),
-                        QStringLiteral("slow"),      QStringLiteral("silent")};
+const char *const steps[] = {"info",   "token", "self", "user",
+                             "search", "item",  "data", "thumbnail"};
+const char *const kinds[] = {"status", "error", "truncated", "damaged", "slow", "silent"};
 const size_t SlowPieces = 20;
+
+template <typename Names>
+bool isOneOf(const Names &names, const QString &name)
+{
+    return std::any_of(std::begin(names), std::end(names),
+                       [&name](const char *known) { return name == QLatin1String(known); });
+}
 
 QString stepOf(const QStringList &rest)
 {
@@ -85,8 +91,8 @@ bool Failures::add(const QString &rule)
     const QStringList parts = rule.split(QLatin1Char(':'));
     bool isNumber = true;
     const int number = parts.size() == 3 ? parts.at(2).toInt(&isNumber) : 0;
-    if (parts.size() < 2 || parts.size() > 3 || !steps.contains(parts.at(0))
-        || !kinds.contains(parts.at(1)) || !isNumber || (parts.size() == 3 && number < 1))
+    if (parts.size() < 2 || parts.size() > 3 || !isOneOf(steps, parts.at(0))
+        || !isOneOf(kinds, parts.at(1)) || !isNumber || (parts.size() == 3 && number < 1))
         return false;
     m_rules.append(Rule{parts.at(0), parts.at(1), number});
     return true;
