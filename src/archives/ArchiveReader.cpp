@@ -7,10 +7,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <cerrno>
 #include <limits>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <vector>
 
 namespace {
