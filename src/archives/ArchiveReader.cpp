@@ -68,6 +68,8 @@ bool ArchiveReader::open(const QString &path)
         return false;
     m_input = std::move(input);
     m_file.reset(m_input->openArchive());
+    if (!isOpen())
+        m_input.reset();
     return isOpen();
 }
 

@@ -193,10 +193,13 @@ void tst_ZipReader::unreadableArchiveSaysUnableToOpen()
     zip.setPath(path);
     LogCapture log;
 
+    const QDir handles("/proc/self/fd");
+    const uint before = handles.count();
     QVERIFY(!zip.exists("a"));
 
     QCOMPARE(log.count(QtWarningMsg, category, "Unable to open:"), 1);
     QCOMPARE(log.count(QtWarningMsg, category, "ZIP not open"), 1);
+    QCOMPARE(QDir(handles.path()).count(), before); // the file isn't held
 }
 
 void tst_ZipReader::whatIsNoFileDoesNotOpen()
